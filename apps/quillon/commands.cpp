@@ -1,0 +1,297 @@
+#include "apps/quillon/commands.h"
+
+#include "apps/quillon/output.h"
+#include "apps/quillon/section_input.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <unordered_set>
+
+namespace quillon::app {
+
+namespace {
+
+// How far ahead the tables that name PIDs are sought in a file.
+constexpr uint64_t kLookahead = uint64_t{64} << 20;
+
+class Failure {
+ public:
+  explicit Failure(std::string text) : text_(std::move(text)) {}
+  const std::string& text() const { return text_; }
+
+ private:
+  std::string text_;
+};
+
+std::string name_of(const std::string& input) {
+  return input == "-" ? "standard input" : input;
+}
+
+std::string text_of(const std::string& what, int code) {
+  return what.empty() ? "failure " + std::to_string(code) : what;
+}
+
+// Rate and time to go on standard error, for long inputs and people alone.
+class Progress {
+ public:
+  explicit Progress(uint64_t total) : total_(total), watched_(isatty(STDERR_FILENO) != 0) {}
+  ~Progress() {
+    if (shown_) std::cerr << "\r\033[K";
+  }
+
+  void at(uint64_t done) {
+    if (!watched_ || done - last_ < kStep) return;
+    last_ = done;
+    const auto now = std::chrono::steady_clock::now();
+    const double seconds = std::chrono::duration<double>(now - start_).count();
+    if (seconds < 1 || now - printed_ < std::chrono::milliseconds(200)) return;
+    printed_ = now;
+    shown_ = true;
+    const double rate = static_cast<double>(done) / seconds;
+    char text[80];
+    std::snprintf(text, sizeof text, "\r%.1f MB, %.1f MB/s", static_cast<double>(done) / 1e6, rate / 1e6);
+    std::cerr << text;
+    if (total_ > done) {
+      std::snprintf(text, sizeof text, ", %.0f s to go", static_cast<double>(total_ - done) / rate);
+      std::cerr << text;
+    }
+    std::cerr << "\033[K" << std::flush;
+  }
+
+ private:
+  static constexpr uint64_t kStep = uint64_t{1} << 20;
+
+  uint64_t total_;
+  bool watched_;
+  bool shown_ = false;
+  uint64_t last_ = 0;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  std::chrono::steady_clock::time_point printed_ = start_;
+};
+
+// Runs an input through: finds its PIDs, then hands each section to be shown to `show`, parsed.
+class Run {
+ public:
+  using Show = std::function<void(const TableKind&, const Table&)>;
+
+  Run(const Options& options, Show show) : options_(options), show_(std::move(show)) {
+    map_.pids.insert(options.pids.begin(), options.pids.end());
+  }
+
+  void run() {
+    if (options_.input == "-") {
+      run_packets(std::cin, 0);
+      return;
+    }
+    std::ifstream in(options_.input, std::ios::binary);
+    std::error_code none;
+    if (!in || std::filesystem::is_directory(options_.input, none))
+      throw Failure(name_of(options_.input) + ": can't be opened");
+    if (run_chain(in)) return;
+    rewind(in);
+    look_ahead(in);
+    rewind(in);
+    const auto size = std::filesystem::file_size(options_.input, none);
+    run_packets(in, none ? 0 : size);
+  }
+
+ private:
+  static void rewind(std::istream& in) {
+    in.clear();
+    in.seekg(0);
+  }
+
+  // A file of bare sections; false if it is none.
+  bool run_chain(std::istream& in) {
+    std::vector<uint8_t> bytes(4096 + 3);
+    in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<size_t>(in.gcount()));
+    if (!is_section_chain(bytes)) return false;
+    rewind(in);
+    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    SectionReader learner(map_, [](const Section&) {});
+    walk_section_chain(bytes, [&](const uint8_t* s, size_t n) { learner.push_section(s, n); });
+    SectionReader reader(map_, [this](const Section& section) { take(section); });
+    const size_t left =
+        walk_section_chain(bytes, [&](const uint8_t* s, size_t n) { reader.push_section(s, n); });
+    if (left > 0) message("the last " + std::to_string(left) + " bytes are no whole section");
+    return true;
+  }
+
+  // Sections may come before the tables that name their PID: these are found first, so that none is missed.
+  void look_ahead(std::istream& in) {
+    PacketSource source(in);
+    SectionReader reader(map_, [](const Section&) {});
+    while (uint8_t* const packet = source.next()) {
+      reader.push(packet);
+      if (map_.complete() || source.position() > kLookahead) break;
+    }
+  }
+
+  void run_packets(std::istream& in, uint64_t size) {
+    PacketSource source(in);
+    // A table that is asked for by its id alone is sought on every PID.
+    const bool every_pid = options_.pids.empty() && !options_.tables.empty();
+    SectionReader reader(
+        map_, [this](const Section& section) { take(section); }, every_pid);
+    Progress progress(size);
+    while (uint8_t* const packet = source.next()) {
+      reader.push(packet);
+      progress.at(source.position());
+    }
+    if (source.packets() == 0) throw Failure(name_of(options_.input) + ": holds no transport packets");
+    if (source.skipped() > 0)
+      message("skipped " + std::to_string(source.skipped()) + " bytes that are no packets of " +
+              std::to_string(source.stride()) + " bytes");
+  }
+
+  void take(const Section& section) {
+    if (!wanted(options_.pids, section.pid) || !wanted(options_.tables, section.table_id())) return;
+    const Standard standard = options_.standard.value_or(map_.standard);
+    const TableKind* const kind = kind_of_table_id(section.table_id(), standard);
+    if (!kind || !(options_.all || is_new(section))) return;
+    const std::unique_ptr<Table> table = kind->make();
+    try {
+      table->parse(section.bytes, section.size);
+    } catch (const error& e) {
+      message(place(section) + text_of(e.what(), e.get_code()));
+      return;
+    }
+    for (const DescriptorFailure& failure : table->failures())
+      message(place(section) + "descriptor " + hex(static_cast<unsigned>(failure.tag), 2) + " at byte " +
+              std::to_string(failure.offset) +
+              " of the body kept as it is: " + text_of(failure.text, failure.code));
+    show_(*kind, *table);
+  }
+
+  static bool wanted(const std::vector<int>& choice, int value) {
+    return choice.empty() || value < 0 || std::find(choice.begin(), choice.end(), value) != choice.end();
+  }
+
+  bool is_new(const Section& section) {
+    std::string key = std::to_string(section.pid) + ":";
+    key.append(reinterpret_cast<const char*>(section.bytes), section.size);
+    return seen_.insert(std::move(key)).second;
+  }
+
+  static std::string place(const Section& section) {
+    const std::string table = "table " + hex(static_cast<unsigned>(section.table_id()), 2) + ": ";
+    if (section.pid < 0) return "section " + std::to_string(section.packet) + ": " + table;
+    return "packet " + std::to_string(section.packet) + ": PID " +
+           hex(static_cast<unsigned>(section.pid), 4) + ", " + table;
+  }
+
+  void message(const std::string& text) const {
+    std::cerr << name_of(options_.input) << ": " << text << std::endl;
+  }
+
+  const Options& options_;
+  Show show_;
+  StreamMap map_;
+  std::unordered_set<std::string> seen_;
+};
+
+// A table's report on a stream of its own, so that it does not depend on what was shown before.
+void print(const Table& table, bool full) {
+  std::ostringstream text;
+  table.report(text);
+  if (full) table.details(text);
+  std::cout << utf8(text.str());
+}
+
+// Runs an action, whose failures become a message and an exit code.
+template <class Action>
+int guarded(Action action) {
+  try {
+    action();
+    std::cout.flush();
+    if (!std::cout) throw Failure("standard output: can't be written");
+    return exit_ok;
+  } catch (const Failure& failure) {
+    std::cerr << failure.text() << std::endl;
+    return exit_bad_input;
+  }
+}
+
+std::string read_whole(const std::string& input) {
+  std::ifstream file;
+  if (input != "-") file.open(input, std::ios::binary);
+  std::istream& in = input == "-" ? std::cin : file;
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  if (input != "-" && !file.is_open()) throw Failure(input + ": can't be opened");
+  return text;
+}
+
+}  // namespace
+
+int report(const Options& options) {
+  return guarded(
+      [&] { Run(options, [&](const TableKind&, const Table& table) { print(table, options.full); }).run(); });
+}
+
+int save_xml(const Options& options, const std::string& output) {
+  return guarded([&] {
+    xml::Document document;
+    void* const root = document.create_root("transport_stream");
+    Run(options, [&](const TableKind& kind, const Table& table) {
+      table.save(document.dom(), document.append_element(root, kind.element));
+    }).run();
+    if (output.empty()) {
+      std::cout << document.to_text();
+      return;
+    }
+    try {
+      document.to_file(output);
+    } catch (const error& e) {
+      throw Failure(e.what());
+    }
+  });
+}
+
+int load_xml(const std::string& input) {
+  return guarded([&] {
+    const std::string text = read_whole(input);
+    std::optional<xml::Document> document;
+    try {
+      document = xml::Document::from_text(text);
+    } catch (const error& e) {
+      throw Failure(name_of(input) + ": " + e.what());
+    }
+    if (document->name(document->root()) != "transport_stream")
+      throw Failure(name_of(input) + ": the root element is not transport_stream");
+    int number = 0;
+    bool failed = false;
+    for (void* const node : document->children(document->root())) {
+      ++number;
+      const std::string name = document->name(node);
+      const std::string place = name_of(input) + ": element " + std::to_string(number) + ", " + name + ": ";
+      const TableKind* const kind = kind_of_element(name);
+      if (!kind) {
+        std::cerr << place << "not the name of a table" << std::endl;
+        failed = true;
+        continue;
+      }
+      const std::unique_ptr<Table> table = kind->make();
+      try {
+        table->load(node);
+      } catch (const error& e) {
+        std::cerr << place << text_of(e.what(), e.get_code()) << std::endl;
+        failed = true;
+        continue;
+      }
+      print(*table, false);
+    }
+    if (failed) throw Failure(name_of(input) + ": some tables could not be loaded");
+  });
+}
+
+}  // namespace quillon::app

@@ -1,0 +1,66 @@
+#include "apps/quillon/commands.h"
+
+#include <CLI/CLI.hpp>
+#include <map>
+
+namespace {
+
+using quillon::app::Options;
+using quillon::app::Standard;
+
+// What `report` and `xml` have in common.
+void add_input_options(CLI::App& command, Options& options, std::string& standard) {
+  command
+      .add_option("FILE", options.input, "a transport stream, or a chain of sections; - is standard input")
+      ->required();
+  command.add_option("--pid", options.pids, "only this PID, whatever it carries (repeatable)")
+      ->check(CLI::Range(0, 0x1FFF))
+      ->allow_extra_args(false);
+  command
+      .add_option("--table", options.tables, "only this table id, on whatever PID it is sent (repeatable)")
+      ->check(CLI::Range(0, 0xFF))
+      ->allow_extra_args(false);
+  command.add_flag("--all", options.all, "show a section each time it is sent");
+  command.add_option("--standard", standard, "what table id 2 and the user range mean: dvb, atsc, or auto")
+      ->check(CLI::IsMember({"dvb", "atsc", "auto"}))
+      ->capture_default_str();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("quillon: the tables of an MPEG-2 transport stream", "quillon");
+  app.set_version_flag("--version", "quillon " QUILLON_VERSION);
+  app.require_subcommand(1);
+  app.footer("Numbers may be hexadecimal (0x12). Exit codes: 0 ok, 1 bad input, 2 usage.");
+
+  Options options;
+  std::string standard = "auto";
+  std::string output;
+
+  CLI::App* const report = app.add_subcommand("report", "Print each distinct section as a text report");
+  add_input_options(*report, options, standard);
+
+  CLI::App* const xml = app.add_subcommand("xml", "Write the same sections as one XML document");
+  add_input_options(*xml, options, standard);
+  xml->add_option("-o,--output", output, "the file to write; standard output otherwise");
+
+  CLI::App* const load = app.add_subcommand("load", "Load such a document back and print its report");
+  load->add_option("FILE", options.input, "an XML document; - is standard input")->required();
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e) == 0 ? quillon::app::exit_ok : quillon::app::exit_usage;
+  }
+  if (standard != "auto") options.standard = standard == "atsc" ? Standard::atsc : Standard::dvb;
+
+  try {
+    if (*report) return quillon::app::report(options);
+    if (*xml) return quillon::app::save_xml(options, output);
+    return quillon::app::load_xml(options.input);
+  } catch (const std::exception& e) {
+    std::cerr << "quillon: " << e.what() << std::endl;
+    return quillon::app::exit_bad_input;
+  }
+}

@@ -1,0 +1,283 @@
+#include <algorithm>
+#include <cstring>
+#include <ostream>
+
+#include <quillon/demux/demux.h>
+#include <quillon/sections/error.h>
+#include <quillon/sections/log.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr int kHeaderSize = 4;
+
+// Pointers in log records show their low 32 bits.
+unsigned low_bits(const void* pointer) {
+  return static_cast<unsigned>(reinterpret_cast<uintptr_t>(pointer));
+}
+
+}  // namespace
+
+// What hooks remove while a packet is in progress is released when the outermost packet is done.
+class Demux::PacketScope {
+ public:
+  explicit PacketScope(Demux& demux) : demux_(demux) { ++demux_.packets_in_progress_; }
+  ~PacketScope() {
+    if (--demux_.packets_in_progress_ > 0) return;
+    if (!demux_.removed_handlers_.empty()) demux_.removed_handlers_.clear();
+    if (!demux_.removed_pids_.empty()) demux_.removed_pids_.clear();
+  }
+  PacketScope(const PacketScope&) = delete;
+  PacketScope& operator=(const PacketScope&) = delete;
+
+ private:
+  Demux& demux_;
+};
+
+Demux::TSHeader::TSHeader(const uint8_t* packet)
+    : transport_error_indicator_(packet[1] >> 7),
+      payload_unit_start_indicator_(packet[1] >> 6 & 1),
+      transport_priority_(packet[1] >> 5 & 1),
+      pid_((packet[1] & 0x1F) << 8 | packet[2]),
+      transport_scrambling_control_(packet[3] >> 6),
+      adaption_field_control_(packet[3] >> 4 & 3),
+      continuity_counter_(packet[3] & 0x0F) {
+  if (packet[0] != sync_byte) throw error("TS syncbyte expected");
+}
+
+void Demux::TSHeader::dump_state(std::ostream& stream) const {
+  stream << "tei: " << transport_error_indicator_ << " pusi: " << payload_unit_start_indicator_
+         << " tp: " << transport_priority_ << std::hex << " pid: " << pid_
+         << " tsc: " << transport_scrambling_control_ << " afc: " << adaption_field_control_
+         << " cc: " << continuity_counter_ << std::endl;
+}
+
+void Demux::SectionBuffer::begin(const uint8_t* data, int length) {
+  size_ = std::min(length, capacity);
+  std::memcpy(bytes_, data, static_cast<size_t>(size_));
+  started_ = true;
+}
+
+bool Demux::SectionBuffer::append(const uint8_t* data, int length) {
+  if (!started_ || size_ < 1) return false;
+  const int taken = std::min(length, capacity - size_);
+  std::memcpy(bytes_ + size_, data, static_cast<size_t>(taken));
+  size_ += taken;
+  return true;
+}
+
+void Demux::PSIHandler::parse(const TSHeader& header, bool start, const uint8_t* data, int length) {
+  if (start)
+    buffer_.begin(data, length);
+  else if (!buffer_.append(data, length))
+    return;
+  if (!buffer_.complete()) return;
+  demux_.on_psi_section(header.get_pid(), table_id_, buffer_.bytes()[6], buffer_.bytes());
+  buffer_.finish();
+}
+
+void Demux::PSIHandler::dump_state(std::ostream& stream) const {
+  stream << "table_id: " << table_id_ << std::endl;
+}
+
+void Demux::PSIFilterHandler::parse(const TSHeader&, bool start, const uint8_t* data, int length) {
+  if (log_wants(3))
+    log_write(3, "Demux::PSIFilterHandler::parse(TSHeader,%d,%#x,%d)", start, low_bits(data), length);
+  if (start)
+    buffer_.begin(data, length);
+  else if (!buffer_.append(data, length))
+    return;
+  if (!buffer_.complete()) return;
+  if (filter_match()) demux_.on_psi_section(key_, buffer_.full_size(), buffer_.bytes());
+  buffer_.finish();
+}
+
+bool Demux::PSIFilterHandler::filter_match() const {
+  if (length_ > SectionBuffer::capacity) return false;
+  for (int i = 0; i < length_; ++i)
+    if ((buffer_.bytes()[i] & mask_[i]) != data_[i]) return false;
+  return true;
+}
+
+Demux::PidHandler::~PidHandler() {
+  for (const auto& [table_id, handler] : psi_handlers_) delete handler;
+  for (PSIFilterHandler* handler : filter_handlers_) delete handler;
+}
+
+void Demux::PidHandler::AddPsiHandler(int table_id) {
+  PSIHandler*& handler = psi_handlers_[table_id];
+  if (!handler) handler = new PSIHandler(demux_, table_id);
+}
+
+void Demux::PidHandler::AddPsiHandler(const uint8_t* data, const uint8_t* mask, int length,
+                                      unsigned long key) {
+  if (log_wants(3))
+    log_write(3, "Demux::PidHandler::AddPsiHandler(%#x,%#x,%d,%#x)", low_bits(data), low_bits(mask), length,
+              static_cast<unsigned>(key));
+  filter_handlers_.insert(new PSIFilterHandler(demux_, data, mask, length, key));
+}
+
+void Demux::PidHandler::RemovePsiHandler(int table_id) {
+  const auto place = psi_handlers_.find(table_id);
+  if (place == psi_handlers_.end()) return;
+  std::unique_ptr<PSIHandler> handler(place->second);
+  psi_handlers_.erase(place);
+  handler->removed_ = true;
+  if (current_handler_ == handler.get()) current_handler_ = nullptr;
+  if (demux_.packets_in_progress_ > 0) demux_.removed_handlers_.push_back(std::move(handler));
+}
+
+void Demux::PidHandler::parse(TSHeader& header, const uint8_t* data, int length) {
+  if (log_wants(3)) log_write(3, "Demux::PidHandler::parse()");
+  const PacketScope scope(demux_);
+  if (header.get_payload_unit_start_indicator() != 1) {
+    feed_tail(header, data, std::max(length, 0));
+    return;
+  }
+  if (length < 1) return;
+
+  const int pointer_field = data[0];
+  if (pointer_field != 0) {
+    feed_tail(header, data + 1, std::min(pointer_field, length - 1));
+    if (removed_) return;
+  } else if (length >= 4 && data[1] == 0x00 && data[2] == 0x00 && data[3] == 0x01) {
+    return;  // the start code of a PES packet: no section
+  }
+
+  int at = pointer_field + 1;
+  if (at >= length) {
+    current_handler_ = nullptr;
+    return;
+  }
+  if (!demux_.every_section_) {
+    feed_start(header, data + at, length - at);
+    return;
+  }
+  do {
+    const int left = length - at;
+    const int size = left < 3 ? left : std::min(left, ((data[at + 1] & 0x0F) << 8 | data[at + 2]) + 3);
+    feed_start(header, data + at, size);
+    at += size;
+  } while (!removed_ && at < length && data[at] != 0xFF);
+}
+
+void Demux::PidHandler::feed_tail(const TSHeader& header, const uint8_t* data, int length) {
+  if (current_handler_) current_handler_->parse(header, false, data, length);
+  feed_filters(header, false, data, length);
+}
+
+void Demux::PidHandler::feed_start(const TSHeader& header, const uint8_t* data, int length) {
+  const auto place = psi_handlers_.find(data[0]);
+  if (place == psi_handlers_.end()) {
+    current_handler_ = nullptr;
+  } else {
+    PSIHandler* const handler = place->second;
+    handler->parse(header, true, data, length);
+    current_handler_ = handler->removed_ ? nullptr : handler;
+  }
+  feed_filters(header, true, data, length);
+}
+
+void Demux::PidHandler::feed_filters(const TSHeader& header, bool start, const uint8_t* data, int length) {
+  if (log_wants(3)) log_write(3, "checking %d psifilter handlers", static_cast<int>(filter_handlers_.size()));
+  for (PSIFilterHandler* handler : filter_handlers_) {
+    if (removed_) return;
+    handler->parse(header, start, data, length);
+  }
+}
+
+void Demux::PidHandler::invalidate() {
+  for (const auto& [table_id, handler] : psi_handlers_) handler->invalidate();
+}
+
+void Demux::PidHandler::dump_state(std::ostream& stream) const {
+  for (const auto& [table_id, handler] : psi_handlers_) handler->dump_state(stream);
+}
+
+Demux::Demux() : index_(0x2000, nullptr) {}
+
+Demux::~Demux() {
+  reset();
+}
+
+int Demux::start() {
+  uint8_t packet[packet_size];
+  for (;;) {
+    int bytes_read = 0;
+    if (!read_buf(packet, packet_size, bytes_read)) return stop_result_;
+    if (bytes_read != packet_size || stopped_) return stop_result_;
+    on_raw_ts_packet(packet);
+    if (packet[0] != sync_byte) return 2;
+    process(packet, packet);
+  }
+}
+
+void Demux::process(const uint8_t* packet, const uint8_t* hook_base, int pid) {
+  TSHeader header(packet);
+  on_ts_packet(header, packet + kHeaderSize);
+  int skip = 0;
+  if (header.get_adaption_field_control() >= 2) {
+    const AdaptionFieldHeader field(packet + kHeaderSize, skip);
+    on_adaption_field_header_(field, hook_base + std::min(kHeaderSize + skip, packet_size));
+  }
+  PidHandler* const handler = find(pid < 0 ? header.get_pid() : pid);
+  const int size = packet_size - kHeaderSize - skip;
+  if (handler) handler->parse(header, packet + packet_size - std::max(size, 0), size);
+}
+
+void Demux::add_psi_handler(int pid, int table_id) {
+  handler_of(pid).AddPsiHandler(table_id);
+}
+
+void Demux::add_psi_handler(int pid, const uint8_t* data, const uint8_t* mask, int length,
+                            unsigned long key) {
+  handler_of(pid).AddPsiHandler(data, mask, length, key);
+}
+
+Demux::PidHandler& Demux::handler_of(int pid) {
+  PidHandler*& handler = pid_handlers_[pid];
+  if (!handler) handler = new PidHandler(*this);
+  if (static_cast<size_t>(pid) < index_.size()) index_[static_cast<size_t>(pid)] = handler;
+  return *handler;
+}
+
+Demux::PidHandler* Demux::find_in_map(int pid) const {
+  const auto place = pid_handlers_.find(pid);
+  return place == pid_handlers_.end() ? nullptr : place->second;
+}
+
+void Demux::remove_psi_handler(int pid, int table_id) {
+  const auto place = pid_handlers_.find(pid);
+  if (place == pid_handlers_.end()) return;
+  place->second->RemovePsiHandler(table_id);
+  if (place->second->psi_handlers_.empty()) remove_pid(place);
+}
+
+void Demux::remove_pid(std::map<int, PidHandler*>::iterator place) {
+  std::unique_ptr<PidHandler> handler(place->second);
+  if (static_cast<size_t>(place->first) < index_.size()) index_[static_cast<size_t>(place->first)] = nullptr;
+  pid_handlers_.erase(place);
+  handler->removed_ = true;
+  handler->current_handler_ = nullptr;
+  for (const auto& [table_id, section_handler] : handler->psi_handlers_) section_handler->removed_ = true;
+  if (packets_in_progress_ > 0) removed_pids_.push_back(std::move(handler));
+}
+
+void Demux::reset() {
+  while (!pid_handlers_.empty()) remove_pid(pid_handlers_.begin());
+}
+
+void Demux::stop(int result) {
+  stopped_ = true;
+  stop_result_ = result;
+}
+
+void Demux::dump_state(std::ostream& stream) const {
+  for (const auto& [pid, handler] : pid_handlers_) {
+    stream << "pid: " << std::hex << pid << std::endl;
+    handler->dump_state(stream);
+  }
+}
+
+}  // namespace quillon

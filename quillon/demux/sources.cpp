@@ -1,0 +1,66 @@
+#include <istream>
+
+#include <quillon/demux/sources.h>
+#include <quillon/sections/log.h>
+
+namespace quillon {
+
+bool DemuxIstream::read_buf(uint8_t* buffer, int size, int& bytes_read) {
+  stream_.read(reinterpret_cast<char*>(buffer), size);
+  bytes_read = static_cast<int>(stream_.gcount());
+  return stream_.good();
+}
+
+int DemuxPush::push_data(uint8_t* data, int length) {
+  if (length % packet_size != 0) {
+    log_write(1, "Buffer length %d not a multiple of 188 bytes", length);
+    return -1;
+  }
+  for (int at = 0; at < length; at += packet_size) {
+    const uint8_t* const packet = data + at;
+    if (packet[0] != sync_byte) {
+      log_write(1, "TS sync byte not found: %02X", packet[0]);
+      return 2;
+    }
+    process(packet, data);
+  }
+  return 0;
+}
+
+int Demux2::start() {
+  std::vector<uint8_t> slots(pid_handlers_.size() * packet_size);
+  while (!at_end()) {
+    // Hooks may remove PIDs during the pass; where they add some, it ends with the slots.
+    size_t at = 0;
+    for (auto place = pid_handlers_.begin(); place != pid_handlers_.end() && at < slots.size();
+         at += packet_size) {
+      const int pid = place->first;
+      serve(pid, slots.data() + at, slots[0]);
+      place = pid_handlers_.upper_bound(pid);
+    }
+    idle();
+  }
+  return stop_result_;
+}
+
+void Demux2::serve(int pid, uint8_t* slot, const uint8_t& sync) {
+  int bytes_read = 0;
+  const bool read = read_packet(pid, slot, packet_size, bytes_read);
+  if (log_wants(3)) log_write(3, "read_buf(%d)=%d", bytes_read, read);
+  if (!read || bytes_read != packet_size) return;
+  if (log_wants(3)) log_write(3, "bytes read");
+  on_raw_ts_packet(slot);
+  // The first PID's slot is the one looked at; TSHeader refuses a wrong sync byte in another.
+  if (sync != sync_byte) {
+    if (log_wants(3)) log_write(3, "invalid sync byte");
+    invalidate();
+    return;
+  }
+  process(slot, slot, pid);
+}
+
+void Demux2::invalidate() {
+  for (const auto& [pid, handler] : pid_handlers_) handler->invalidate();
+}
+
+}  // namespace quillon

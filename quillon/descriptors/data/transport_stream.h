@@ -1,0 +1,51 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+
+namespace quillon {
+
+// The standard that a transport stream complies with, as characters (EN 300 468, 6.2.46).
+class QUILLON_API DescriptorTransportStream final : public DescriptorBase {
+ public:
+  DescriptorTransportStream() = default;
+  explicit DescriptorTransportStream(ByteView d) : DescriptorBase(d), data(d.bytes(2, descriptor_length)) {}
+
+  std::vector<uint8_t> data;
+
+  QUILLON_FACES(data);
+};
+
+// Marks the stream of a digital satellite news gathering, as characters (EN 300 468, 6.2.14).
+class QUILLON_API DescriptorDSNG final : public DescriptorBase {
+ public:
+  DescriptorDSNG() = default;
+  explicit DescriptorDSNG(ByteView d) : DescriptorBase(d), data(d.bytes(2, descriptor_length)) {}
+
+  std::vector<uint8_t> data;
+
+  QUILLON_FACES(data);
+};
+
+// Marks a stream that was cut out of another (EN 300 468, 7.2.1). Its body is not read, and tag and length
+// alone are saved.
+class QUILLON_API DescriptorPartialTransportStream final : public DescriptorBase {
+ public:
+  DescriptorPartialTransportStream() = default;
+  explicit DescriptorPartialTransportStream(ByteView d) : DescriptorBase(d) {}
+
+  QUILLON_FACES();
+};
+
+// The kinds of private data in the adaptation fields, a bit each (EN 300 468, 6.2.1).
+class QUILLON_API DescriptorAdaptationFieldData final : public DescriptorBase {
+ public:
+  DescriptorAdaptationFieldData() = default;
+  explicit DescriptorAdaptationFieldData(ByteView d)
+      : DescriptorBase(d), adaptation_field_data_identifier(d[2]) {}
+
+  int adaptation_field_data_identifier = 0;
+
+  QUILLON_FACES();
+};
+
+}  // namespace quillon

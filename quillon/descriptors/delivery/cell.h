@@ -1,0 +1,96 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+
+namespace quillon {
+
+// The cells of a terrestrial network and the areas that they cover (EN 300 468, 6.2.7). Coordinates are the
+// raw 16 bits, extents the raw 12, of a rectangle that starts at its south-western corner.
+class QUILLON_API DescriptorCellList final : public DescriptorBase {
+ public:
+  class QUILLON_API CellListData {
+   public:
+    class QUILLON_API SubCellInfo {
+     public:
+      SubCellInfo() = default;
+      explicit SubCellInfo(ByteView data)
+          : cell_id_extension(data[0]),
+            subcell_latitude(data.u16(1)),
+            subcell_longitude(data.u16(3)),
+            subcell_extend_of_latitude(data.bits(5, 7, 12)),
+            subcell_extend_of_longitude(data.bits(6, 3, 12)) {}
+
+      int cell_id_extension = 0;
+      int subcell_latitude = 0;
+      int subcell_longitude = 0;
+      int subcell_extend_of_latitude = 0;
+      int subcell_extend_of_longitude = 0;
+
+      QUILLON_RECORD_FACES;
+    };
+
+    CellListData() = default;
+    // `available` is not looked at; `consumed` becomes the loop length plus 10. Throws error(0) unless the
+    // loop length is a multiple of 8.
+    CellListData(ByteView data, int available, int& consumed);
+
+    int cell_id = 0;
+    int cell_latitude = 0;
+    int cell_longitude = 0;
+    int cell_extend_of_latitude = 0;
+    int cell_extend_of_longitude = 0;
+    int subcell_info_loop_length = 0;
+    std::vector<SubCellInfo> subcells;
+
+    QUILLON_RECORD_FACES;
+  };
+
+  DescriptorCellList() = default;
+  // Throws error(2) unless the last cell ends with the descriptor.
+  explicit DescriptorCellList(ByteView d);
+
+  std::vector<CellListData> cell_list_data;
+
+  QUILLON_FACES(cell_list_data);
+};
+
+// The frequencies on which the cells of a terrestrial network carry a multiplex (EN 300 468, 6.2.6), in units
+// of 10 Hz.
+class QUILLON_API DescriptorCellFrequncyLink final : public DescriptorBase {
+ public:
+  class QUILLON_API CellFrequencyLinkData {
+   public:
+    class QUILLON_API SubCellInfo {
+     public:
+      SubCellInfo() = default;
+      explicit SubCellInfo(ByteView data) : cell_id_extension(data[0]), transposer_frequency(data.u32(1)) {}
+
+      int cell_id_extension = 0;
+      uint32_t transposer_frequency = 0;
+
+      QUILLON_RECORD_FACES;
+    };
+
+    CellFrequencyLinkData() = default;
+    // `available` is not looked at; `consumed` becomes the loop length plus 7. Throws error(0) unless the
+    // loop length is a multiple of 5.
+    CellFrequencyLinkData(ByteView data, int available, int& consumed);
+
+    int cell_id = 0;
+    uint32_t frequency = 0;
+    int subcell_info_loop_length = 0;
+    std::vector<SubCellInfo> subcells;
+
+    QUILLON_RECORD_FACES;
+  };
+
+  DescriptorCellFrequncyLink() = default;
+  // Throws error(2) unless the last cell ends with the descriptor.
+  explicit DescriptorCellFrequncyLink(ByteView d);
+
+  std::vector<CellFrequencyLinkData> cell_frequency_link_data;
+
+  QUILLON_FACES(cell_frequency_link_data);
+};
+
+}  // namespace quillon

@@ -1,0 +1,90 @@
+#include <quillon/descriptors/code_text.h>
+#include <quillon/descriptors/delivery/bcd.h>
+#include <quillon/descriptors/delivery/satellite.h>
+#include <quillon/descriptors/describe.h>
+
+namespace quillon {
+
+using detail::text_of;
+
+// The last of the eight frequency digits has no weight: kept, tools compare the printed value.
+DescriptorSatelliteDeliverySystem::DescriptorSatelliteDeliverySystem(ByteView d)
+    : DescriptorBase(d),
+      frequency(detail::bcd_sum(d, 2, {100, 10, 1, 0.1, 0.01, 0.001, 0.0001})),
+      orbital_position(detail::bcd_sum(d, 6, {100, 10, 1, 0.1})),
+      west_east_flag(d.bits(8, 7, 1)),
+      polarization(d.bits(8, 6, 2)),
+      roll_off(d.bits(8, 4, 2)),
+      modulation_system(d.bits(8, 2, 1)),
+      modulation_type(d.bits(8, 1, 2)),
+      symbol_rate(detail::symbol_rate(d, 9)),
+      FEC_inner(d.bits(12, 3, 4)) {}
+
+template <class V, class S>
+void DescriptorSatelliteDeliverySystem::describe(V& v, S& s) {
+  v.labels("", " ");
+  if constexpr (V::dump) v.stream() << std::dec;
+  v.field("frequency", s.frequency);
+  v.field("orbital_position", s.orbital_position);
+  v.field("west_east_flag", s.west_east_flag);
+  v.field("polarization", s.polarization);
+  v.bytes("roll_off", s.roll_off);
+  v.bytes("modulation_system", s.modulation_system);
+  v.bytes("modulation_type", s.modulation_type);
+  v.field("symbol_rate", s.symbol_rate);
+  v.field("FEC_inner", s.FEC_inner);
+}
+QUILLON_FACES_OF(DescriptorSatelliteDeliverySystem, "satellite_delivery_system_descriptor")
+
+const char* DescriptorSatelliteDeliverySystem::get_west_east_flag_text(int west_east_flag) {
+  return west_east_flag == 0 ? "west" : "east";
+}
+
+const char* DescriptorSatelliteDeliverySystem::get_polarization_text(int polarization) {
+  return text_of(polarization,
+                 {"linear - horizontal", "linear - vertical", "circular - horizontal", "circular - vertical"},
+                 "<unknown>");
+}
+
+const char* DescriptorSatelliteDeliverySystem::get_modulation_type_text(int modulation_type) {
+  return text_of(modulation_type, {"Auto", "QPSK", "8PSK", "16-QAM (n/a for DVB-S2)"}, "reserved");
+}
+
+const char* DescriptorSatelliteDeliverySystem::get_modulation_system_text(int modulation_system) {
+  return text_of(modulation_system, {"DVB-S", "DVB-S2"}, "reserved");
+}
+
+const char* DescriptorSatelliteDeliverySystem::get_roll_off_text(int roll_off) {
+  return text_of(roll_off, {"0,35", "0,25", "0,20"}, "reserved");
+}
+
+const char* DescriptorSatelliteDeliverySystem::get_FEC_inner_text(int FEC_inner) {
+  return text_of(FEC_inner, {"not defined", "1/2", "2/3", "3/4", "5/6", "7/8", "reserved", "no conv. coding"},
+                 "reserved");
+}
+
+DescriptorS2SatelliteDeliverySystem::DescriptorS2SatelliteDeliverySystem(ByteView d)
+    : DescriptorBase(d),
+      scrambling_sequence_selector(d.bits(2, 7, 1)),
+      multiple_input_stream_flag(d.bits(2, 6, 1)),
+      backwards_compatibility_indicator(
+          d.bits(2, 6, 1)) {  // bit 6 again: readers of saved documents rely on it
+  int next = 3;
+  if (scrambling_sequence_selector == 1) {
+    scrambling_sequence_index = d.bits(3, 1, 18);
+    next = 6;
+  }
+  if (multiple_input_stream_flag == 1) input_stream_identifier = d[next];
+}
+
+template <class V, class S>
+void DescriptorS2SatelliteDeliverySystem::describe(V& v, S& s) {
+  v.field("scrambling_sequence_selector", s.scrambling_sequence_selector);
+  v.field("multiple_input_stream_flag", s.multiple_input_stream_flag);
+  v.field("backwards_compatibility_indicator", s.backwards_compatibility_indicator);
+  v.field("scrambling_sequence_index", s.scrambling_sequence_index);
+  v.field("input_stream_identifier", s.input_stream_identifier);
+}
+QUILLON_SILENT_FACES_OF(DescriptorS2SatelliteDeliverySystem, "S2_satellite_delivery_system_descriptor")
+
+}  // namespace quillon

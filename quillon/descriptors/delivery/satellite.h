@@ -1,0 +1,55 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+
+namespace quillon {
+
+// How to tune to a stream on a satellite (EN 300 468, 6.2.13.2).
+class QUILLON_API DescriptorSatelliteDeliverySystem final : public DescriptorBase {
+ public:
+  DescriptorSatelliteDeliverySystem() = default;
+  explicit DescriptorSatelliteDeliverySystem(ByteView d);
+
+  static const char* get_west_east_flag_text(int west_east_flag);
+  static const char* get_polarization_text(int polarization);
+  static const char* get_modulation_type_text(int modulation_type);
+  static const char* get_modulation_system_text(int modulation_system);
+  static const char* get_roll_off_text(int roll_off);
+  static const char* get_FEC_inner_text(int FEC_inner);
+
+  const char* get_west_east_flag_text() const { return get_west_east_flag_text(west_east_flag); }
+  const char* get_polarization_text() const { return get_polarization_text(polarization); }
+  const char* get_modulation_type_text() const { return get_modulation_type_text(modulation_type); }
+  const char* get_modulation_system_text() const { return get_modulation_system_text(modulation_system); }
+  const char* get_roll_off_text() const { return get_roll_off_text(roll_off); }
+  const char* get_FEC_inner_text() const { return get_FEC_inner_text(FEC_inner); }
+
+  double frequency = 0;         // GHz, without the eighth digit
+  double orbital_position = 0;  // degrees
+  int west_east_flag = 0;
+  int polarization = 0;       // 2 bits
+  int roll_off = 0;           // 2 bits
+  int modulation_system = 0;  // 1 bit
+  int modulation_type = 0;    // 2 bits
+  double symbol_rate = 0;     // Msymbol/s
+  int FEC_inner = 0;          // 4 bits
+
+  QUILLON_FACES();
+};
+
+// What a DVB-S2 stream needs beside the satellite parameters (EN 300 468, 6.2.13.3).
+class QUILLON_API DescriptorS2SatelliteDeliverySystem final : public DescriptorBase {
+ public:
+  DescriptorS2SatelliteDeliverySystem() = default;
+  explicit DescriptorS2SatelliteDeliverySystem(ByteView d);
+
+  int scrambling_sequence_selector = 0;
+  int multiple_input_stream_flag = 0;
+  int backwards_compatibility_indicator = 0;  // always that of multiple_input_stream_flag on the wire
+  int scrambling_sequence_index = 0;          // 18 bits, for scrambling_sequence_selector 1
+  int input_stream_identifier = 0;            // for multiple_input_stream_flag 1
+
+  QUILLON_FACES();
+};
+
+}  // namespace quillon

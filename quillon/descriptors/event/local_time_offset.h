@@ -1,0 +1,45 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+#include <quillon/fields/language.h>
+#include <quillon/fields/time.h>
+
+namespace quillon {
+
+// The offset of local time from UTC, region by region, now and from the next change on (EN 300 468, 6.2.20).
+class QUILLON_API DescriptorLocalTimeOffset final : public DescriptorBase {
+ public:
+  class QUILLON_API LocalTime {
+   public:
+    LocalTime() = default;
+    // `consumed` becomes 13.
+    LocalTime(ByteView p, int& consumed)
+        : country_code_(p),
+          country_region_id_(p.bits(3, 7, 2)),
+          local_time_offset_polarity_(p.bits(3, 0, 1)),
+          local_time_offset_(p.from(4)),
+          time_of_change_(p.from(6)),
+          next_time_offset_(p.from(11)) {
+      consumed = 13;
+    }
+
+    QUILLON_FIELD(CodeCharacters, country_code);
+    QUILLON_FIELD(int, country_region_id);  // 0 to 3, the top two bits of the field
+    QUILLON_FIELD(int, local_time_offset_polarity);
+    QUILLON_FIELD(TimeOffset, local_time_offset);
+    QUILLON_FIELD(DateTime, time_of_change);
+    QUILLON_FIELD(TimeOffset, next_time_offset);
+
+    QUILLON_RECORD_FACES;
+  };
+
+  DescriptorLocalTimeOffset() = default;
+  // Throws error("descriptor start end mismatch") if the last entry does not end with the body.
+  explicit DescriptorLocalTimeOffset(ByteView d);
+
+  QUILLON_FIELD(std::vector<LocalTime>, localtime);
+
+  QUILLON_FACES(localtime_);
+};
+
+}  // namespace quillon

@@ -1,0 +1,12 @@
+#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/event/pdc.h>
+
+namespace quillon {
+
+template <class V, class S>
+void DescriptorPDC::describe(V& v, S& s) {
+  v.field("programme_identification_label", s.programme_identification_label_);
+}
+QUILLON_SILENT_FACES_OF(DescriptorPDC, "PDC_descriptor")
+
+}  // namespace quillon

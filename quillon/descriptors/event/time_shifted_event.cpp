@@ -1,0 +1,13 @@
+#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/event/time_shifted_event.h>
+
+namespace quillon {
+
+template <class V, class S>
+void DescriptorTimeShiftedEvent::describe(V& v, S& s) {
+  v.field("reference_service_id", s.reference_service_id_);
+  v.field("reference_event_id", s.reference_event_id_);
+}
+QUILLON_FACES_OF(DescriptorTimeShiftedEvent, "time_shifted_event_descriptor")
+
+}  // namespace quillon

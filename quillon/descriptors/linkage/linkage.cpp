@@ -1,0 +1,125 @@
+#include <quillon/descriptors/code_text.h>
+#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/linkage/linkage.h>
+
+namespace quillon {
+
+using detail::text_of;
+
+DescriptorLinkage::DescriptorLinkage(ByteView d)
+    : DescriptorBase(d),
+      transport_stream_id_(d.u16(2)),
+      original_network_id_(d.u16(4)),
+      service_id_(d.u16(6)),
+      linkage_type_(d[8]) {
+  if (linkage_type_ == 8)
+    read_hand_over(d);
+  else if (linkage_type_ == 11)
+    read_platforms(d);
+  else
+    private_data_ = d.bytes(9, descriptor_length - 7);
+}
+
+void DescriptorLinkage::read_hand_over(ByteView d) {
+  hand_over_type_ = d.bits(9, 7, 4);
+  origin_type_ = d.bits(9, 0, 1);
+  int pos = 10;
+  if (hand_over_type_ >= 1 && hand_over_type_ <= 3) {
+    network_id_ = d.u16(pos);
+    pos += 2;
+  }
+  if (origin_type_ == 0) {
+    initial_service_id_ = d.u16(pos);
+    pos += 2;
+  }
+  private_data_ = d.bytes(pos, 2 + descriptor_length - pos);
+}
+
+void DescriptorLinkage::read_platforms(ByteView d) {
+  platform_id_data_length_ = d[9];
+  const int end = 2 + descriptor_length;
+  const int loop_end = 10 + platform_id_data_length_;
+  if (loop_end > end) throw error("DescriptorLinkage: invalid platform_id_data_length length");
+  const bool whole = walk(d, 10, loop_end, [this](ByteView at, int len) {
+    platformidinfos_.emplace_back(at, len);
+    return len;
+  });
+  if (!whole) throw error("DescriptorLinkage: descriptor start end mismatch");
+  private_data_ = d.bytes(loop_end, end - loop_end);
+}
+
+template <class V, class S>
+void DescriptorLinkage::describe(V& v, S& s) {
+  v.field("transport_stream_id", s.transport_stream_id_);
+  v.field("original_network_id", s.original_network_id_);
+  v.field("service_id", s.service_id_);
+  v.field("linkage_type", s.linkage_type_);
+  v.block("private_data_byte", s.private_data_);
+  v.bytes("hand_over_type", s.hand_over_type_);
+  v.bytes("origin_type", s.origin_type_);
+  v.bytes("network_id", s.network_id_);
+  v.bytes("initial_service_id", s.initial_service_id_);
+  v.bytes("platform_id_data_length", s.platform_id_data_length_);
+  if constexpr (V::xml) v.list("platformidinfos", "platformidinfo", s.platformidinfos_);
+}
+QUILLON_FACES_OF(DescriptorLinkage, "linkage_descriptor")
+
+DescriptorLinkage::PlatformIDInfo::PlatformIDInfo(ByteView p, int& len)
+    : platform_id_(p.u24(0)), platform_name_loop_length_(p[3]) {
+  const bool whole = walk(p, 4, 4 + platform_name_loop_length_, [this](ByteView at, int) {
+    int consumed = 0;
+    platform_names_.emplace_back(at, consumed);
+    return consumed;
+  });
+  if (!whole) throw error("PlatformIDInfo: descriptor start end mismatch");
+  len = platform_name_loop_length_ + 4;
+}
+
+template <class V, class S>
+void DescriptorLinkage::PlatformIDInfo::describe(V& v, S& s) {
+  v.field("platform_id", s.platform_id_);
+  v.field("platform_name_loop_length", s.platform_name_loop_length_);
+  v.list("platform_names", "platform_names", s.platform_names_);
+}
+QUILLON_SILENT_RECORD_FACES_OF(DescriptorLinkage::PlatformIDInfo)
+
+DescriptorLinkage::PlatformIDInfo::PlatformIDInfoName::PlatformIDInfoName(ByteView p, int& consumed)
+    : platform_name_length_(p[3]), name_(platform_name_length_, p.from(4)) {
+  iso_639_language_code_.parse(p);
+  consumed = platform_name_length_ + 4;
+}
+
+template <class V, class S>
+void DescriptorLinkage::PlatformIDInfo::PlatformIDInfoName::describe(V& v, S& s) {
+  v.field("iso639languagecode", s.iso_639_language_code_);
+  v.field("platform_name_length", s.platform_name_length_);
+  v.field("text_char", s.name_);
+}
+QUILLON_SILENT_RECORD_FACES_OF(DescriptorLinkage::PlatformIDInfo::PlatformIDInfoName)
+
+const char* DescriptorLinkage::get_linkage_type_text(int linkage_type) {
+  if (linkage_type > 255 || linkage_type < 0) return "";
+  if (linkage_type > 127) return "user defined";
+  return text_of(linkage_type,
+                 {"reserved for future use", "information service", "EPG service", "CA replacement service",
+                  "TS containing complete Network/Bouquet SI", "service replacement service",
+                  "data broadcast service", "RCS Map", "mobile hand-over",
+                  "System Software Update Service (TS 102 006)", "TS containing SSU BAT or NIT (TS 102 006)",
+                  "IP/MAC Notification Service (EN 301 192)", "TS containing INT BAT or NIT (EN 301 192)"},
+                 "reserved for future use");
+}
+
+const char* DescriptorLinkage::get_hand_over_type_text(int hand_over_type) {
+  if (hand_over_type > 15 || hand_over_type < 0) return "";
+  return text_of(
+      hand_over_type,
+      {"reserved for future use", "DVB hand-over to an identical service in a neighbouring country",
+       "DVB hand-over to a local variation of the same service", "DVB hand-over to an associated service"},
+      "reserved for future use");
+}
+
+const char* DescriptorLinkage::get_origin_type_text(int origin_type) {
+  return text_of(origin_type, {"NIT", "SDT"}, "");
+}
+
+}  // namespace quillon

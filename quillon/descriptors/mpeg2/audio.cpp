@@ -1,0 +1,40 @@
+#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/mpeg2/audio.h>
+
+namespace quillon {
+
+template <class V, class S>
+void DescriptorAudioStream::describe(V& v, S& s) {
+  v.field("free_format_flag", s.free_format_flag_);
+  v.field("ID", s.id_);
+  v.field("layer", s.layer_);
+  v.field("variable_rate_audio_indicator", s.variable_rate_audio_indicator_);
+}
+QUILLON_FACES_OF(DescriptorAudioStream, "audio_stream_descriptor")
+
+DescriptorISO639Language::DescriptorISO639Language(ByteView d) : DescriptorBase(d) {
+  if (descriptor_length % 4 != 0) throw error("descriptor length mismatch");
+  language_vector_.reserve(static_cast<size_t>(descriptor_length) / 4);
+  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
+    language_vector_.emplace_back(at);
+    return 4;
+  });
+}
+
+template <class V, class S>
+void DescriptorISO639Language::describe(V& v, S& s) {
+  v.list("language_vector", "language", s.language_vector_);
+}
+QUILLON_FACES_OF(DescriptorISO639Language, "ISO_639_language_descriptor")
+
+template <class V, class S>
+void DescriptorISO639Language::ISO639Lang::describe(V& v, S& s) {
+  v.field("ISO_639_language_code", s.iso_639_language_code_);
+  if constexpr (V::dump)
+    v.stream() << "audio_type: " << static_cast<char>(s.audio_type_) << std::endl;
+  else
+    v.field("audio_type", s.audio_type_);
+}
+QUILLON_RECORD_FACES_OF(DescriptorISO639Language::ISO639Lang)
+
+}  // namespace quillon

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+
+namespace quillon {
+
+// Identifies an object carousel (ISO/IEC 13818-6; TS 102 812, B.2.8). The fields from ModuleVersion to
+// ObjectKeyData are there for FormatId 1 alone; with any other the private bytes follow FormatId.
+class QUILLON_API DescriptorCarouselId final : public DescriptorBase {
+ public:
+  DescriptorCarouselId() = default;
+  explicit DescriptorCarouselId(ByteView d);
+
+  QUILLON_FIELD(uint32_t, carousel_id);
+  QUILLON_FIELD(int, formatid);
+  QUILLON_FIELD(int, moduleversion);
+  QUILLON_FIELD(int, moduleid);
+  QUILLON_FIELD(int, blocksize);
+  QUILLON_FIELD(uint32_t, modulesize);
+  QUILLON_FIELD(int, compressionmethod);
+  QUILLON_FIELD(uint32_t, originalsize);
+  QUILLON_FIELD(int, timeout);
+  QUILLON_FIELD(int, objectkeylength);
+  QUILLON_FIELD(std::vector<uint8_t>, objectkeydata);
+  QUILLON_FIELD(std::vector<uint8_t>, private_data_byte);
+
+  QUILLON_FACES(objectkeydata_, private_data_byte_);
+};
+
+// Binds an association tag to a stream (ISO/IEC 13818-6, 11.4.1).
+class QUILLON_API DescriptorAssociationTag final : public DescriptorBase {
+ public:
+  DescriptorAssociationTag() = default;
+  // Throws error(3, "association_tag_descriptor:selector_length") unless selector_length is 8 for use 0, and
+  // 0 for use 1.
+  explicit DescriptorAssociationTag(ByteView d);
+
+  QUILLON_FIELD(int, association_tag);
+  QUILLON_FIELD(int, use);
+  QUILLON_FIELD(int, selector_length);
+  QUILLON_FIELD(uint32_t, transaction_id);             // use 0
+  QUILLON_FIELD(uint32_t, timeout);                    // use 0
+  QUILLON_FIELD(std::vector<uint8_t>, selector_byte);  // neither use 0 nor 1
+  QUILLON_FIELD(std::vector<uint8_t>, private_data_byte);
+
+  QUILLON_FACES(selector_byte_, private_data_byte_);
+};
+
+}  // namespace quillon

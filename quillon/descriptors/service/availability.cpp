@@ -1,0 +1,44 @@
+#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/service/availability.h>
+
+namespace quillon {
+
+DescriptorCountryAvailability::DescriptorCountryAvailability(ByteView d)
+    : DescriptorBase(d), country_availability_flag_(d.bits(2, 7, 1)) {
+  if ((descriptor_length - 1) % 3 != 0)
+    throw error(error::length_mismatch, "country_availability_descriptor");
+  country_codes_.reserve(d[1] / 3u);
+  walk(d, 3, 2 + descriptor_length, [this](ByteView at, int) {
+    country_codes_.emplace_back(at);
+    return 3;
+  });
+}
+
+template <class V, class S>
+void DescriptorCountryAvailability::describe(V& v, S& s) {
+  if constexpr (V::dump) {
+    v.field("country_availability_flag", s.country_availability_flag_);
+    for (const tagCOUNTRYCODE& country : s.country_codes_)
+      v.field("country_code", country.get_country_code());
+  }
+}
+QUILLON_FACES_OF(DescriptorCountryAvailability, "country_availability_descriptor")
+
+DescriptorServiceAvailability::DescriptorServiceAvailability(ByteView d)
+    : DescriptorBase(d), availability_flag_(d.bits(2, 7, 1)) {
+  if ((descriptor_length - 1) % 2 != 0) throw error(error::bad_loop_unit);
+  cell_id_.reserve(d[1] / 2u);
+  walk(d, 3, 2 + descriptor_length, [this](ByteView at, int) {
+    cell_id_.push_back(at.u16(0));
+    return 2;
+  });
+}
+
+template <class V, class S>
+void DescriptorServiceAvailability::describe(V& v, S& s) {
+  v.field("availability_flag", s.availability_flag_);
+  v.bytes("cell_id", s.cell_id_);
+}
+QUILLON_SILENT_FACES_OF(DescriptorServiceAvailability, "service_availability_descriptor")
+
+}  // namespace quillon

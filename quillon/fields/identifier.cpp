@@ -1,0 +1,48 @@
+#include <cstdio>
+#include <ostream>
+
+#include <quillon/fields/identifier.h>
+#include <quillon/sections/error.h>
+
+namespace quillon {
+
+void ApplicationIdentifier::dump_state(std::ostream& stream) const {
+  stream << "organisation_id: " << organisation_id << std::endl;
+  stream << "application_id: " << application_id << std::endl;
+}
+
+std::string ApplicationIdentifier::application_identifier_as_text() const {
+  char text[24];
+  std::snprintf(text, sizeof text, "%08X %04X", organisation_id, static_cast<unsigned>(application_id));
+  return text;
+}
+
+bool ApplicationIdentifier::set_application_identifier_from_text(const char* text) {
+  unsigned organisation = organisation_id;
+  unsigned application = static_cast<unsigned>(application_id);
+  std::sscanf(text, "%X %X", &organisation, &application);
+  organisation_id = organisation;
+  application_id = static_cast<int>(application);
+  return true;
+}
+
+void LengthPrefixedString::dump_state(const char* label, std::ostream& stream) const {
+  stream << label << "_length: " << length_ << std::endl;
+  stream << label << ": " << value_.c_str() << std::endl;
+}
+
+MultilingualNameInfo::MultilingualNameInfo(ByteView bytes, int available, int& consumed) {
+  if (available < 4) throw error(error::length_mismatch, "multilingual_name_info_descriptor");
+  language_code_ = CodeCharacters(bytes);
+  const int length = bytes[3];
+  if (available < length + 4) throw error(error::length_mismatch, "multilingual_name_info_descriptor:2");
+  name_.parse(length, bytes.from(4));
+  consumed = length + 4;
+}
+
+void MultilingualNameInfo::_dump_state(std::ostream& stream) const {
+  stream << "MultilingualNameInfo::ISO_639_language_code: " << language_code_ << std::endl;
+  stream << "MultilingualNameInfo::name: " << name_.c_strA() << std::endl;
+}
+
+}  // namespace quillon

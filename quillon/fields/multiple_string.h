@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <vector>
+
+#include <quillon/fields/language.h>
+#include <quillon/platform/api.h>
+#include <quillon/platform/wide_string.h>
+#include <quillon/sections/byte_view.h>
+
+namespace quillon {
+
+// Text of ATSC tables in several languages (A/65, 6.10): strings, one a language, made of segments. The
+// counts are those of the wire, which the vectors behind them may fall short of. Any input is accepted;
+// whether the text filled its place shows only in the bytes used.
+class QUILLON_API ATSCMultipleStringStructure {
+ public:
+  //   language           24
+  //   number_segments     8
+  //   segments
+  class QUILLON_API String {
+   public:
+    //   compression_type  8
+    //   mode              8
+    //   number_bytes      8
+    //   bytes
+    class QUILLON_API Segment {
+     public:
+      // `length` becomes the bytes of the segment, which may be more than there are.
+      Segment(ByteView data, int& length);
+
+      static const char* get_compression_type_text(int compression_type);
+      const char* get_compression_type_text() const { return get_compression_type_text(compression_type); }
+      static const char* get_mode_text(int mode);
+      const char* get_mode_text() const { return get_mode_text(mode); }
+
+      void dump_state(std::ostream& stream) const;
+
+      int compression_type = 0;
+      int mode = 0;
+      int number_bytes = 0;
+      std::vector<uint8_t> compressed_string_bytes;  // as they stand on the wire
+      wide_string decoded_text;                      // empty if compressed, or if the mode is not a page
+
+     private:
+      void decompress(std::vector<uint8_t>& out) const;
+      void decode(const std::vector<uint8_t>& in);
+    };
+
+    // `length` holds the bytes there are, and then those of the string.
+    String(ByteView data, int& length);
+
+    void dump_state(std::ostream& stream) const;
+
+    ISO639LanguageCode iso639languagecode;
+    int number_segments = 0;
+    std::vector<Segment> segments;
+  };
+
+  // Adds the strings to those there are. `length` holds the bytes there are, and then those used, at least
+  // one.
+  void parse(ByteView data, int& length);
+
+  void dump_state(std::ostream& stream) const;
+
+  int number_strings = 0;
+  std::vector<String> strings;
+};
+
+}  // namespace quillon

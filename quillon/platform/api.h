@@ -1,0 +1,14 @@
+#pragma once
+
+// QUILLON_API marks what an application may link; everything else stays hidden in the shared library.
+#if defined(_WIN32)
+#if defined(QUILLON_STATIC)
+#define QUILLON_API
+#elif defined(QUILLON_BUILDING)
+#define QUILLON_API __declspec(dllexport)
+#else
+#define QUILLON_API __declspec(dllimport)
+#endif
+#else
+#define QUILLON_API __attribute__((visibility("default")))
+#endif

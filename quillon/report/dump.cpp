@@ -1,0 +1,58 @@
+#include <cctype>
+#include <iomanip>
+#include <ostream>
+
+#include <quillon/report/dump.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr int kRow = 16;
+
+void dump_row(std::ostream& stream, const uint8_t* row, int size) {
+  for (int i = 0; i < size; ++i) stream << std::hex << std::setw(2) << unsigned{row[i]} << " ";
+  for (int i = size; i < kRow; ++i) stream << "   ";
+  stream << " : ";
+  for (int i = 0; i < size; ++i) stream << (std::isalpha(row[i]) ? static_cast<char>(row[i]) : '.');
+  stream << std::endl;
+}
+
+}  // namespace
+
+void dump_block(std::ostream& stream, const uint8_t* data, int size) {
+  const int full = size / kRow * kRow;
+  for (int at = 0; at < full; at += kRow) dump_row(stream, data + at, kRow);
+  // A negative size, too, has a tail: a line without bytes.
+  if (size % kRow != 0) dump_row(stream, data + (full > 0 ? full : 0), size % kRow);
+}
+
+namespace report {
+
+namespace {
+
+template <class Value>
+void put(std::ostream& stream, const char* label, const Value& value) {
+  stream << label << value << std::endl;
+}
+
+}  // namespace
+
+void line(std::ostream& stream, const char* label, int value) {
+  put(stream, label, value);
+}
+void line(std::ostream& stream, const char* label, uint32_t value) {
+  put(stream, label, value);
+}
+void line(std::ostream& stream, const char* label, double value) {
+  put(stream, label, value);
+}
+void line(std::ostream& stream, const char* label, const char* value) {
+  put(stream, label, value);
+}
+void line(std::ostream& stream, const char* label, const std::string& value) {
+  put(stream, label, value);
+}
+
+}  // namespace report
+}  // namespace quillon

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include <quillon/platform/api.h>
+
+namespace quillon {
+
+// Raw bytes, sixteen a row: hexadecimal, then the letters among them. Leaves the stream in hexadecimal; fill
+// and case are the stream's. Prints nothing for a size of 0.
+QUILLON_API void dump_block(std::ostream& stream, const uint8_t* data, int size);
+
+namespace report {
+
+// One line: label, value as the stream's own operators print it, end of line.
+void line(std::ostream& stream, const char* label, int value);
+void line(std::ostream& stream, const char* label, uint32_t value);
+void line(std::ostream& stream, const char* label, double value);
+void line(std::ostream& stream, const char* label, const char* value);
+void line(std::ostream& stream, const char* label, const std::string& value);
+
+inline void block(std::ostream& stream, const std::vector<uint8_t>& bytes) {
+  dump_block(stream, bytes.data(), static_cast<int>(bytes.size()));
+}
+
+}  // namespace report
+}  // namespace quillon

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <quillon/platform/api.h>
+
+namespace quillon {
+
+// Bytes of a section from some place on, with the section's end as the limit. Reading behind the limit gives
+// 0 and never touches memory, so wire parsers need not test the lengths they are told. A view made from a
+// bare pointer has no limit: its caller vouches for the bytes.
+class QUILLON_API ByteView {
+ public:
+  constexpr ByteView(const uint8_t* bytes) : data_(bytes), left_(kUnlimited) {}
+  constexpr ByteView(const uint8_t* bytes, size_t size) : data_(bytes), left_(static_cast<ptrdiff_t>(size)) {}
+
+  constexpr const uint8_t* data() const { return data_; }
+
+  // True if byte `i` lies before the limit.
+  constexpr bool has(ptrdiff_t i) const { return static_cast<size_t>(i) < static_cast<size_t>(left_); }
+  // True if the place in front of byte `i` lies before the limit or on it.
+  constexpr bool reaches(ptrdiff_t i) const { return i <= left_; }
+
+  constexpr uint8_t operator[](ptrdiff_t i) const { return has(i) ? data_[i] : uint8_t{0}; }
+  constexpr int u16(ptrdiff_t i) const { return (*this)[i] << 8 | (*this)[i + 1]; }
+  constexpr int u24(ptrdiff_t i) const { return u16(i) << 8 | (*this)[i + 2]; }
+  constexpr uint32_t u32(ptrdiff_t i) const {
+    return static_cast<uint32_t>(u16(i)) << 16 | static_cast<uint32_t>(u16(i + 2));
+  }
+
+  // `width` bits, at most 25, of which the first is bit `top` (7 is the highest) of byte `i`; the field goes
+  // on into the following bytes.
+  constexpr int bits(ptrdiff_t i, int top, int width) const {
+    const int below = width - top - 1;  // bits behind byte i
+    uint32_t value = (*this)[i] & (0xFFu >> (7 - top));
+    if (below <= 0) return static_cast<int>(value >> -below);
+    const int bytes = (below + 7) / 8;
+    for (int k = 1; k <= bytes; ++k) value = value << 8 | (*this)[i + k];
+    return static_cast<int>(value >> (bytes * 8 - below));
+  }
+
+  // The view from byte `n` on.
+  constexpr ByteView from(ptrdiff_t n) const {
+    if (left_ == kUnlimited) return ByteView(data_ + n);
+    const ptrdiff_t skip = n < left_ ? n : left_;
+    return ByteView(data_ + skip, static_cast<size_t>(left_ - skip));
+  }
+  constexpr ptrdiff_t offset_from(ByteView base) const { return data_ - base.data_; }
+
+  // `n` bytes from `i` on, zeros for those behind the limit; none if `n` is below 1.
+  std::vector<uint8_t> bytes(ptrdiff_t i, ptrdiff_t n) const;
+  std::string chars(ptrdiff_t i, ptrdiff_t n) const;
+  // Those of the `n` bytes from `i` on that lie before the limit.
+  std::string_view present(ptrdiff_t i, ptrdiff_t n) const {
+    if (n <= 0 || !has(i)) return {};
+    const ptrdiff_t real = n < left_ - i ? n : left_ - i;
+    return {reinterpret_cast<const char*>(data_ + i), static_cast<size_t>(real)};
+  }
+
+ private:
+  static constexpr ptrdiff_t kUnlimited = PTRDIFF_MAX;
+
+  const uint8_t* data_;
+  ptrdiff_t left_;
+};
+
+// Walks rows from `begin` to `end`: `row(at, left)` reads one row and returns the bytes it used. True if the
+// last row ended exactly on `end`; a walk that passes the view's limit stops there, false.
+template <class Row>
+bool walk(ByteView view, int begin, int end, Row&& row) {
+  int pos = begin;
+  while (pos < end && view.has(pos)) pos += row(view.from(pos), end - pos);
+  return pos == end && view.reaches(pos);
+}
+
+}  // namespace quillon

@@ -1,0 +1,101 @@
+#include <iomanip>
+
+#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/dvb_classes.h>
+#include <quillon/tables/pmt.h>
+#include <quillon/tables/stream_type.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kMismatch = "descriptor start end mismatch";
+
+}  // namespace
+
+void PmtDVB::_parse(ByteView body, bool keep_raw) {
+  pcr_pid_ = body.bits(0, 4, 13);
+  const int program_end = 4 + body.bits(2, 3, 12);
+  if (!walk_descriptors(body, 4, program_end, {body, positions_if(keep_raw), tolerance()}))
+    throw error(kMismatch);
+  const bool whole = walk(body, program_end, body_size(), [&](ByteView row, int left) {
+    int size = left;
+    streams_.emplace_back(row, size, keep_raw, body, tolerance());
+    return size;
+  });
+  if (!whole) throw error(kMismatch);
+}
+
+PmtDVB::ElementaryStream::ElementaryStream(_PMT_INFO* info, int& size, bool keep_raw, const uint8_t* body)
+    : ElementaryStream(ByteView(info->bytes), size, keep_raw, ByteView(body)) {}
+
+PmtDVB::ElementaryStream::ElementaryStream(ByteView info, int& size, bool keep_raw, ByteView body,
+                                           DescriptorFailures* failures) {
+  if (size < 5) throw error("too little data");
+  stream_type_ = info[0];
+  elementary_pid_ = info.bits(1, 4, 13);
+  es_info_length_ = info.bits(3, 3, 12);
+  // An overrun of this loop is found by the table alone.
+  walk_descriptors(info, 5, 5 + es_info_length_,
+                   {body, keep_raw ? &descriptor_positions_ : nullptr, failures});
+  size = es_info_length_ + 5;
+}
+
+const char* PmtDVB::ElementaryStream::get_stream_type_cstr(int stream_type) {
+  return stream_type_text(stream_type);
+}
+
+void PmtDVB::_reset() {
+  streams_.clear();
+  store_.clear();
+}
+
+void PmtDVB::_dump_state(std::ostream& stream) const {
+  const std::ios::fmtflags flags = stream.flags();
+  const std::streamsize width = stream.width();
+  stream << std::hex << std::right << std::unitbuf << std::uppercase << std::setfill('0');
+  stream << "program_number: " << std::setw(4) << get_program_number() << std::endl;
+  stream << "version_number: " << std::setw(2) << get_version_number() << std::endl;
+  stream << "section_number: " << std::setw(2) << get_section_number() << std::endl;
+  stream << "last_section_number: " << std::setw(2) << get_last_section_number() << std::endl;
+  stream << "current_next_indicator: " << std::setw(2) << get_current_next_indicator() << std::endl;
+  stream << "pcr_pid: " << std::setw(2) << pcr_pid_ << std::endl;
+  dump_descriptors(stream, get_CA_descriptors(), get_general_descriptors(),
+                   get_ISO_639_language_descriptors(), get_video_stream_descriptors(),
+                   get_audio_stream_descriptors(), get_STD_descriptors(),
+                   get_private_data_indicator_descriptors(), get_copyright_descriptors());
+  stream << "Dumping " << streams_.size() << " stream infos" << std::endl;
+  for (const ElementaryStream& row : streams_) row.dump_state(stream);
+  stream << "crc32: " << std::setw(8) << get_crc32() << std::endl;
+  stream.flags(flags);
+  stream.width(width);
+}
+
+void PmtDVB::ElementaryStream::dump_state(std::ostream& stream) const {
+  stream << "stream_type: " << std::hex << std::setw(2) << stream_type_ << std::endl;
+  stream << "elementary_PID: " << std::hex << std::setw(4) << elementary_pid_ << std::endl;
+  dump_descriptors(stream, get_CA_descriptors(), get_general_descriptors(), get_teletext_descriptors(),
+                   get_ISO_639_language_descriptors(), get_video_stream_descriptors(),
+                   get_audio_stream_descriptors(), get_STD_descriptors(),
+                   get_private_data_indicator_descriptors(), get_copyright_descriptors(),
+                   get_stream_identifier_descriptors());
+}
+
+template <class V, class S>
+void PmtDVB::describe(V& v, S& s) {
+  v.field("pcr", s.pcr_pid_);
+  v.rows("stream_infos", "stream", s.streams_);
+  v.descriptors(s);
+}
+QUILLON_TABLE_XML_OF(PmtDVB)
+
+template <class V, class S>
+void PmtDVB::ElementaryStream::describe(V& v, S& s) {
+  v.field("stream_type", s.stream_type_);
+  v.field("elementary_pid", s.elementary_pid_);
+  v.field("es_info_length", s.es_info_length_);
+  v.descriptors(s);
+}
+QUILLON_ROW_XML_OF(PmtDVB::ElementaryStream, ElementaryStream)
+
+}  // namespace quillon

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <quillon/descriptors/dvb_loop.h>
+#include <quillon/sections/psi_base.h>
+
+namespace quillon {
+
+// An entry of the elementary stream loop as it stands on the wire.
+struct _PMT_INFO {
+  uint8_t bytes[5];
+};
+
+// Program map table of a DVB stream (ISO/IEC 13818-1, 2.4.4.8).
+//
+//   reserved              3
+//   PCR_PID              13
+//   reserved              4
+//   program_info_length  12
+//   descriptors
+//   rows                      ElementaryStream
+class QUILLON_API PmtDVB : public PsiTableBase, public DvbLoop {
+ public:
+  //   stream_type      8
+  //   reserved         3
+  //   elementary_PID  13
+  //   reserved         4
+  //   ES_info_length  12
+  //   descriptors
+  class QUILLON_API ElementaryStream : public DvbLoop {
+   public:
+    // `size` holds the bytes left in the section, and then the bytes of the row. Throws error("too little
+    // data") if fewer than five are left.
+    ElementaryStream(_PMT_INFO* info, int& size, bool keep_raw, const uint8_t* body);
+    ElementaryStream(ByteView info, int& size, bool keep_raw, ByteView body,
+                     DescriptorFailures* failures = nullptr);
+    explicit ElementaryStream(void* node);
+
+    int get_stream_type() const { return stream_type_; }
+    int get_elementary_pid() const { return elementary_pid_; }
+    int get_es_info_length() const { return es_info_length_; }
+    // Where each descriptor lies in the table's body, if Parse kept the section.
+    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
+
+    static const char* get_stream_type_cstr(int stream_type);
+    const char* get_stream_type_cstr() const { return get_stream_type_cstr(stream_type_); }
+
+    void dump_state(std::ostream& stream) const;
+    bool _save_stream_info(void* document, void* element) const;
+
+   private:
+    template <class Visitor, class Self>
+    static void describe(Visitor& v, Self& s);
+
+    int stream_type_ = 0;
+    int elementary_pid_ = 0;
+    int es_info_length_ = 0;
+    std::vector<int> descriptor_positions_;
+  };
+
+  const char* get_table_id_text() const override { return "TS_program_map_section"; }
+
+  int get_program_number() const { return get_context_id(); }
+  int get_pcr_pid() const { return pcr_pid_; }
+  const std::vector<ElementaryStream>& get_pmt_stream_info() const { return streams_; }
+  // Where each descriptor of the program lies in the body, if Parse kept the section.
+  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
+
+ private:
+  void _reset() override;
+  void _dump_state(std::ostream& stream) const override;
+  void _parse(void* node) override;
+  // Throws error("descriptor start end mismatch").
+  void _parse(ByteView body, bool keep_raw) override;
+  bool _save_section(void* document, void* node) const override;
+  bool is_valid_tablesid() const override { return get_table_id() == 0x02; }
+  bool is_valid_syntax_indicator(int indicator) const override { return indicator == 1; }
+  bool is_valid_reserved_header(int) const override { return true; }
+
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
+
+  int pcr_pid_ = 0;
+  std::vector<ElementaryStream> streams_;
+};
+
+}  // namespace quillon

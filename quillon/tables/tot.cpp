@@ -1,0 +1,38 @@
+#include <quillon/descriptors/describe.h>
+#include <quillon/tables/tot.h>
+
+namespace quillon {
+
+void Tot::_parse(ByteView body, bool keep_raw) {
+  utc_time_ = DateTime(body);
+  const int end = 7 + body.bits(5, 3, 12);
+  if (!walk_descriptors(body, 7, end, {body, keep_raw ? &descriptor_positions_ : nullptr, tolerance()}))
+    throw error("descriptor start end mismatch");
+  crc_ = body.u32(end);
+}
+
+void Tot::_reset() {
+  utc_time_ = DateTime();
+  crc_ = 0;
+  descriptor_positions_.clear();
+  store_.clear();
+}
+
+template <class V, class S>
+void Tot::describe(V& v, S& s) {
+  v.field("UTC_time", s.utc_time_);
+  if constexpr (V::load)
+    v.field("crc32", s.crc_, "failed to get crc32");
+  else
+    v.field("crc32", s.crc_);
+  v.descriptors(s);
+}
+QUILLON_TABLE_XML_OF(Tot)
+
+void Tot::_dump_state(std::ostream& stream) const {
+  PsiBase::_dump_state(stream);
+  faces::Dump v(stream);
+  describe(v, *this);
+}
+
+}  // namespace quillon

@@ -1,0 +1,435 @@
+#include <charconv>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+#include <quillon/xml/attributes.h>
+#include <quillon/xml/ref.h>
+
+namespace quillon {
+
+namespace {
+
+void clear(VARIANT& value) {
+  const HRESULT result = VariantClear(&value);
+  if (result < 0) throw _com_error(result);
+}
+
+BSTR allocated(BSTR text) {
+  if (!text) throw _com_error(E_OUTOFMEMORY);
+  return text;
+}
+
+VARIANT integer_value(int32_t value) {
+  VARIANT out;
+  VariantInit(&out);
+  out.vt = VT_I4;
+  out.lVal = value;
+  return out;
+}
+
+VARIANT text_value(BSTR text) {
+  VARIANT out;
+  VariantInit(&out);
+  out.vt = VT_BSTR;
+  out.bstrVal = allocated(text);
+  return out;
+}
+
+VARIANT to_variant(int value) {
+  return integer_value(value);
+}
+VARIANT to_variant(unsigned long value) {
+  return integer_value(static_cast<int32_t>(value));
+}
+VARIANT to_variant(unsigned int value) {
+  return integer_value(static_cast<int32_t>(value));
+}
+VARIANT to_variant(unsigned char value) {
+  return integer_value(value);
+}
+VARIANT to_variant(bool value) {
+  return integer_value(value);
+}
+
+VARIANT to_variant(double value) {
+  VARIANT out;
+  VariantInit(&out);
+  out.vt = VT_R8;
+  out.dblVal = value;
+  return out;
+}
+
+VARIANT to_variant(wide_view text) {
+  return text_value(SysAllocStringLen(text.data(), static_cast<unsigned>(text.size())));
+}
+
+// Narrow text, up to its first NUL.
+VARIANT to_variant(const char* text) {
+  wide_string wide;
+  platform::decode(0, text, wide);
+  return to_variant(wide_view(wide));
+}
+
+VARIANT hex_variant(const std::string& digits) {
+  VARIANT out = text_value(SysAllocStringLen(nullptr, static_cast<unsigned>(digits.size())));
+  for (size_t i = 0; i < digits.size(); ++i) out.bstrVal[i] = static_cast<unsigned char>(digits[i]);
+  return out;
+}
+
+VARIANT hex_variant(const uint8_t* bytes, int length) {
+  std::string digits;
+  bin2str(bytes, digits, length);
+  return hex_variant(digits);
+}
+
+template <class Vector>
+VARIANT hex_variant(const Vector& values) {
+  std::string digits;
+  bin2str(values, digits);
+  return hex_variant(digits);
+}
+
+// Attaches an attribute with the value, which `finish` then disposes of, whatever came of it.
+template <class Finish>
+long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, VARIANT value,
+         Finish finish) {
+  xml::Ref<IXMLDOMAttribute> attribute;
+  if (document->createAttribute(name.get(), attribute.out()) < 0) {
+    finish(value);
+    return E_FAIL;
+  }
+  const HRESULT put = attribute->put_nodeValue(value);
+  finish(value);
+  if (put < 0) return E_FAIL;
+  xml::Ref<IXMLDOMAttribute> replaced;
+  return element->setAttributeNode(attribute.get(), replaced.out()) < 0 ? E_FAIL : 0;
+}
+
+long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, VARIANT value) {
+  return add(document, element, name, value, clear);
+}
+
+// The value's text as the DOM's support would convert it.
+wide_string converted(const VARIANT& value) {
+  char digits[32];
+  const char* end = digits;
+  switch (value.vt) {
+    case VT_EMPTY:
+      break;
+    case VT_I4:
+      end = std::to_chars(digits, digits + sizeof digits, value.lVal).ptr;
+      break;
+    case VT_R8:
+      end = std::to_chars(digits, digits + sizeof digits, value.dblVal, std::chars_format::general, 15).ptr;
+      break;
+    default:
+      throw _com_error(DISP_E_BADVARTYPE);
+  }
+  return wide_string(static_cast<const char*>(digits), end);
+}
+
+// Calls `take` with the attribute's text, up to its first NUL.
+template <class Take>
+long read(IXMLDOMNamedNodeMap* map, const XmlName& name, Take take) {
+  struct Value : VARIANT {
+    Value() { VariantInit(this); }
+    ~Value() {
+      if (vt == VT_BSTR) VariantClear(this);
+    }
+  } value;
+  xml::Ref<IXMLDOMNode> node;
+  if (map->getNamedItem(name.get(), node.out()) != S_OK || node->get_nodeValue(&value) != S_OK) {
+    clear(value);
+    return E_FAIL;
+  }
+  if (value.vt == VT_BSTR) {
+    const wide_view text(value.bstrVal, SysStringLen(value.bstrVal));
+    take(text.substr(0, text.find(uint16_t{0})));
+  } else {
+    take(wide_view(converted(value)));
+  }
+  clear(value);
+  return 0;
+}
+
+// The same with the text in the ANSI code page.
+template <class Take>
+long read_narrow(IXMLDOMNamedNodeMap* map, const XmlName& name, Take take) {
+  return read(map, name, [&](wide_view wide) {
+    std::string text;
+    platform::encode(0, wide, text);
+    take(text);
+  });
+}
+
+// A number as atoi and strtoul read it: blanks, a sign, then digits as far as they go.
+struct Decimal {
+  bool negative = false;
+  bool too_large = false;  // over 32 bits
+  uint64_t magnitude = 0;
+
+  explicit Decimal(wide_view text) {
+    size_t i = 0;
+    while (i < text.size() && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;
+    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
+    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+      magnitude = magnitude * 10 + (text[i] - uint64_t{'0'});
+      too_large = too_large || magnitude > UINT32_MAX;
+      if (too_large) magnitude = UINT32_MAX;
+    }
+  }
+  int as_int() const {
+    const int64_t value = negative ? -static_cast<int64_t>(magnitude) : static_cast<int64_t>(magnitude);
+    return static_cast<int>(value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value);
+  }
+  uint32_t as_unsigned() const {
+    const uint32_t value = static_cast<uint32_t>(magnitude);
+    return negative && !too_large ? 0u - value : value;
+  }
+};
+
+double to_double(const std::string& text) {
+  const char* begin = text.c_str();
+  while (*begin == ' ' || (*begin >= '\t' && *begin <= '\r')) ++begin;
+  if (*begin == '+' && begin[1] != '-') ++begin;
+  double value = 0;
+  std::from_chars(begin, text.c_str() + text.size(), value);
+  return value;
+}
+
+constexpr char kHex[] = "0123456789abcdef";
+
+int hex_digit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+// Calls `store` with each `digits` characters of the text as a number. Characters that are no digits are not
+// detected: what a scan of the unit leaves stands.
+template <class Store>
+void scan_hex(const std::string& text, size_t digits, Store store) {
+  unsigned value = 0;
+  for (size_t at = 0; at + digits <= text.size(); at += digits) {
+    unsigned fast = 0;
+    bool plain = true;
+    for (size_t i = 0; i < digits; ++i) {
+      const int digit = hex_digit(text[at + i]);
+      plain = plain && digit >= 0;
+      fast = fast << 4 | (static_cast<unsigned>(digit) & 0x0F);
+    }
+    if (plain)
+      value = fast;
+    else
+      std::sscanf(text.substr(at, digits).c_str(), "%x", &value);
+    if (!store(value)) return;
+  }
+}
+
+template <class Element>
+void hex_of_integers(const std::vector<Element>& in, std::string& out) {
+  out.reserve(out.size() + in.size() * 8);
+  for (const Element value : in)
+    for (int shift = 28; shift >= 0; shift -= 4) out += kHex[static_cast<uint32_t>(value) >> shift & 0x0F];
+}
+
+template <class Element>
+void integers_of_hex(const std::string& text, std::vector<Element>& out) {
+  if (text.size() % 4 != 0) return;
+  scan_hex(text, 4, [&](unsigned value) {
+    out.push_back(static_cast<Element>(value));
+    return true;
+  });
+}
+
+}  // namespace
+
+XmlName::XmlName(const uint16_t* name) {
+  assign(name, wide_traits::length(name));
+}
+XmlName::XmlName(const char16_t* name) {
+  assign(name, std::char_traits<char16_t>::length(name));
+}
+XmlName::XmlName(const char* name) {
+  assign(name, std::strlen(name));
+}
+
+XmlName::~XmlName() {
+  if (text_ != place_ + 4) SysFreeString(text_);
+}
+
+template <class Unit>
+void XmlName::assign(const Unit* name, size_t units) {
+  if (units < kRoom) {
+    const uint32_t size = static_cast<uint32_t>(units * sizeof(uint16_t));
+    text_ = place_ + 4;
+    std::memcpy(place_ + 2, &size, sizeof size);
+    text_[units] = 0;
+  } else {
+    text_ = allocated(SysAllocStringLen(nullptr, static_cast<unsigned>(units)));
+  }
+  for (size_t i = 0; i < units; ++i) text_[i] = static_cast<uint16_t>(name[i]);
+}
+
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const int& value) {
+  return add(d, e, name, to_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned long& value) {
+  return add(d, e, name, to_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned int& value) {
+  return add(d, e, name, to_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned char& value) {
+  return add(d, e, name, to_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const bool& value) {
+  return add(d, e, name, to_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const double& value) {
+  return add(d, e, name, to_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const std::string& value) {
+  return add(d, e, name, to_variant(value.c_str()));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const char* value) {
+  return add(d, e, name, to_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const Text& value) {
+  return add(d, e, name, to_variant(wide_view(value.c_strW())));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
+                  const ISO639LanguageCode& value) {
+  return add(d, e, name, to_variant(value.c_strA()));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const MACAddress& value) {
+  return AddAttribute(d, e, name, value.get_addr(), MACAddress::size);
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const IPv4Address& value) {
+  return AddAttribute(d, e, name, value.get_addr(), IPv4Address::size);
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const IPv6Address& value) {
+  return AddAttribute(d, e, name, value.get_addr(), IPv6Address::size);
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const uint8_t* bytes,
+                  int length) {
+  return add(d, e, name, hex_variant(bytes, length));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
+                  const std::vector<uint8_t>& value) {
+  return add(d, e, name, hex_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const std::vector<int>& value) {
+  return add(d, e, name, hex_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
+                  const std::vector<unsigned long>& value) {
+  return add(d, e, name, hex_variant(value));
+}
+long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, VARIANT value) {
+  return add(d, e, name, value, [](VARIANT&) {});
+}
+
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, int& value) {
+  return read(map, name, [&](wide_view text) { value = Decimal(text).as_int(); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, unsigned long& value) {
+  return read(map, name, [&](wide_view text) { value = Decimal(text).as_unsigned(); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, unsigned int& value) {
+  return read(map, name, [&](wide_view text) { value = Decimal(text).as_unsigned(); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, unsigned char& value) {
+  return read(map, name, [&](wide_view text) { value = static_cast<unsigned char>(Decimal(text).as_int()); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, bool& value) {
+  return read(map, name, [&](wide_view text) { value = Decimal(text).as_int() == 1; });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, double& value) {
+  return read_narrow(map, name, [&](const std::string& text) { value = to_double(text); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, std::string& value) {
+  return read(map, name, [&](wide_view text) { platform::encode(0, text, value); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, Text& value) {
+  return read(map, name, [&](wide_view text) { value.set_textW(1, wide_string(text).c_str()); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, ISO639LanguageCode& value) {
+  return read_narrow(map, name, [&](const std::string& text) { value.set_textA(text.c_str()); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, MACAddress& value) {
+  return GetAttributeValue(map, name, value.get_addr(), MACAddress::size);
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, IPv4Address& value) {
+  return GetAttributeValue(map, name, value.get_addr(), IPv4Address::size);
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, IPv6Address& value) {
+  return GetAttributeValue(map, name, value.get_addr(), IPv6Address::size);
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, char* buffer, int size) {
+  if (size < 1) return E_FAIL;
+  buffer[size - 1] = '\0';
+  return read_narrow(map, name, [&](const std::string& text) {
+    std::memset(buffer, 0, static_cast<size_t>(size));
+    text.copy(buffer, static_cast<size_t>(size) - 1);
+  });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, uint8_t* buffer, int size) {
+  return read_narrow(map, name, [&](const std::string& text) { str2bin(text, buffer, size); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, std::vector<uint8_t>& value) {
+  return read_narrow(map, name, [&](const std::string& text) { str2bin(text, value); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, std::vector<int>& value) {
+  return read_narrow(map, name, [&](const std::string& text) { str2bin(text, value); });
+}
+long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, std::vector<unsigned long>& value) {
+  return read_narrow(map, name, [&](const std::string& text) { str2bin(text, value); });
+}
+
+void bin2str(const uint8_t* bytes, std::string& out, int length) {
+  for (int i = 0; i < length; ++i) {
+    out += kHex[bytes[i] >> 4];
+    out += kHex[bytes[i] & 0x0F];
+  }
+}
+
+void bin2str(const std::vector<uint8_t>& in, std::string& out) {
+  bin2str(in.data(), out, static_cast<int>(in.size()));
+}
+
+void bin2str(const std::vector<int>& in, std::string& out) {
+  hex_of_integers(in, out);
+}
+void bin2str(const std::vector<unsigned long>& in, std::string& out) {
+  hex_of_integers(in, out);
+}
+
+void str2bin(const std::string& text, uint8_t* out, int limit) {
+  if (text.size() % 2 != 0) return;
+  int filled = 0;
+  scan_hex(text, 2, [&](unsigned value) {
+    if (filled >= limit) return false;
+    out[filled++] = static_cast<uint8_t>(value);
+    return true;
+  });
+}
+
+void str2bin(const std::string& text, std::vector<uint8_t>& out) {
+  if (text.size() % 2 != 0) return;
+  scan_hex(text, 2, [&](unsigned value) {
+    out.push_back(static_cast<uint8_t>(value));
+    return true;
+  });
+}
+
+void str2bin(const std::string& text, std::vector<int>& out) {
+  integers_of_hex(text, out);
+}
+void str2bin(const std::string& text, std::vector<unsigned long>& out) {
+  integers_of_hex(text, out);
+}
+
+}  // namespace quillon

@@ -1,0 +1,132 @@
+#pragma once
+
+// The grammar of the tree that tables, records and descriptors share. For the library's own sources.
+
+#include <string>
+
+#include <quillon/sections/error.h>
+#include <quillon/xml/attributes.h>
+#include <quillon/xml/dom.h>
+#include <quillon/xml/ref.h>
+
+namespace quillon::xml {
+
+// Writes attributes on one element until the first that fails; what was written stays.
+class Writer {
+ public:
+  Writer(void* document, void* element)
+      : document_(static_cast<IXMLDOMDocument*>(document)), element_(static_cast<IXMLDOMElement*>(element)) {}
+
+  template <class Value>
+  bool add(const XmlName& name, const Value& value) {
+    if (ok_) ok_ = AddAttribute(document_.get(), element_.get(), name, value) >= 0;
+    return ok_;
+  }
+  bool ok() const { return ok_; }
+  bool fail() { return ok_ = false; }
+
+  IXMLDOMDocument* document() const { return document_.get(); }
+  IXMLDOMElement* element() const { return element_.get(); }
+
+ private:
+  Ref<IXMLDOMDocument> document_;
+  Ref<IXMLDOMElement> element_;
+  bool ok_ = true;
+};
+
+inline Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const XmlName& name) {
+  Ref<IXMLDOMElement> out;
+  if (document->createElement(name.get(), out.out()) < 0) return {};
+  return out;
+}
+
+// The list of a table: list and items are attached before they are filled, and every failure ends the save.
+// `save(row, document, element)` fills one item.
+template <class Rows, class Save>
+bool save_table_list(void* document, void* element, const XmlName& list_name, const XmlName& item_name,
+                     const Rows& rows, Save save) {
+  auto* const dom = static_cast<IXMLDOMDocument*>(document);
+  const Ref<IXMLDOMElement> list = create_element(dom, list_name);
+  if (!list || static_cast<IXMLDOMElement*>(element)->appendChild(list.get(), nullptr) < 0) return false;
+  for (const auto& row : rows) {
+    const Ref<IXMLDOMElement> item = create_element(dom, item_name);
+    if (!item) return false;
+    Ref<IXMLDOMNode> node;
+    if (list->appendChild(item.get(), node.out()) < 0) return false;
+    Ref<IXMLDOMElement> attached;
+    if (node->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(attached.out())) < 0) return false;
+    if (!save(row, document, attached.get())) return false;
+  }
+  return true;
+}
+
+// The list of a descriptor: items and list are attached when they are filled, and what an item's own save
+// says is not looked at.
+template <class Rows>
+bool save_list(void* document, void* element, const XmlName& list_name, const XmlName& item_name,
+               const Rows& rows) {
+  auto* const dom = static_cast<IXMLDOMDocument*>(document);
+  const Ref<IXMLDOMElement> list = create_element(dom, list_name);
+  if (!list) return false;
+  for (const auto& row : rows) {
+    const Ref<IXMLDOMElement> item = create_element(dom, item_name);
+    if (!item) return false;
+    row.SaveSection(document, item.get());
+    if (list->appendChild(item.get(), nullptr) < 0) return false;
+  }
+  return static_cast<IXMLDOMElement*>(element)->appendChild(list.get(), nullptr) >= 0;
+}
+
+// Throws error(failure) if the map can't be had.
+Ref<IXMLDOMNamedNodeMap> attributes_of(void* node, const char* failure);
+
+// The child element of that name; throws error(failure) if it can't be had or is not there.
+Ref<IXMLDOMNode> child_of(void* node, const XmlName& name, const std::string& failure);
+
+// The failure texts of a list's four steps.
+struct ListFailures {
+  std::string list;
+  std::string children;
+  std::string length;
+  std::string item;
+};
+
+// The texts of the tables' lists, which speak of programs whatever they hold: kept, tools match on them.
+ListFailures table_list_failures();
+// Those of every other list, which end in its name.
+ListFailures list_failures(const std::string& name);
+
+// Calls `load(item)` with each child of a list element, whatever its name.
+template <class Load>
+void load_list(void* node, const XmlName& name, const ListFailures& failures, Load load) {
+  const Ref<IXMLDOMNode> list = child_of(node, name, failures.list);
+  Ref<IXMLDOMNodeList> children;
+  if (list->get_childNodes(children.out()) < 0) throw error(failures.children.c_str());
+  long length = 0;
+  if (children->get_length(&length) < 0) throw error(failures.length.c_str());
+  for (long i = 0; i < length; ++i) {
+    Ref<IXMLDOMNode> item;
+    if (children->get_item(i, item.out()) < 0 || !item) throw error(failures.item.c_str());
+    load(static_cast<void*>(item.get()));
+  }
+}
+
+// Reads attributes of one element; a missing one, or a missing map, throws error("failed").
+class Reader {
+ public:
+  explicit Reader(void* node) : attributes_(attributes_of(node, "failed")) {}
+
+  template <class Value>
+  void get(const XmlName& name, Value& value, const char* failure = "failed") {
+    if (GetAttributeValue(attributes_.get(), name, value) < 0) throw error(failure);
+  }
+  void get(const XmlName& name, CodeCharacters& value, const char* failure = "failed") {
+    if (GetAttributeValue(attributes_.get(), name, value.data(), CodeCharacters::size) < 0)
+      throw error(failure);
+  }
+
+ private:
+  Ref<IXMLDOMNamedNodeMap> attributes_;
+};
+
+}  // namespace quillon::xml

@@ -1,0 +1,39 @@
+// What holds for every case of every descriptor class.
+
+#include "tests/support/cases.h"
+
+using namespace quillon;
+using namespace quillon::test;
+
+TEST(DescriptorCases, HaveTheirFaces) {
+  for (const DescriptorCase& c : Cases::all()) {
+    SCOPED_TRACE(c.name);
+    const ByteView view(c.bytes.data(), c.bytes.size());
+    EXPECT_EQ(c.report_of(view), c.report);
+    EXPECT_EQ(c.saved_of(view), c.xml);
+    EXPECT_EQ(c.resaved_of(c.xml), c.reloaded);
+  }
+}
+
+TEST(DescriptorCases, SurviveBeingCutAtEachLength) {
+  for (const DescriptorCase& c : Cases::all()) {
+    SCOPED_TRACE(c.name);
+    for (size_t size = 0; size <= c.bytes.size(); ++size) {
+      const Bytes cut(c.bytes.begin(),
+                      c.bytes.begin() + static_cast<ptrdiff_t>(size));  // its own end, watched
+      failure([&] { c.exercise(ByteView(cut.data(), cut.size())); });
+    }
+  }
+}
+
+TEST(DescriptorCases, SurviveEachByteBeingDamaged) {
+  for (const DescriptorCase& c : Cases::all()) {
+    SCOPED_TRACE(c.name);
+    for (size_t i = 0; i < c.bytes.size(); ++i)
+      for (const uint8_t value : Bytes{0x00, 0x01, 0x7F, 0x80, 0xFF}) {
+        Bytes damaged = c.bytes;
+        damaged[i] = value;
+        failure([&] { c.exercise(ByteView(damaged.data(), damaged.size())); });
+      }
+  }
+}

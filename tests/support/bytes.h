@@ -1,0 +1,51 @@
+#pragma once
+
+// Hand-made wire forms: bytes put together from named fields.
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon::test {
+
+using Bytes = std::vector<uint8_t>;
+
+// One field of a wire form: its width in bits, its value, and its name for the reader.
+struct Field {
+  int width;
+  uint64_t value;
+  const char* name;
+};
+
+// Fields one behind the other, most significant bit first; the sum of the widths is a multiple of 8.
+Bytes bits(std::initializer_list<Field> fields);
+
+Bytes text(std::string_view characters);
+Bytes joined(std::initializer_list<Bytes> parts);
+
+// tag, length and body; the length may be given a value of its own.
+Bytes descriptor(int tag, const Bytes& body);
+Bytes descriptor_claiming(int tag, int length, const Bytes& body);
+
+// What a section header holds beside the table id and the length.
+struct Header {
+  int extension = 0x1234;
+  int version = 3;
+  int current_next = 1;
+  int section_number = 0;
+  int last_section_number = 0;
+  int syntax_indicator = 1;
+  int private_bit = 0;
+  int reserved = 3;
+};
+
+// A long section with its right CRC. `length_change` is added to section_length before the CRC is made.
+Bytes long_section(int table_id, const Bytes& body, const Header& header = {}, int length_change = 0);
+// A short section, the body as it stands.
+Bytes short_section(int table_id, const Bytes& body, int syntax_indicator = 0);
+// Makes the last four bytes the right CRC of the others.
+void repair_crc(Bytes& section);
+
+}  // namespace quillon::test

@@ -1,0 +1,113 @@
+#pragma once
+
+// A DOM of which one chosen call fails. It is a single object, document, element, attribute, list and map at
+// once: every list holds it once, every attribute has the value "1", and whatever is asked of it is noted.
+
+#if !defined(_WIN32)
+
+#include <map>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include <quillon/xml/dom.h>
+
+namespace quillon::test {
+
+class FaultyDom final : public IXMLDOMDocument,
+                        public IXMLDOMElement,
+                        public IXMLDOMAttribute,
+                        public IXMLDOMNodeList,
+                        public IXMLDOMNamedNodeMap {
+ public:
+  // The `nth` call of an operation, from 1, gives `result` and nothing else; "" for a DOM without faults.
+  explicit FaultyDom(std::string operation = {}, int nth = 1, HRESULT result = E_FAIL)
+      : operation_(std::move(operation)), nth_(nth), result_(result) {}
+
+  // For SaveSection(document(), node()), Parse(node()) and ParseDOM(node()).
+  void* document() { return static_cast<IXMLDOMDocument*>(this); }
+  void* node() { return static_cast<IXMLDOMElement*>(this); }
+
+  // What has been made and attached, a step a line: "createElement program_infos", "appendChild".
+  const std::string& steps() const { return steps_; }
+  int calls(const std::string& operation) { return calls_[operation]; }
+  // References that were handed out and not released.
+  long references() const { return references_; }
+
+  HRESULT QueryInterface(IID, void** out) override {
+    return give("QueryInterface", reinterpret_cast<IXMLDOMElement**>(out));
+  }
+  unsigned long AddRef() override { return static_cast<unsigned long>(++references_); }
+  unsigned long Release() override { return static_cast<unsigned long>(--references_); }
+
+  HRESULT get_nodeName(BSTR* out) override {
+    *out = nullptr;
+    const HRESULT result = count("get_nodeName");
+    if (result == S_OK) *out = SysAllocString(kOne);
+    return result;
+  }
+  HRESULT get_nodeValue(VARIANT* out) override {
+    const HRESULT result = count("get_nodeValue");
+    if (result != S_OK) return result;
+    out->vt = VT_BSTR;
+    out->bstrVal = SysAllocString(kOne);
+    return S_OK;
+  }
+  HRESULT put_nodeValue(VARIANT) override { return count("put_nodeValue"); }
+  HRESULT get_attributes(IXMLDOMNamedNodeMap** out) override { return give("get_attributes", out); }
+  HRESULT get_childNodes(IXMLDOMNodeList** out) override { return give("get_childNodes", out); }
+  HRESULT appendChild(IXMLDOMNode*, IXMLDOMNode** out) override {
+    steps_ += "appendChild\n";
+    return out ? give("appendChild", out) : count("appendChild");
+  }
+  HRESULT selectSingleNode(BSTR, IXMLDOMNode** out) override { return give("selectSingleNode", out); }
+  HRESULT setAttributeNode(IXMLDOMAttribute*, IXMLDOMAttribute** out) override {
+    *out = nullptr;
+    return count("setAttributeNode");
+  }
+  HRESULT createElement(BSTR name, IXMLDOMElement** out) override { return make("createElement", name, out); }
+  HRESULT createAttribute(BSTR name, IXMLDOMAttribute** out) override {
+    return make("createAttribute", name, out);
+  }
+  HRESULT get_length(long* out) override {
+    *out = 1;
+    return count("get_length");
+  }
+  HRESULT get_item(long, IXMLDOMNode** out) override { return give("get_item", out); }
+  HRESULT getNamedItem(BSTR, IXMLDOMNode** out) override { return give("getNamedItem", out); }
+
+ private:
+  static constexpr uint16_t kOne[] = {'1', 0};
+
+  HRESULT count(const char* operation) {
+    return ++calls_[operation] == nth_ && operation == operation_ ? result_ : S_OK;
+  }
+  template <class Interface>
+  HRESULT give(const char* operation, Interface** out) {
+    const HRESULT result = count(operation);
+    *out = nullptr;
+    if (result != S_OK) return result;
+    AddRef();
+    if constexpr (std::is_same_v<Interface, IXMLDOMNode>)
+      *out = static_cast<IXMLDOMElement*>(this);
+    else
+      *out = this;
+    return S_OK;
+  }
+  template <class Interface>
+  HRESULT make(const char* operation, BSTR name, Interface** out) {
+    steps_ += std::string(operation) + " " + std::string(name, name + SysStringLen(name)) + "\n";
+    return give(operation, out);
+  }
+
+  std::string operation_;
+  int nth_;
+  HRESULT result_;
+  std::map<std::string, int> calls_;
+  std::string steps_;
+  long references_ = 0;
+};
+
+}  // namespace quillon::test
+
+#endif
