@@ -2,8 +2,27 @@
 
 // Everything that an application needs.
 
+#include <quillon/appsignal/ait.h>
+#include <quillon/appsignal/ait_classes.h>
+#include <quillon/appsignal/dsmcc.h>
+#include <quillon/appsignal/int.h>
+#include <quillon/appsignal/int_classes.h>
+#include <quillon/atsc/atsc_classes.h>
+#include <quillon/atsc/cvct.h>
+#include <quillon/atsc/dccsct.h>
+#include <quillon/atsc/dcct.h>
+#include <quillon/atsc/eit_atsc.h>
+#include <quillon/atsc/ett.h>
+#include <quillon/atsc/mgt.h>
+#include <quillon/atsc/pmt_atsc.h>
+#include <quillon/atsc/rrt.h>
+#include <quillon/atsc/stt.h>
+#include <quillon/atsc/tvct.h>
 #include <quillon/demux/sources.h>
 #include <quillon/descriptors/dvb_classes.h>
+#include <quillon/platform/debug_output.h>
+#include <quillon/report/dump.h>
+#include <quillon/report/registries.h>
 #include <quillon/sections/log.h>
 #include <quillon/sections/pat.h>
 #include <quillon/tables/bat.h>

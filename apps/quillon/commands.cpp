@@ -204,8 +204,8 @@ class Run {
 void print(const Table& table, bool full) {
   std::ostringstream text;
   table.report(text);
-  if (full) table.details(text);
   std::cout << utf8(text.str());
+  if (full) std::cout << table.details();
 }
 
 // Runs an action, whose failures become a message and an exit code.

@@ -1,7 +1,8 @@
 #include "apps/quillon/commands.h"
+#include "apps/quillon/names.h"
 
 #include <CLI/CLI.hpp>
-#include <map>
+#include <optional>
 
 namespace {
 
@@ -40,6 +41,8 @@ int main(int argc, char** argv) {
 
   CLI::App* const report = app.add_subcommand("report", "Print each distinct section as a text report");
   add_input_options(*report, options, standard);
+  report->add_flag("--full", options.full,
+                   "add what reports of ATSC tables leave out: names, texts, descriptors");
 
   CLI::App* const xml = app.add_subcommand("xml", "Write the same sections as one XML document");
   add_input_options(*xml, options, standard);
@@ -47,6 +50,16 @@ int main(int argc, char** argv) {
 
   CLI::App* const load = app.add_subcommand("load", "Load such a document back and print its report");
   load->add_option("FILE", options.input, "an XML document; - is standard input")->required();
+
+  std::string kind;
+  std::optional<std::string> id;
+  CLI::App* const names = app.add_subcommand("names", "Print the registered name of a DVB identifier");
+  names
+      ->add_option(
+          "KIND", kind,
+          "network, original-network, bouquet, ca-system, data-broadcast, mhp-organisation or private-data")
+      ->required();
+  names->add_option("ID", id, "the identifier; all, if it is left out");
 
   try {
     app.parse(argc, argv);
@@ -58,6 +71,7 @@ int main(int argc, char** argv) {
   try {
     if (*report) return quillon::app::report(options);
     if (*xml) return quillon::app::save_xml(options, output);
+    if (*names) return quillon::app::names(kind, id);
     return quillon::app::load_xml(options.input);
   } catch (const std::exception& e) {
     std::cerr << "quillon: " << e.what() << std::endl;

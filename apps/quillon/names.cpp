@@ -60,6 +60,11 @@ int complain(const std::string& text) {
   return exit_bad_input;
 }
 
+int finish() {
+  std::cout.flush();
+  return std::cout ? exit_ok : complain("standard output: can't be written");
+}
+
 }  // namespace
 
 int names(const std::string& kind_name, const std::optional<std::string>& id) {
@@ -77,8 +82,7 @@ int names(const std::string& kind_name, const std::optional<std::string>& id) {
   if (!id) {
     for (const registry_row& row : get_registry_rows(kind->registry))
       print(static_cast<uint32_t>(row.id), row.name);
-    std::cout.flush();
-    return exit_ok;
+    return finish();
   }
   const std::optional<uint32_t> value = number(*id);
   if (!value) return complain(*id + " is no id");
@@ -87,8 +91,7 @@ int names(const std::string& kind_name, const std::optional<std::string>& id) {
   if (std::strcmp(name, "<unknown>") == 0)
     return complain(std::string(kind->name) + " " + hex(*value, kind->digits) + " is not registered");
   print(*value, name);
-  std::cout.flush();
-  return exit_ok;
+  return finish();
 }
 
 }  // namespace quillon::app

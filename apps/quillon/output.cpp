@@ -23,7 +23,7 @@ std::string utf8(const uint16_t* text, size_t units) {
       continue;
     }
     const int more = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-    put((0xF00u >> more & 0xFF) | code >> 6 * more);
+    put((0xF00u >> (more + 1) & 0xFF) | code >> 6 * more);
     for (int k = more - 1; k >= 0; --k) put(0x80 | (code >> 6 * k & 0x3F));
   }
   return out;

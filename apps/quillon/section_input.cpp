@@ -1,5 +1,6 @@
 #include "apps/quillon/section_input.h"
 
+#include <quillon/atsc/mgt.h>
 #include <quillon/descriptors/data/application_signalling.h>
 #include <quillon/descriptors/data/data_broadcast.h>
 #include <quillon/sections/crc.h>
@@ -93,17 +94,24 @@ void SectionReader::learn_streams(const Section& section) {
                      !stream.get_application_signalling_descriptors().empty();
     for (const DescriptorDataBroadcastId& id : stream.get_data_broadcast_id_descriptors())
       announced = announced || id.data_broadcast_id == kNotificationBroadcast;
-    if (!announced) continue;
-    map_.pids.insert(stream.get_elementary_pid());
-    follow(stream.get_elementary_pid());
+    if (announced) announce(stream.get_elementary_pid());
   }
+}
+
+void SectionReader::announce(int pid) {
+  map_.pids.insert(pid);
+  follow(pid);
 }
 
 void SectionReader::learn_guide(const Section& section) {
   if (section.pid >= 0 && section.pid != kPsipBasePid) return;
   if (section_crc(section.bytes, section.size) != good_section_crc) return;
   map_.standard = Standard::atsc;
-  if (section.table_id() == 0xC7) map_.atsc_guide = true;
+  if (section.table_id() != 0xC7) return;
+  AtscMGT guide;
+  guide.Parse(section.bytes, section.size, false);
+  map_.atsc_guide = true;
+  for (const AtscMGT::Table& table : guide.tables) announce(table.table_type_PID);
 }
 
 size_t walk_section_chain(const std::vector<uint8_t>& bytes,

@@ -58,6 +58,8 @@ class SectionReader : private DemuxPush {
   void on_ts_packet(const TSHeader& header, const uint8_t* data) override;
 
   void follow(int pid);
+  // A PID that a table names.
+  void announce(int pid);
   void learn(const Section& section);
   void learn_programs(const Section& section);
   void learn_streams(const Section& section);

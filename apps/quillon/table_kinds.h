@@ -22,8 +22,8 @@ class Table {
   virtual void report(std::ostream& stream) const = 0;
   virtual bool save(void* document, void* element) const = 0;
   virtual const DescriptorFailures& failures() const = 0;
-  // What the report leaves out of an ATSC table: its public members.
-  virtual void details(std::ostream&) const {}
+  // What the report leaves out of an ATSC table, its public members, in UTF-8.
+  virtual std::string details() const = 0;
 };
 
 // The class of a table id, and its element in documents; null for a table id without a class.

@@ -259,8 +259,6 @@ void Demux::remove_pid(std::map<int, PidHandler*>::iterator place) {
   if (static_cast<size_t>(place->first) < index_.size()) index_[static_cast<size_t>(place->first)] = nullptr;
   pid_handlers_.erase(place);
   handler->removed_ = true;
-  handler->current_handler_ = nullptr;
-  for (const auto& [table_id, section_handler] : handler->psi_handlers_) section_handler->removed_ = true;
   if (packets_in_progress_ > 0) removed_pids_.push_back(std::move(handler));
 }
 

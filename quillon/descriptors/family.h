@@ -20,9 +20,11 @@ struct KindRow {
 consteval Family make_family(std::initializer_list<KindRow> rows, bool catches_failures) {
   Family out;
   out.catches_failures = catches_failures;
+  size_t saved_count = 0;
   for (const KindRow& row : rows) {
+    out.rank[out.kind_count] = static_cast<uint8_t>(row.rank);
     out.kinds[out.kind_count++] = {row.saved, row.loaded, row.ops};
-    if (row.rank) ++out.saved_count;
+    if (row.rank) ++saved_count;
   }
   out.general = static_cast<uint8_t>(out.kind_count - 2);
   for (size_t tag = 0; tag < 256; ++tag)
@@ -34,9 +36,8 @@ consteval Family make_family(std::initializer_list<KindRow> rows, bool catches_f
     if (row.tag >= 0) out.kind_of_tag[static_cast<size_t>(row.tag)] = kind;
     if (row.rank) {
       const size_t place = static_cast<size_t>(row.rank) - 1;
-      if (place >= out.saved_count || taken[place]) throw "the ranks are no permutation";
+      if (place >= saved_count || taken[place]) throw "the ranks are no permutation";
       taken[place] = true;
-      out.saving_order[place] = kind;
     }
     ++kind;
   }

@@ -54,20 +54,37 @@ bool DescriptorStore::walk(const Family& family, ByteView view, int begin, int e
   });
 }
 
+std::array<const DescriptorStore::Slot*, Family::max_kinds + 1> DescriptorStore::in_saving_order(
+    const Family& family) const {
+  std::array<const Slot*, Family::max_kinds + 1> out;
+  size_t count = 0;
+  // Few kinds occur: each goes to its place among those before it.
+  for (const Slot& slot : slots_) {
+    const size_t rank = family.rank_of(*slot.kind);
+    if (rank == 0) continue;
+    size_t place = count++;
+    for (; place > 0 && family.rank_of(*out[place - 1]->kind) > rank; --place) out[place] = out[place - 1];
+    out[place] = &slot;
+  }
+  out[count] = nullptr;
+  return out;
+}
+
 bool DescriptorStore::save(const Family& family, void* document, void* parent) const {
   auto* const dom = static_cast<IXMLDOMDocument*>(document);
   const xml::Ref<IXMLDOMElement> list = xml::create_element(dom, "descriptors");
-  for (size_t i = 0; list && i < family.saved_count; ++i) {
-    const Kind& kind = family.kinds[family.saving_order[i]];
-    const Slot* const slot = find(kind);
-    const size_t count = slot ? kind.ops->size(slot->vector) : 0;
-    for (size_t k = 0; k < count; ++k) {
-      const xml::Ref<IXMLDOMElement> element = xml::create_element(dom, kind.saved);
-      if (!element) continue;
-      kind.ops->at(slot->vector, k).SaveSection(document, element.get());
-      list->appendChild(element.get(), nullptr);
+  if (list)
+    for (const Slot* slot : in_saving_order(family)) {
+      if (!slot) break;
+      const Kind& kind = *slot->kind;
+      const XmlName name(kind.saved);
+      for (size_t i = 0; i < kind.ops->size(slot->vector); ++i) {
+        const xml::Ref<IXMLDOMElement> element = xml::create_element(dom, name);
+        if (!element) continue;
+        kind.ops->at(slot->vector, i).SaveSection(document, element.get());
+        list->appendChild(element.get(), nullptr);
+      }
     }
-  }
   static_cast<IXMLDOMElement*>(parent)->appendChild(list.get(), nullptr);
   return true;
 }
@@ -96,12 +113,11 @@ bool DescriptorStore::load(const Family& family, void* node) {
 }
 
 void DescriptorStore::dump(const Family& family, std::ostream& stream, const Kind& left_out) const {
-  for (size_t i = 0; i < family.saved_count; ++i) {
-    const Kind& kind = family.kinds[family.saving_order[i]];
-    const Slot* const slot = &kind == &left_out ? nullptr : find(kind);
-    if (!slot) continue;
-    for (size_t k = 0; k < kind.ops->size(slot->vector); ++k)
-      kind.ops->at(slot->vector, k).dump_state(stream);
+  for (const Slot* slot : in_saving_order(family)) {
+    if (!slot) break;
+    if (slot->kind == &left_out) continue;
+    for (size_t i = 0; i < slot->kind->ops->size(slot->vector); ++i)
+      slot->kind->ops->at(slot->vector, i).dump_state(stream);
   }
 }
 

@@ -64,11 +64,11 @@ struct Family {
   std::array<Kind, max_kinds> kinds{};
   size_t kind_count = 0;
   std::array<uint8_t, 256> kind_of_tag{};
-  std::array<uint8_t, max_kinds> saving_order{};
-  size_t saved_count = 0;
+  std::array<uint8_t, max_kinds> rank{};  // place in the saving order, from 1; 0 for a kind that is not saved
   uint8_t general = 0;  // the kind of a descriptor that its class refused; user private ones follow it
   bool catches_failures = false;  // always, or only in a tolerant table
 
+  size_t rank_of(const Kind& kind) const { return rank[static_cast<size_t>(&kind - kinds.data())]; }
   const Kind& kind_for_tag(int tag) const { return kinds[kind_of_tag[static_cast<size_t>(tag)]]; }
   const Kind& general_kind() const { return kinds[general]; }
   const Kind& user_private_kind() const { return kinds[general + size_t{1}]; }
@@ -128,6 +128,8 @@ class QUILLON_API DescriptorStore {
       if (slot.kind == &kind) return &slot;
     return nullptr;
   }
+  // The slots that are saved, in their order; null behind the last.
+  std::array<const Slot*, Family::max_kinds + 1> in_saving_order(const Family& family) const;
   // The vector of a kind, made with that room if it is not there.
   void* vector_of(const Kind& kind, size_t room);
   void parse(const Family& family, ByteView descriptor, const LoopContext& context, size_t room);

@@ -26,6 +26,11 @@ bool ApplicationIdentifier::set_application_identifier_from_text(const char* tex
   return true;
 }
 
+LengthPrefixedString::LengthPrefixedString(ByteView bytes, int, int& consumed)
+    : length_(bytes[0]), value_(bytes.present(1, length_)) {
+  consumed = length_ + 1;
+}
+
 void LengthPrefixedString::dump_state(const char* label, std::ostream& stream) const {
   stream << label << "_length: " << length_ << std::endl;
   stream << label << ": " << value_.c_str() << std::endl;

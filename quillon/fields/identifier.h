@@ -36,11 +36,9 @@ class QUILLON_API ApplicationIdentifier {
 class QUILLON_API LengthPrefixedString {
  public:
   LengthPrefixedString() = default;
-  // `max_length` is not looked at; `consumed` becomes the length and its byte.
-  LengthPrefixedString(ByteView bytes, int /*max_length*/, int& consumed)
-      : length_(bytes[0]), value_(bytes.chars(1, length_)) {
-    consumed = length_ + 1;
-  }
+  // `max_length` is not looked at; `consumed` becomes the length and its byte. A value that runs past the
+  // section stops at its end.
+  LengthPrefixedString(ByteView bytes, int max_length, int& consumed);
 
   int get_length() const { return length_; }
   const std::string& get_value() const { return value_; }

@@ -2,6 +2,17 @@
 
 namespace quillon {
 
+namespace {
+
+// No NUL, and nothing from 0x80 up.
+bool is_ascii(std::string_view text) {
+  unsigned seen = 0;
+  for (const char c : text) seen |= static_cast<unsigned char>(c) | (static_cast<unsigned char>(c) - 1u);
+  return (seen & 0x80) == 0;
+}
+
+}  // namespace
+
 bool Text::is_char_table(uint8_t byte) {
   return byte <= 0x06 || byte == 0x0F || byte == 0x10 || byte == 0x11 || byte == 0x12 || byte == 0x1F;
 }
@@ -26,12 +37,19 @@ void Text::parse(int length, ByteView bytes) {
     selection = static_cast<uint8_t>(text[0]);
     text.remove_prefix(1);
   }
+  widen();
+  if (narrow_.empty() && wide_.empty() && is_ascii(text)) {
+    narrow_ = text;
+    widening_due_ = true;
+    return;
+  }
   narrow_.append(text);
   ansi_to_wide(selection, narrow_, wide_);
   wide_to_ansi(wide_, narrow_);
 }
 
 void Text::set_textA(uint8_t char_set, const char* text) {
+  widen();
   narrow_ = text;
   char_set_ = char_set;
   ansi_to_wide(char_set, narrow_, wide_);
@@ -39,6 +57,7 @@ void Text::set_textA(uint8_t char_set, const char* text) {
 
 void Text::set_textW(uint8_t char_set, const uint16_t* text) {
   wide_ = text;
+  widening_due_ = false;
   char_set_ = char_set;
   wide_to_ansi(wide_, narrow_);
 }
@@ -46,6 +65,7 @@ void Text::set_textW(uint8_t char_set, const uint16_t* text) {
 void Text::set_textW(uint8_t char_set, const char16_t* text) {
   const std::u16string_view units(text);
   wide_.assign(units.begin(), units.end());
+  widening_due_ = false;
   char_set_ = char_set;
   wide_to_ansi(wide_, narrow_);
 }

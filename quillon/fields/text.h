@@ -27,9 +27,12 @@ class QUILLON_API Text {
   void parse(ByteView bytes, int& consumed);
 
   const std::string& get_textA() const { return narrow_; }
-  const wide_string& get_textW() const { return wide_; }
+  const wide_string& get_textW() const {
+    widen();
+    return wide_;
+  }
   const char* c_strA() const { return narrow_.c_str(); }
-  const uint16_t* c_strW() const { return wide_.c_str(); }
+  const uint16_t* c_strW() const { return get_textW().c_str(); }
   // The value given to set_textA or set_textW; 0 after a parse.
   uint8_t get_char_set() const { return char_set_; }
   // The bytes of the last parse as they stood on the wire, the selection byte included.
@@ -46,8 +49,16 @@ class QUILLON_API Text {
   static void ansi_to_wide(uint8_t char_set, std::string_view in, wide_string& out);
   static void wide_to_ansi(wide_view in, std::string& out);
 
+  // ASCII is the same on every page: it is widened when its wide form is first asked for.
+  void widen() const {
+    if (!widening_due_) return;
+    wide_.assign(narrow_.begin(), narrow_.end());
+    widening_due_ = false;
+  }
+
   std::string narrow_;
-  wide_string wide_;
+  mutable wide_string wide_;
+  mutable bool widening_due_ = false;
   uint8_t char_set_ = 0;
   uint32_t length_ = 0;
 };

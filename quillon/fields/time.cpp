@@ -1,4 +1,6 @@
+#include <charconv>
 #include <cstdio>
+#include <initializer_list>
 #include <ostream>
 
 #include <quillon/fields/time.h>
@@ -9,6 +11,17 @@ namespace {
 
 int bcd(uint8_t byte) {
   return (byte >> 4) * 10 + (byte & 0x0F);
+}
+
+// Numbers in decimal with a blank between them.
+std::string spaced(std::initializer_list<int> numbers) {
+  char text[80];
+  char* end = text;
+  for (const int number : numbers) {
+    if (end != text) *end++ = ' ';
+    end = std::to_chars(end, text + sizeof text, number).ptr;
+  }
+  return std::string(text, end);
 }
 
 void put_date(std::ostream& stream, const DateTime& t) {
@@ -41,9 +54,7 @@ void DateTime::dump_state(std::ostream& stream) const {
 }
 
 std::string DateTime::get_date_as_text() const {
-  char text[80];
-  std::snprintf(text, sizeof text, "%d %d %d %d %d %d", day, month, year, hour, minute, second);
-  return text;
+  return spaced({day, month, year, hour, minute, second});
 }
 
 bool DateTime::set_date_from_text(const char* text) {
@@ -60,9 +71,7 @@ void Duration::dump_state(std::ostream& stream) const {
 }
 
 std::string Duration::get_time_as_text() const {
-  char text[40];
-  std::snprintf(text, sizeof text, "%d %d %d", hours_, minutes_, seconds_);
-  return text;
+  return spaced({hours_, minutes_, seconds_});
 }
 
 bool Duration::set_time_from_text(const char* text) {

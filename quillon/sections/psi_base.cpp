@@ -75,6 +75,7 @@ void PsiTableBase::dump_state(std::ostream& stream) const {
 
 void PsiTableBase::reset() {
   parsed_ = false;
+  forget_failures();
   _reset();
 }
 
@@ -112,6 +113,7 @@ void PsiBase::_dump_state(std::ostream& stream) const {
 
 void PsiBase::reset() {
   parsed_ = false;
+  forget_failures();
   _reset();
 }
 

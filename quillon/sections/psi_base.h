@@ -46,6 +46,7 @@ class TolerantTable {
 
  protected:
   DescriptorFailures* tolerance() { return tolerant_ ? &failures_ : nullptr; }
+  void forget_failures() { failures_.clear(); }
 
  private:
   DescriptorFailures failures_;

@@ -14,6 +14,11 @@ void Cat::_parse(ByteView body, bool keep_raw) {
   });
 }
 
+void Cat::_reset() {
+  store_.clear();
+  positions_if(true)->clear();
+}
+
 bool Cat::_save_section(void* document, void* node) const {
   return _save_descriptors(document, node);
 }

@@ -15,7 +15,7 @@ class QUILLON_API Cat : public PsiTableBase, public DvbLoop {
   const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
 
  private:
-  void _reset() override { store_.clear(); }
+  void _reset() override;
   void _dump_state(std::ostream&) const override {}
   void _parse(void* node) override;
   // Throws error("invalid descriptor size") and error("invalid descriptor tag").

@@ -48,6 +48,7 @@ const char* PmtDVB::ElementaryStream::get_stream_type_cstr(int stream_type) {
 void PmtDVB::_reset() {
   streams_.clear();
   store_.clear();
+  positions_if(true)->clear();
 }
 
 void PmtDVB::_dump_state(std::ostream& stream) const {

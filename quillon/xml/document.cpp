@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <pugixml.hpp>
 #include <sstream>
 
@@ -82,12 +81,17 @@ std::string narrow(wide_view text) {
   throw error(message.str().c_str());
 }
 
-void copy_attributes(TreeDocument& tree, TreeElement& to, pugi::xml_node from) {
+// False if an attribute stands there twice.
+bool copy_attributes(TreeDocument& tree, TreeElement& to, pugi::xml_node from) {
+  std::vector<const Name*> names;
   for (const pugi::xml_attribute attribute : from.attributes()) {
     TreeAttribute* const made = tree.make_attribute(widen(attribute.name()));
     made->set_text(widen(attribute.value()));
     to.add_attribute(made);
+    names.push_back(made->name());
   }
+  std::sort(names.begin(), names.end());
+  return std::adjacent_find(names.begin(), names.end()) == names.end();
 }
 
 // The next node in document order behind `node` within `root`, `up` being called for each step upwards.
@@ -135,7 +139,7 @@ Document Document::from_text(std::string_view utf8) {
     TreeElement* made = parent;
     if (node.type() == pugi::node_element) {
       made = tree.make_element(widen(node.name()));
-      copy_attributes(tree, *made, node);
+      if (!copy_attributes(tree, *made, node)) refuse(utf8, node.offset_debug(), "an attribute stands twice");
       parent ? parent->add_child(made) : tree.set_root(made);
     }
     if (node.first_child()) parent = made;
@@ -147,7 +151,9 @@ Document Document::from_text(std::string_view utf8) {
 Document Document::from_file(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) throw error(("can't read " + file.string()).c_str());
-  const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  std::string text;
+  char block[4096];
+  while (in.read(block, sizeof block), in.gcount() > 0) text.append(block, static_cast<size_t>(in.gcount()));
   if (in.bad()) throw error(("can't read " + file.string()).c_str());
   return from_text(text);
 }

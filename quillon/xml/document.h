@@ -17,8 +17,8 @@ namespace quillon::xml {
 //   pat.SaveSection(d.dom(), d.create_root("pat"));
 //   d.to_file("pat.xml");
 //
-// Attribute order is kept, text that is only white space is dropped, and a control character stands as a
-// character reference that is read back.
+// Attribute order is kept, text between elements is dropped, since attributes carry all data, and a control
+// character stands as a character reference that is read back.
 class QUILLON_API Document {
  public:
   Document();

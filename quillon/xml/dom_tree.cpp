@@ -44,11 +44,22 @@ wide_view view_of(BSTR text) {
   return {text, SysStringLen(text)};
 }
 
-// The place of a name among the recent ones: from its length and its ends, which few names share.
+bool same(wide_view a, wide_view b) {
+  return a.size() == b.size() &&
+         (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(uint16_t)) == 0);
+}
+
+// The place of a name among the recent ones: from its length, its ends and its middle, which few names share.
 size_t slot_of(wide_view name, size_t slots) {
-  if (name.empty()) return 0;
-  const size_t n = name.size();
-  return (n * 31 + name[0] * 7u + name[n / 2] * 5u + name[n - 1] * 3u) % slots;
+  if (name.size() < 4) return name.empty() ? 0 : name[0] % slots;
+  const auto word = [&name](size_t at) {
+    uint64_t out;
+    std::memcpy(&out, name.data() + at, sizeof out);
+    return out;
+  };
+  const uint64_t mixed =
+      word(0) * 3 + word(name.size() - 4) * 5 + word((name.size() - 4) / 2) * 7 + name.size();
+  return static_cast<size_t>((mixed * 0x9E3779B97F4A7C15u) >> 48) % slots;
 }
 
 }  // namespace
@@ -220,7 +231,7 @@ void TreeElement::add_child(TreeElement* child) {
 HRESULT TreeElement::selectSingleNode(BSTR name, IXMLDOMNode** out) {
   const wide_view wanted = view_of(name);
   for (uint32_t i = 0; i < child_count_; ++i)
-    if (children_[i]->name_->view() == wanted) {
+    if (same(children_[i]->name_->view(), wanted)) {
       AddRef();
       return *out = children_[i], S_OK;
     }
@@ -259,7 +270,7 @@ void TreeElement::add_attribute(TreeAttribute* attribute) {
 HRESULT TreeElement::getNamedItem(BSTR name, IXMLDOMNode** out) {
   const wide_view wanted = view_of(name);
   for (TreeAttribute* attribute = first_attribute_; attribute; attribute = attribute->next_)
-    if (attribute->name_->view() == wanted) {
+    if (same(attribute->name_->view(), wanted)) {
       AddRef();
       return *out = attribute, S_OK;
     }
@@ -337,7 +348,7 @@ void TreeDocument::set_root(TreeElement* element) {
 }
 
 HRESULT TreeDocument::selectSingleNode(BSTR name, IXMLDOMNode** out) {
-  if (!root_ || root_->name_->view() != view_of(name)) return *out = nullptr, S_FALSE;
+  if (!root_ || !same(root_->name_->view(), view_of(name))) return *out = nullptr, S_FALSE;
   AddRef();
   return *out = root_, S_OK;
 }
@@ -380,7 +391,7 @@ const uint16_t* TreeDocument::store(wide_view text) {
 
 const Name* TreeDocument::intern(wide_view name) {
   const Name*& recent = recent_names_[slot_of(name, recent_names_.size())];
-  if (recent && recent->view() == name) return recent;
+  if (recent && same(recent->view(), name)) return recent;
   const auto found = names_.find(bytes_of(name));
   if (found != names_.end()) return recent = found->second;
   auto* const made = static_cast<Name*>(arena_.allocate(sizeof(Name) + name.size() * sizeof(uint16_t)));

@@ -49,8 +49,8 @@ DescriptorCase case_of(std::string name, Family family, Bytes bytes, std::string
             test::report(object);
             const std::string text = saved(object);
             saved(loaded<T>(text));
-            object.reset();
             T copy = object;
+            copy.reset();
             object = std::move(copy);
           }};
 }

@@ -63,12 +63,12 @@ const char* DescriptorSatelliteDeliverySystem::get_FEC_inner_text(int FEC_inner)
                  "reserved");
 }
 
+// Flag and indicator share a bit. Kept: readers of saved documents rely on it.
 DescriptorS2SatelliteDeliverySystem::DescriptorS2SatelliteDeliverySystem(ByteView d)
     : DescriptorBase(d),
       scrambling_sequence_selector(d.bits(2, 7, 1)),
       multiple_input_stream_flag(d.bits(2, 6, 1)),
-      backwards_compatibility_indicator(
-          d.bits(2, 6, 1)) {  // bit 6 again: readers of saved documents rely on it
+      backwards_compatibility_indicator(d.bits(2, 6, 1)) {
   int next = 3;
   if (scrambling_sequence_selector == 1) {
     scrambling_sequence_index = d.bits(3, 1, 18);

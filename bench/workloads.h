@@ -1,0 +1,21 @@
+#pragma once
+
+// What is measured: from packets to sections (W1), to objects (W2), to reports (W3) and documents (W3x).
+
+#include "bench/streams.h"
+
+namespace quillon::bench {
+
+// Assembles all sections with their CRC checked, pushed or pulled.
+Counts assemble_pushed(const Stream& stream);
+Counts assemble_pulled(const Stream& stream);
+// Pushes, and parses every section into its object.
+Counts parse_all(const Stream& stream);
+// The same, and writes each object's report into a string stream.
+Counts report_all(const Stream& stream);
+// The same, and saves each object into a document of its own.
+Counts save_all(const Stream& stream);
+// The yardstick: Boost's CRC over all section bytes; gives the number of right ones.
+uint64_t yardstick(const Stream& stream);
+
+}  // namespace quillon::bench

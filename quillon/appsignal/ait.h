@@ -1,0 +1,83 @@
+#pragma once
+
+#include <quillon/appsignal/ait_loop.h>
+#include <quillon/fields/identifier.h>
+#include <quillon/sections/psi_base.h>
+
+namespace quillon {
+
+// Application information table of MHP (TS 102 812, 10.4.6). Any table id is accepted.
+//
+//   reserved                    4
+//   common_descriptors_length  12
+//   descriptors
+//   reserved                    4
+//   application_loop_length    12
+//   applications                    Application
+//
+// reset empties the applications and the general vector alone: all other descriptors stay, and a second parse
+// adds to them.
+class QUILLON_API Ait : public PsiTableBase, public AitLoop {
+ public:
+  //   organisation_id                      32
+  //   application_id                       16
+  //   application_control_code              8
+  //   reserved                              4
+  //   application_descriptors_loop_length  12
+  //   descriptors
+  class QUILLON_API Application : public AitLoop {
+   public:
+    // `length` is what is left of the loop; `consumed` becomes the bytes of the application; positions count
+    // from `base`. Throws error(3, "application length to small") if fewer than nine bytes are left, and
+    // error(3, "application common descriptors length mismatch").
+    Application(ByteView p, int length, int& consumed, bool keep_raw, ByteView base,
+                DescriptorFailures* failures = nullptr);
+    explicit Application(void* node);
+
+    const ApplicationIdentifier& get_application_identifier() const { return application_identifier_; }
+    uint32_t get_organisation_id() const { return application_identifier_.organisation_id; }
+    int get_application_id() const { return application_identifier_.application_id; }
+    int get_application_control_code() const { return application_control_code_; }
+    int get_application_descriptors_loop_length() const { return application_descriptors_loop_length_; }
+    // Where each descriptor lies in the table's body, if Parse kept the section.
+    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
+
+    void dump_state(std::ostream& stream) const;
+    bool _save_stream_info(void* document, void* element) const;
+
+   private:
+    std::vector<int> descriptor_positions_;
+    int application_control_code_ = 0;
+    int application_descriptors_loop_length_ = 0;
+    ApplicationIdentifier application_identifier_;
+  };
+
+  const char* get_table_id_text() const override { return "ait"; }
+
+  int get_application_type() const { return get_context_id(); }
+  static const char* get_application_type_text(int application_type);
+  const char* get_application_type_text() const { return get_application_type_text(get_application_type()); }
+  int get_common_descriptors_length() const { return common_descriptors_length_; }
+  int get_application_loop_length() const { return application_loop_length_; }
+  const std::vector<Application>& get_applications() const { return applications_; }
+  // Where each common descriptor lies in the body, if Parse kept the section.
+  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
+
+ private:
+  void _reset() override;
+  void _dump_state(std::ostream& stream) const override;
+  void _parse(void* node) override;
+  // Throws error(3, "application common descriptors length mismatch") and
+  // error(3, "application length mismatch").
+  void _parse(ByteView body, bool keep_raw) override;
+  bool _save_section(void* document, void* node) const override;
+  bool is_valid_tablesid() const override { return true; }
+  bool is_valid_syntax_indicator(int) const override { return true; }
+  bool is_valid_reserved_header(int) const override { return true; }
+
+  int common_descriptors_length_ = 0;
+  int application_loop_length_ = 0;
+  std::vector<Application> applications_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,55 @@
+#include <quillon/appsignal/dvb_html.h>
+#include <quillon/descriptors/describe.h>
+
+namespace quillon {
+
+namespace {
+
+// Reads the first string and returns what stands behind it.
+std::string_view read_strings(ByteView d, int descriptor_length, LengthPrefixedString& first) {
+  int size = 0;
+  first = LengthPrefixedString(d.from(2), descriptor_length, size);
+  return d.present(2 + size, descriptor_length - size);
+}
+
+}  // namespace
+
+DescriptorDVB_HTML_Application::DescriptorDVB_HTML_Application(ByteView d) : DescriptorAitBase(d) {
+  parameter_ = read_strings(d, descriptor_length, application_id_);
+}
+
+template <class V, class S>
+void DescriptorDVB_HTML_Application::describe(V& v, S& s) {
+  if constexpr (V::dump) s.application_id_.dump_state("application_id", v.stream());
+  v.field("parameter", s.parameter_);
+  if constexpr (V::xml) v.child("application_id", s.application_id_);
+}
+QUILLON_FACES_OF(DescriptorDVB_HTML_Application, "DVB-HTML_application_descriptor")
+
+DescriptorDVB_HTML_ApplicationLocation::DescriptorDVB_HTML_ApplicationLocation(ByteView d)
+    : DescriptorAitBase(d) {
+  initial_path_ = read_strings(d, descriptor_length, physical_root_);
+}
+
+template <class V, class S>
+void DescriptorDVB_HTML_ApplicationLocation::describe(V& v, S& s) {
+  if constexpr (V::dump) s.physical_root_.dump_state("physical_root", v.stream());
+  v.field("initial_path", s.initial_path_);
+  if constexpr (V::xml) v.child("physical_root", s.physical_root_);
+}
+QUILLON_FACES_OF(DescriptorDVB_HTML_ApplicationLocation, "DVB-HTML_application_location")
+
+DescriptorDVB_HTML_ApplicationLocationBoundary::DescriptorDVB_HTML_ApplicationLocationBoundary(ByteView d)
+    : DescriptorAitBase(d) {
+  regular_expression_ = read_strings(d, descriptor_length, label_);
+}
+
+template <class V, class S>
+void DescriptorDVB_HTML_ApplicationLocationBoundary::describe(V& v, S& s) {
+  if constexpr (V::dump) s.label_.dump_state("label", v.stream());
+  v.field("regular_expression", s.regular_expression_);
+  if constexpr (V::xml) v.child("label", s.label_);
+}
+QUILLON_FACES_OF(DescriptorDVB_HTML_ApplicationLocationBoundary, "DVB-HTML_application_boundary")
+
+}  // namespace quillon

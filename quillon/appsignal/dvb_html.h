@@ -1,0 +1,46 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+#include <quillon/fields/identifier.h>
+
+namespace quillon {
+
+// Each of the following is a string with its length and a second one to the end of the descriptor.
+
+// The parameter of a DVB-HTML application (TS 102 812, 10.10.1).
+class QUILLON_API DescriptorDVB_HTML_Application final : public DescriptorAitBase {
+ public:
+  DescriptorDVB_HTML_Application() = default;
+  explicit DescriptorDVB_HTML_Application(ByteView d);
+
+  QUILLON_FIELD(LengthPrefixedString, application_id);
+  QUILLON_FIELD(std::string, parameter);
+
+  QUILLON_FACES();
+};
+
+// The page that a DVB-HTML application begins with (TS 102 812, 10.10.2).
+class QUILLON_API DescriptorDVB_HTML_ApplicationLocation final : public DescriptorAitBase {
+ public:
+  DescriptorDVB_HTML_ApplicationLocation() = default;
+  explicit DescriptorDVB_HTML_ApplicationLocation(ByteView d);
+
+  QUILLON_FIELD(LengthPrefixedString, physical_root);
+  QUILLON_FIELD(std::string, initial_path);
+
+  QUILLON_FACES();
+};
+
+// What belongs to a DVB-HTML application (TS 102 812, 10.10.3).
+class QUILLON_API DescriptorDVB_HTML_ApplicationLocationBoundary final : public DescriptorAitBase {
+ public:
+  DescriptorDVB_HTML_ApplicationLocationBoundary() = default;
+  explicit DescriptorDVB_HTML_ApplicationLocationBoundary(ByteView d);
+
+  QUILLON_FIELD(LengthPrefixedString, label);
+  QUILLON_FIELD(std::string, regular_expression);
+
+  QUILLON_FACES();
+};
+
+}  // namespace quillon

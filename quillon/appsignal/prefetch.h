@@ -1,0 +1,66 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+
+namespace quillon {
+
+// The modules of a carousel that are worth loading ahead (TS 102 812, 10.8.3).
+class QUILLON_API DescriptorAitPreFetch final : public DescriptorAitBase {
+ public:
+  class QUILLON_API PreFetchInfo {
+   public:
+    PreFetchInfo() = default;
+    // `length` is not looked at; `consumed` becomes the length byte and the label.
+    PreFetchInfo(ByteView p, int /*length*/, int& consumed)
+        : label_length_(p[0]), label_(p.present(1, label_length_)) {
+      consumed = 1 + label_length_;
+    }
+
+    QUILLON_FIELD(int, label_length);
+    QUILLON_FIELD(std::string, label);
+    // Not read from the wire, where its byte begins the next row. Kept: readers of reports and saved
+    // documents rely on it.
+    QUILLON_FIELD(int, prefetch_priority);
+
+    QUILLON_RECORD_FACES;
+  };
+
+  DescriptorAitPreFetch() = default;
+  // Throws error(3, "prefetch_descriptor: 1") unless the last row ends one byte behind the descriptor: the
+  // rows are given the whole length, though the label has taken a byte of it.
+  explicit DescriptorAitPreFetch(ByteView d);
+
+  QUILLON_FIELD(int, transport_protocol_label);
+  QUILLON_FIELD(std::vector<PreFetchInfo>, prefetch_info);
+
+  QUILLON_FACES(prefetch_info_);
+};
+
+// Where the DIIs of a carousel are (TS 102 812, 10.8.3).
+class QUILLON_API DescriptorAitDIILocation final : public DescriptorAitBase {
+ public:
+  class QUILLON_API DIILocationInfo {
+   public:
+    DIILocationInfo() = default;
+    explicit DIILocationInfo(ByteView p)
+        : dii_identification_(p.bits(0, 6, 15)), association_tag_(p.u16(2)) {}
+
+    QUILLON_FIELD(int, dii_identification);  // 15 bits
+    QUILLON_FIELD(int, association_tag);
+
+    QUILLON_RECORD_FACES;
+  };
+
+  DescriptorAitDIILocation() = default;
+  // Throws error(3, "dii_location_descriptor: 1") unless the length is a multiple of 4, though the label
+  // takes a byte of it. Each row is read from the descriptor's first byte, so that all are equal. Both kept:
+  // readers of saved documents rely on them.
+  explicit DescriptorAitDIILocation(ByteView d);
+
+  QUILLON_FIELD(int, transport_protocol_label);
+  QUILLON_FIELD(std::vector<DIILocationInfo>, dii_location_infos);
+
+  QUILLON_FACES(dii_location_infos_);
+};
+
+}  // namespace quillon

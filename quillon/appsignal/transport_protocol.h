@@ -1,0 +1,55 @@
+#pragma once
+
+#include <quillon/descriptors/descriptor_base.h>
+
+namespace quillon {
+
+// How the files of an application are carried (TS 102 812, 10.8.1). protocol_id selects which of the two
+// records the wire fills; the other keeps its zeros, and both are saved.
+class QUILLON_API DescriptorAitTransportProtocol final : public DescriptorAitBase {
+ public:
+  // An object carousel. The ids are there when remote_connection is 1.
+  class QUILLON_API TransportOC {
+   public:
+    TransportOC() = default;
+    // `length` is not looked at; `consumed` becomes the bytes of the selector.
+    TransportOC(ByteView p, int length, int& consumed);
+
+    QUILLON_FIELD(int, remote_connection);
+    QUILLON_FIELD(int, original_network_id);
+    QUILLON_FIELD(int, transport_stream_id);
+    QUILLON_FIELD(int, service_id);
+    QUILLON_FIELD(int, component_tag);
+
+    QUILLON_RECORD_FACES;
+  };
+
+  // IP. The ids are there when remote_connection is 1; the URLs are not read.
+  class QUILLON_API TransportIP {
+   public:
+    TransportIP() = default;
+    // As for TransportOC. alignment_indicator is always taken from byte 7, also where the selector has 2
+    // bytes. Kept: readers of reports and saved documents rely on it.
+    TransportIP(ByteView p, int length, int& consumed);
+
+    QUILLON_FIELD(int, remote_connection);
+    QUILLON_FIELD(int, original_network_id);
+    QUILLON_FIELD(int, transport_stream_id);
+    QUILLON_FIELD(int, service_id);
+    QUILLON_FIELD(int, alignment_indicator);
+
+    QUILLON_RECORD_FACES;
+  };
+
+  DescriptorAitTransportProtocol() = default;
+  explicit DescriptorAitTransportProtocol(ByteView d);
+
+  QUILLON_FIELD(int, protocol_id);  // 1: object carousel, 2: IP
+  QUILLON_FIELD(int, transport_protocol_label);
+  QUILLON_FIELD(TransportOC, transport_oc);
+  QUILLON_FIELD(TransportIP, transport_ip);
+
+  QUILLON_FACES();
+};
+
+}  // namespace quillon

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <quillon/atsc/atsc_loop.h>
+#include <quillon/sections/psi_base.h>
+
+namespace quillon {
+
+// What the tables of ATSC have in common. Their fields are public members; their documents hold the section
+// header alone; reset empties none of them unless its class says so. A descriptor that its class refuses is
+// always kept as a general one, so that set_tolerant changes nothing.
+class QUILLON_API AtscTable : public PsiTableBase {
+ private:
+  void _reset() override {}
+  void _dump_state(std::ostream&) const override {}
+  void _parse(void*) override {}
+  void _parse(ByteView body, bool keep_raw) override = 0;
+  bool _save_section(void*, void*) const override { return true; }
+  bool is_valid_syntax_indicator(int indicator) const override { return indicator == 1; }
+  bool is_valid_reserved_header(int bits) const override { return bits == 3; }
+};
+
+// An ATSC table with descriptors of its own. A load wants them, and no save writes them: kept.
+class QUILLON_API AtscLoopTable : public AtscTable, public AtscLoop {
+ private:
+  void _parse(void* node) override { _parse_descriptors(node); }
+  void _parse(ByteView body, bool keep_raw) override = 0;
+};
+
+namespace detail {
+
+// Walks up to `count` rows from `begin` on, as long as they begin before `end` and before the view's limit;
+// the place behind the last one. `row(at, left)` reads one row and returns the bytes it used.
+template <class Row>
+int walk_rows(ByteView view, int begin, int end, int count, Row&& row) {
+  int pos = begin;
+  for (int n = 0; n < count && pos < end && view.has(pos); ++n) pos += row(view.from(pos), end - pos);
+  return pos;
+}
+
+}  // namespace detail
+}  // namespace quillon

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <quillon/atsc/atsc_table.h>
+#include <quillon/fields/multiple_string.h>
+
+namespace quillon {
+
+// Directed channel change selection code table (A/65, 6.8). Its report is the header alone, and no text is
+// read. The table's own descriptors are sought at byte 11 of the body, wherever the updates end: kept.
+//
+//   protocol_version            8
+//   updates_defined             8
+//   rows                           Update
+//   reserved                    6
+//   dccsct_descriptors_length  10
+class QUILLON_API AtscDCCSCT : public AtscLoopTable {
+ public:
+  //   update_type                 8
+  //   update_data_length          8
+  //   update data                    codes by the type; names are stepped over
+  //   reserved                    6
+  //   update_descriptors_length  10
+  //   descriptors
+  class QUILLON_API Update : public AtscLoop {
+   public:
+    // `length` becomes the bytes of the update. Throws error("AtscDCCSCT::Update descriptor start end
+    // mismatch"), without the colon that others have: kept.
+    Update(ByteView data, int& length, bool keep_raw, ByteView section);
+
+    static const char* get_update_type_text(int update_type);
+    const char* get_update_type_text() const { return get_update_type_text(update_type); }
+
+    int update_type = 0;
+    int update_data_length = 0;
+    int genre_category_code = 0;                                // type 1
+    ATSCMultipleStringStructure genre_category_name_text;       // never filled
+    int dcc_state_location_code = 0;                            // type 2
+    ATSCMultipleStringStructure dcc_state_location_code_text;   // never filled
+    int state_code = 0;                                         // type 3
+    int dcc_county_location_code = 0;                           // type 3, 10 bits
+    ATSCMultipleStringStructure dcc_county_location_code_text;  // never filled
+    int update_descriptors_length = 0;
+  };
+
+  const char* get_table_id_text() const override { return "dcc_selection_code_table"; }
+
+  int protocol_version = 0;
+  int updates_defined = 0;  // as told; `updates` may hold fewer
+  std::vector<Update> updates;
+  int dccsct_descriptors_length = 0;
+
+ private:
+  // Throws error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch"), the text of another table:
+  // kept.
+  void _parse(ByteView body, bool keep_raw) override;
+  bool is_valid_tablesid() const override { return get_table_id() == 0xD4; }
+};
+
+}  // namespace quillon

@@ -1,0 +1,55 @@
+#include <ostream>
+
+#include <quillon/atsc/eit_atsc.h>
+#include <quillon/atsc/virtual_channel.h>
+#include <quillon/report/dump.h>
+
+namespace quillon {
+
+void AtscEIT::_parse(ByteView body, bool) {
+  protocol_version = body[0];
+  num_events_in_section = body[1];
+  const int end =
+      detail::walk_rows(body, 2, body_size(), num_events_in_section, [this](ByteView row, int length) {
+        events.emplace_back(row, length, false, nullptr);
+        return length;
+      });
+  if (end != body_size()) throw error("AtscEIT: event loop start end mismatch");
+}
+
+AtscEIT::Event::Event(ByteView data, int& length, bool, ByteView)
+    : event_id(data.bits(0, 5, 14)),
+      start_time(static_cast<int>(data.u32(2))),
+      ETM_location(data.bits(5, 5, 2)),
+      length_in_seconds(data.bits(5, 3, 20)),
+      title_length(data[8]),
+      descriptors_length(data.bits(9 + title_length, 3, 12)) {
+  length = 11 + title_length + descriptors_length;
+  if (!walk_descriptors(data, 11 + title_length, length, {data}))
+    throw error("AtscTVCT::Channel: descriptor start end mismatch");
+}
+
+const char* AtscEIT::Event::get_ETM_location_text(int ETM_location) {
+  return detail::VirtualChannel::get_ETM_location_text(ETM_location);
+}
+
+void AtscEIT::_dump_state(std::ostream& stream) const {
+  report::line(stream, "protocol_version: ", protocol_version);
+  report::line(stream, "num_events_in_section: ", num_events_in_section);
+  for (const Event& event : events) {
+    event.dump_state(stream);
+    stream << std::endl;
+  }
+}
+
+void AtscEIT::Event::dump_state(std::ostream& stream) const {
+  report::line(stream, "event_id: ", event_id);
+  report::line(stream, "start_time: ", start_time);
+  report::line(stream, "ETM_location: ", ETM_location);
+  report::line(stream, "length_in_seconds: ", length_in_seconds);
+  report::line(stream, "title_length: ", title_length);
+  title_text.dump_state(stream);
+  report::line(stream, "descriptors_length: ", descriptors_length);
+}
+
+}  // namespace quillon

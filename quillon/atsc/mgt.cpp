@@ -1,0 +1,90 @@
+#include <ostream>
+
+#include <quillon/atsc/mgt.h>
+#include <quillon/report/dump.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kMismatch = "AtscMGT: descriptor start end mismatch";
+
+constexpr const char* kReserved = "[Reserved for future ATSC use]";
+
+// 0x92 and 0x96 are the closing quote and the en dash of code page 1252.
+#define QUILLON_VCT(kind, indicator) kind " VCT with current_next_indicator=\x92" indicator "\x92"
+
+// The text of all types up to `last`, from the row before on.
+constexpr struct {
+  int last;
+  const char* text;
+} kTableTypes[] = {
+    {0x0000, QUILLON_VCT("Terrestrial", "1")},
+    {0x0001, QUILLON_VCT("Terrestrial", "0")},
+    {0x0002, QUILLON_VCT("Cable", "1")},
+    {0x0003, QUILLON_VCT("Cable", "0")},
+    {0x0004, "Channel ETT"},
+    {0x0005, "DCCSCT"},
+    {0x00FF, kReserved},
+    {0x017F, "EIT-0 to EIT-127"},
+    {0x01FF, kReserved},
+    {0x027F, "Event ETT-0 to event ETT-127"},
+    {0x0300, kReserved},
+    {0x03FF, "RRT with rating_region 1-255"},
+    {0x0FFF, "[User private]"},
+    {0x13FF, kReserved},
+    {0x1400, "DCCT with dcc_id 0x00 \x96 0xFF"},
+    {0x14FF, ""},  // the other DCCTs have no text: kept
+    {0xFFFF, kReserved},
+};
+#undef QUILLON_VCT
+
+}  // namespace
+
+void AtscMGT::_parse(ByteView body, bool keep_raw) {
+  protocol_version = body[0];
+  tables_defined = body.u16(1);
+  const int pos =
+      detail::walk_rows(body, 3, body_size() + 4, tables_defined, [this](ByteView row, int length) {
+        tables.emplace_back(row, length, false, nullptr);
+        return length;
+      });
+  descriptors_length = body.bits(pos, 3, 12);
+  if (!walk_descriptors(body, pos + 2, body_size(), {body, positions_if(keep_raw)})) throw error(kMismatch);
+}
+
+AtscMGT::Table::Table(ByteView data, int& length, bool, ByteView)
+    : table_type(data.u16(0)),
+      table_type_PID(data.bits(2, 4, 13)),
+      table_type_version_number(data.bits(4, 4, 5)),
+      number_bytes(static_cast<int>((static_cast<uint32_t>(data.u16(5)) << 16) + data[7] * 100u + data[8])),
+      table_type_descriptors_length(data.bits(9, 3, 12)) {
+  length = 11 + table_type_descriptors_length;
+  if (!walk_descriptors(data, 11, length, {data})) throw error(kMismatch);
+}
+
+const char* AtscMGT::Table::get_table_type_text(int table_type) {
+  if (table_type < 0) return "";
+  for (const auto& range : kTableTypes)
+    if (table_type <= range.last) return range.text;
+  return "";
+}
+
+void AtscMGT::_dump_state(std::ostream& stream) const {
+  report::line(stream, "protocol_version: ", protocol_version);
+  report::line(stream, "tables_defined: ", tables_defined);
+  for (const Table& table : tables) {
+    table.dump_state(stream);
+    stream << std::endl;
+  }
+}
+
+void AtscMGT::Table::dump_state(std::ostream& stream) const {
+  report::line(stream, "table_type: ", table_type);
+  report::line(stream, "table_type_PID: ", table_type_PID);
+  report::line(stream, "table_type_version_number: ", table_type_version_number);
+  report::line(stream, "number_bytes: ", number_bytes);
+  report::line(stream, "table_type_descriptors_length: ", table_type_descriptors_length);
+}
+
+}  // namespace quillon

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <quillon/atsc/atsc_table.h>
+#include <quillon/fields/multiple_string.h>
+
+namespace quillon {
+
+// Rating region table (A/65, 6.4). Its report is the header alone, and no text is read. Of several dimensions
+// only one could be: the first is given all bytes up to the last two before the CRC, and fails unless it
+// fills them. Kept, callers rely on it.
+//
+//   protocol_version            8
+//   rating_region_name_length   8
+//   rating_region_name              stepped over
+//   dimensions_defined          8
+//   rows                            Dimension
+//   reserved                    6
+//   descriptors_length         10
+//   descriptors
+class QUILLON_API AtscRRT : public AtscLoopTable {
+ public:
+  //   dimension_name_length   8
+  //   dimension_name              stepped over, and the byte behind it
+  //   reserved                3
+  //   graduated_scale         1
+  //   values_defined          4
+  //   rows                        Value
+  class QUILLON_API Dimension {
+   public:
+    //   abbrev_rating_value_length  8
+    //   abbrev_rating_value            stepped over
+    //   rating_value_length         8
+    //   rating_value                   stepped over
+    class QUILLON_API Value {
+     public:
+      // `length` becomes the bytes of the value.
+      Value(ByteView data, int& length, bool keep_raw, ByteView section);
+
+      int abbrev_rating_value_length = 0;
+      ATSCMultipleStringStructure abbrev_rating_value_text;  // never filled
+      int rating_value_length = 0;
+      ATSCMultipleStringStructure rating_value_text;  // never filled
+    };
+
+    // `length` holds the bytes left, which the values must fill, and stays as it is. Throws
+    // error("AtscRRT::Dimension: descriptor start end mismatch").
+    Dimension(ByteView data, int& length, bool keep_raw, ByteView section);
+
+    int dimension_name_length = 0;
+    ATSCMultipleStringStructure dimension_name_text;  // never filled
+    int graduated_scale = 0;
+    int values_defined = 0;
+    std::vector<Value> values;
+  };
+
+  const char* get_table_id_text() const override { return "rating_region_table"; }
+
+  int protocol_version = 0;
+  int rating_region_name_length = 0;
+  ATSCMultipleStringStructure rating_region_name_text;  // never filled
+  int dimensions_defined = 0;                           // as told; `dimensions` holds one at most
+  int descriptors_length = 0;
+  std::vector<Dimension> dimensions;
+
+ private:
+  // Throws error("AtscRRT: descriptor start end mismatch").
+  void _parse(ByteView body, bool keep_raw) override;
+  bool is_valid_tablesid() const override { return get_table_id() == 0xCA; }
+};
+
+}  // namespace quillon

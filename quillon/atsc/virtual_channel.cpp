@@ -1,0 +1,74 @@
+#include <quillon/atsc/virtual_channel.h>
+#include <quillon/descriptors/code_text.h>
+#include <quillon/report/dump.h>
+
+namespace quillon::detail {
+
+namespace {
+
+constexpr int kNameUnits = 7;
+// In a cable channel too, where the length of the descriptors ends in this byte: kept.
+constexpr int kDescriptors = 32;
+
+}  // namespace
+
+void VirtualChannel::read_short_name(ByteView channel) {
+  for (int i = 0; i < kNameUnits; ++i) {
+    const int unit = channel.u16(2 * i);
+    if (unit == 0) break;
+    short_name.push_back(static_cast<uint16_t>(unit));
+  }
+}
+
+int VirtualChannel::read_descriptors(ByteView channel) {
+  const int end = kDescriptors + descriptors_length;
+  if (!walk_descriptors(channel, kDescriptors, end, {channel}))
+    throw error("AtscTVCT::Channel: descriptor start end mismatch");
+  return end;
+}
+
+void VirtualChannelTable::parse_additional_descriptors(int begin, ByteView body, bool keep_raw) {
+  additional_descriptors_length = body.bits(begin, 1, 10);
+  if (!walk_descriptors(body, begin + 2, body_size(), {body, positions_if(keep_raw)}))
+    throw error("AtscTVCT: descriptor start end mismatch");
+}
+
+const char* VirtualChannel::get_modulation_mode_text(int modulation_mode) {
+  if (modulation_mode >= 6 && modulation_mode <= 127) return "[Reserved for future use by ATSC]";
+  if (modulation_mode >= 128 && modulation_mode <= 255) return "[User Private]";
+  return text_of(modulation_mode,
+                 {"[Reserved]", "Analog", "SCTE_mode_1", "SCTE_mode_2", "ATSC (8 VSB)", "ATSC (16 VSB)"}, "");
+}
+
+const char* VirtualChannel::get_ETM_location_text(int ETM_location) {
+  return text_of(ETM_location,
+                 {"No ETM", "ETM located in the PTC carrying this PSIP",
+                  "ETM located in the PTC specified by the channel_TSID", "[Reserved for future ATSC use]"},
+                 "");
+}
+
+const char* VirtualChannel::get_service_type_text(int service_type) {
+  if (service_type >= 5 && service_type <= 63) return "[Reserved for future ATSC use]";
+  return text_of(
+      service_type,
+      {"[Reserved]", "analog_television", "ATSC_digital_television", "ATSC_audio", "ATSC_data_only_service"},
+      "");
+}
+
+void VirtualChannel::dump_state(std::ostream& stream) const {
+  report::line(stream, "major_channel_number: ", major_channel_number);
+  report::line(stream, "minor_channel_number: ", minor_channel_number);
+  report::line(stream, "modulation_mode: ", modulation_mode);
+  report::line(stream, "carrier_frequency: ", carrier_frequency);
+  report::line(stream, "channel_TSID: ", channel_TSID);
+  report::line(stream, "program_number: ", program_number);
+  report::line(stream, "ETM_location: ", ETM_location);
+  report::line(stream, "access_controlled: ", access_controlled);
+  report::line(stream, "hidden: ", hidden);
+  report::line(stream, "hide_guide: ", hide_guide);
+  report::line(stream, "service_type: ", service_type);
+  report::line(stream, "source_id: ", source_id);
+  report::line(stream, "descriptors_length: ", descriptors_length);
+}
+
+}  // namespace quillon::detail

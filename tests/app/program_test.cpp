@@ -1,0 +1,232 @@
+// The companion program from the outside: what it prints, and its exit codes.
+
+#include "tests/support/packets.h"
+#include "tests/support/sample.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <sys/wait.h>
+
+using namespace quillon::test;
+
+namespace {
+
+std::string whole(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// Runs the program in a folder of its own.
+class Program : public testing::Test {
+ protected:
+  struct Result {
+    int code;
+    std::string out;
+    std::string messages;
+  };
+
+  Program() {
+    if (const char* program = std::getenv("QUILLON_PROGRAM")) program_ = program;
+    folder_ = std::filesystem::temp_directory_path() /
+              ("quillon-" + std::to_string(getpid()) + "-" +
+               testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::filesystem::create_directories(folder_);
+  }
+  ~Program() override { std::filesystem::remove_all(folder_); }
+
+  void SetUp() override {
+    if (program_.empty()) GTEST_SKIP() << "QUILLON_PROGRAM is not set";
+  }
+
+  std::string file(const std::string& name, const Bytes& content) {
+    std::ofstream out(folder_ / name, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+    return name;
+  }
+
+  Result run(const std::string& arguments) const {
+    const std::string command =
+        "cd '" + folder_.string() + "' && '" + program_ + "' " + arguments + " >out.txt 2>messages.txt";
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, whole(folder_ / "out.txt"),
+            whole(folder_ / "messages.txt")};
+  }
+
+  static int count(const std::string& text, const std::string& part) {
+    int n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+    return n;
+  }
+
+  std::string program_;
+  std::filesystem::path folder_;
+};
+
+}  // namespace
+
+TEST_F(Program, ReportsEachDistinctSectionOnce) {
+  file("s.ts", sample_stream());
+  const Result result = run("report s.ts");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.messages, "");
+  EXPECT_EQ(count(result.out, "table name: program_association_section\n"), 1);
+  EXPECT_EQ(count(result.out, "table name: conditional_access_section\n"), 1);
+  EXPECT_EQ(count(result.out, "table name: TS_program_map_section\n"), 2);
+  EXPECT_EQ(count(result.out, "table name: network_information_section - actual_transport_network\n"), 1);
+  EXPECT_EQ(count(result.out, "table name: event_information_section"), 3);
+  EXPECT_EQ(count(result.out, "UTC_time: 1/1-2025 12:30:0\n"), 2);      // TDT and TOT
+  EXPECT_EQ(count(result.out, "service_name Caf\xC3\xA9 Radio\n"), 1);  // in UTF-8
+  const Result all = run("report --all s.ts");
+  EXPECT_EQ(count(all.out, "table name: program_association_section\n"), 8);
+  EXPECT_EQ(count(all.out, "table name: event_information_section"), 24);
+}
+
+TEST_F(Program, NarrowsByPidAndTable) {
+  file("s.ts", sample_stream());
+  EXPECT_EQ(count(run("report --table 0x42 s.ts").out, "table name: "), 1);
+  EXPECT_EQ(count(run("report --pid 0x12 s.ts").out, "table name: "), 3);
+  EXPECT_EQ(count(run("report --pid 0x100 --pid 0x200 --table 2 s.ts").out, "table name: "), 2);
+  EXPECT_EQ(run("report --pid 0x12 --table 0x42 s.ts").out, "");
+}
+
+TEST_F(Program, FindsATableOnAnyPid) {
+  const Bytes section = long_section(0x42, Bytes{0x00, 0x01, 0xFF});
+  file("s.ts", joined({packets({section}, {.pid = 0x777}), sample_stream()}));
+  EXPECT_EQ(count(run("report --table 0x42 s.ts").out, "table name: "), 2);
+  EXPECT_EQ(count(run("report s.ts").out, "table name: service"), 1);
+}
+
+TEST_F(Program, MeetsMapsThatComeBeforeTheAssociation) {
+  const Bytes map = long_section(0x02, Bytes{0xE1, 0x01, 0xF0, 0x00}, {.extension = 7});
+  const Bytes pat = long_section(0x00, Bytes{0x00, 0x07, 0xE3, 0x00}, {.extension = 1});
+  file("s.ts", joined({packets({map}, {.pid = 0x300}), packets({pat}, {.pid = 0})}));
+  const Result result = run("report s.ts");
+  EXPECT_EQ(count(result.out, "program_number: 0007\n"), 2);
+  EXPECT_LT(result.out.find("TS_program_map_section"), result.out.find("program_association_section"));
+}
+
+TEST_F(Program, WritesADocumentAndLoadsItBack) {
+  file("s.ts", sample_stream());
+  const Result report = run("report s.ts");
+  EXPECT_EQ(run("xml s.ts -o s.xml").code, 0);
+  const Result loaded = run("load s.xml");
+  EXPECT_EQ(loaded.code, 0);
+  EXPECT_EQ(loaded.messages, "");
+  EXPECT_EQ(loaded.out, report.out);
+  EXPECT_EQ(run("xml s.ts").out, whole(folder_ / "s.xml"));
+  EXPECT_EQ(run("load - < s.xml").out, report.out);
+  EXPECT_EQ(run("report - < s.ts").out, report.out);
+}
+
+TEST_F(Program, ReadsPacketsOf192And204BytesAndGarbage) {
+  const Bytes stream = sample_stream();
+  const auto stretched = [&stream](const Bytes& before, const Bytes& behind) {
+    Bytes out;
+    for (size_t at = 0; at < stream.size(); at += kPacketSize) {
+      out.insert(out.end(), before.begin(), before.end());
+      out.insert(out.end(), stream.begin() + static_cast<ptrdiff_t>(at),
+                 stream.begin() + static_cast<ptrdiff_t>(at + kPacketSize));
+      out.insert(out.end(), behind.begin(), behind.end());
+    }
+    return out;
+  };
+  const std::string expected = run("report " + file("s.ts", stream)).out;
+  EXPECT_EQ(run("report " + file("192.ts", stretched(Bytes(4, 0x11), {}))).out, expected);
+  EXPECT_EQ(run("report " + file("204.ts", stretched({}, Bytes(16, 0x22)))).out, expected);
+  const Result dirty = run("report " + file("dirty.ts", joined({Bytes(77, 0x33), stream, Bytes(99, 0x44)})));
+  EXPECT_EQ(dirty.out, expected);
+  EXPECT_EQ(dirty.messages, "dirty.ts: skipped 176 bytes that are no packets of 188 bytes\n");
+  EXPECT_EQ(dirty.code, 0);
+}
+
+TEST_F(Program, ReadsAChainOfSections) {
+  const Bytes pat = long_section(0x00, Bytes{0x00, 0x07, 0xE3, 0x00}, {.extension = 1});
+  const Bytes map = long_section(0x02, Bytes{0xE1, 0x01, 0xF0, 0x00}, {.extension = 7});
+  const Result result = run("report " + file("s.bin", joined({pat, map, map, Bytes{0x00, 0xB0}})));
+  EXPECT_EQ(count(result.out, "table name: "), 2);
+  EXPECT_EQ(result.messages, "s.bin: the last 2 bytes are no whole section\n");
+}
+
+TEST_F(Program, TellsOfABrokenSectionAndGoesOn) {
+  Bytes broken = long_section(0x00, Bytes{0x00, 0x07, 0xE3, 0x00});
+  broken[8] ^= 1;
+  const Bytes odd = long_section(0x00, Bytes{0x00, 0x07, 0xE3, 0x00, 0x01});
+  const Bytes good = long_section(0x00, Bytes{0x00, 0x07, 0xE3, 0x00});
+  const Result result = run("report " + file("s.ts", packets({broken, odd, good}, {.pid = 0})));
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(count(result.out, "table name: "), 1);
+  EXPECT_EQ(result.messages,
+            "s.ts: packet 1: PID 0x0000, table 0x00: crc error\n"
+            "s.ts: packet 2: PID 0x0000, table 0x00: Pat parse error\n");
+}
+
+TEST_F(Program, TellsOfABrokenDescriptorAndKeepsIt) {
+  const Bytes map =
+      long_section(0x02, joined({Bytes{0xE1, 0x01, 0xF0, 0x05}, descriptor(0x62, Bytes{0x01, 0x02, 0x03})}));
+  const Result result = run("report --pid 0x300 " + file("s.ts", packets({map}, {.pid = 0x300})));
+  EXPECT_EQ(count(result.out, "descriptor_tag: 62 User Private\n"), 1);
+  EXPECT_EQ(result.messages,
+            "s.ts: packet 1: PID 0x0300, table 0x02: descriptor 0x62 at byte 4 of the body kept as it is: "
+            "failure 0\n");
+}
+
+TEST_F(Program, RefusesWhatItCannotRead) {
+  EXPECT_EQ(run("report missing.ts").code, 1);
+  EXPECT_EQ(run("report missing.ts").messages, "missing.ts: can't be opened\n");
+  EXPECT_EQ(run("report .").code, 1);
+  const Result letter = run("report " + file("letter.txt", text("Zebras are no stream of any kind at all.")));
+  EXPECT_EQ(letter.code, 1);
+  EXPECT_EQ(letter.messages, "letter.txt: holds no transport packets\n");
+  EXPECT_EQ(run("report " + file("empty.ts", {})).code, 1);
+  EXPECT_EQ(run("load missing.xml").code, 1);
+  const Result malformed =
+      run("load " + file("bad.xml", text("<transport_stream>\n  <pat></transport_stream>")));
+  EXPECT_EQ(malformed.code, 1);
+  EXPECT_EQ(malformed.messages.rfind("bad.xml: malformed XML, line 2, column ", 0), 0u) << malformed.messages;
+  EXPECT_EQ(run("load " + file("other.xml", text("<other/>"))).code, 1);
+  EXPECT_EQ(run("load " + file("empty.xml", {})).code, 1);
+}
+
+TEST_F(Program, TellsWhichElementDoesNotLoadAndLoadsTheOthers) {
+  file("s.ts", sample_stream());
+  std::string text = run("xml --table 0 --table 0x42 s.ts").out;
+  text.replace(text.find(" pmtpid="), 8, " pmt_id=");
+  const Result result = run("load " + file("s.xml", Bytes(text.begin(), text.end())));
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(count(result.out, "table name: service_description_section"), 1);
+  EXPECT_EQ(result.messages,
+            "s.xml: element 1, pat: failed to get pid node\n"
+            "s.xml: some tables could not be loaded\n");
+}
+
+TEST_F(Program, AnswersWrongUseWithTwo) {
+  EXPECT_EQ(run("").code, 2);
+  EXPECT_EQ(run("nonsense").code, 2);
+  EXPECT_EQ(run("report").code, 2);
+  EXPECT_EQ(run("report --pid 9000 s.ts").code, 2);
+  EXPECT_EQ(run("report --standard isdb s.ts").code, 2);
+  EXPECT_EQ(run("--help").code, 0);
+  EXPECT_EQ(run("--version").code, 0);
+}
+
+TEST(SampleStream, IsTheOneThatIsBundled) {
+  const char* const folder = std::getenv("QUILLON_DATA");
+  if (!folder) GTEST_SKIP() << "QUILLON_DATA is not set";
+  const std::string bundled = whole(std::filesystem::path(folder) / "sample.ts");
+  const Bytes made = sample_stream();
+  EXPECT_EQ(bundled, std::string(made.begin(), made.end()));
+  EXPECT_LT(bundled.size(), 256u * 1024);
+}
+
+TEST(Readme, HoldsTheExampleThatIsCompiled) {
+  const char* const folder = std::getenv("QUILLON_DATA");
+  if (!folder) GTEST_SKIP() << "QUILLON_DATA is not set";
+  const std::filesystem::path top = std::filesystem::path(folder).parent_path();
+  const std::string example = whole(top / "examples/programs.cpp");
+  EXPECT_FALSE(example.empty());
+  EXPECT_NE(whole(top / "README.md").find("```cpp\n" + example + "```"), std::string::npos);
+}

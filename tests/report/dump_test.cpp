@@ -1,0 +1,153 @@
+// Raw bytes in a report.
+
+#include "tests/support/bytes.h"
+
+#include <cctype>
+#include <functional>
+#include <gtest/gtest.h>
+#include <iomanip>
+#include <sstream>
+#include <string>
+
+#include <quillon/report/dump.h>
+
+using namespace quillon;
+using namespace quillon::test;
+
+namespace {
+
+std::string block(
+    const Bytes& bytes, const std::function<void(std::ostream&)>& prepare = [](std::ostream&) {}) {
+  std::ostringstream stream;
+  prepare(stream);
+  dump_block(stream, bytes.data(), static_cast<int>(bytes.size()));
+  return stream.str();
+}
+
+std::string repeated(const std::string& text, int times) {
+  std::string out;
+  for (int i = 0; i < times; ++i) out += text;
+  return out;
+}
+
+void zero_fill(std::ostream& stream) {
+  stream << std::setfill('0');
+}
+
+}  // namespace
+
+TEST(DumpBlock, PrintsNothingForNoBytes) {
+  std::ostringstream stream;
+  dump_block(stream, nullptr, 0);
+  EXPECT_EQ(stream.str(), "");
+  stream << 255;
+  EXPECT_EQ(stream.str(), "255");  // and leaves the base
+}
+
+TEST(DumpBlock, PrintsSixteenBytesARow) {
+  Bytes bytes;
+  for (int i = 0; i < 16; ++i) bytes.push_back(static_cast<uint8_t>(0x41 + i * 7));
+  EXPECT_EQ(block(bytes), "41 48 4f 56 5d 64 6b 72 79 80 87 8e 95 9c a3 aa  : AHOV.dkry.......\n");
+  const Bytes two_rows = joined({bytes, bytes});
+  EXPECT_EQ(block(two_rows), block(bytes) + block(bytes));
+}
+
+TEST(DumpBlock, FillsTheRowOfATail) {
+  const Bytes row(16, 'z');
+  const std::string full = repeated("7a ", 16) + " : " + std::string(16, 'z') + "\n";
+  EXPECT_EQ(block(row), full);
+  EXPECT_EQ(block(joined({row, {'Q'}})), full + "51 " + repeated("   ", 15) + " : Q\n");
+  EXPECT_EQ(block(joined({row, {'5'}})), full + "35 " + repeated("   ", 15) + " : .\n");
+  EXPECT_EQ(block({'Q'}), "51 " + repeated("   ", 15) + " : Q\n");
+  EXPECT_EQ(block(Bytes(15, 'z')), repeated("7a ", 15) + "    : " + std::string(15, 'z') + "\n");
+}
+
+TEST(DumpBlock, HasTheColonAtTheSamePlaceInEveryRow) {
+  for (size_t size = 1; size <= 48; ++size) {
+    std::istringstream rows(block(Bytes(size, 0x80)));
+    std::string row;
+    size_t count = 0;
+    for (; std::getline(rows, row); ++count) EXPECT_EQ(row.find(" : "), 48u) << size;
+    EXPECT_EQ(count, (size + 15) / 16);
+  }
+}
+
+TEST(DumpBlock, PrintsALineWithoutBytesForANegativeSize) {
+  // Only a size of exactly 0 is no block: kept, as are the more than sixteen groups.
+  const uint8_t byte = 0xAA;
+  for (const int size : {-1, -2, -15}) {
+    std::ostringstream stream;
+    dump_block(stream, &byte, size);
+    EXPECT_EQ(stream.str(), repeated("   ", 16 - size) + " : \n") << size;
+  }
+  std::ostringstream more;
+  dump_block(more, &byte, -17);
+  EXPECT_EQ(more.str(), repeated("   ", 17) + " : \n");
+  std::ostringstream row;
+  dump_block(row, &byte, -16);  // no tail
+  EXPECT_EQ(row.str(), "");
+}
+
+TEST(DumpBlock, ShowsLettersAlone) {
+  EXPECT_EQ(block(text("A1 b")), "41 31 20 62 " + repeated("   ", 12) + " : A..b\n");
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string row = block({static_cast<uint8_t>(byte)});
+    const char shown = row[row.size() - 2];
+    EXPECT_EQ(shown, std::isalpha(byte) ? static_cast<char>(byte) : '.') << byte;
+  }
+}
+
+TEST(DumpBlock, PadsWithTheStreamsFill) {
+  const std::string tail = repeated("   ", 14) + " : ..\n";
+  EXPECT_EQ(block({0x0A, 0x00}), " a  0 " + tail);
+  EXPECT_EQ(block({0x0A, 0x00}, zero_fill), "0a 00 " + tail);
+  EXPECT_EQ(block({0x0A, 0x00}, [](std::ostream& s) { s << std::setfill('#'); }), "#a #0 " + tail);
+}
+
+TEST(DumpBlock, TakesCaseAndSideFromTheStream) {
+  const std::string tail = repeated("   ", 14) + " : ..\n";
+  EXPECT_EQ(block({0x0A, 0xBC}, [](std::ostream& s) { s << std::uppercase << std::setfill('0'); }),
+            "0A BC " + tail);
+  EXPECT_EQ(block({0x0A, 0xBC}, [](std::ostream& s) { s << std::left; }), "a  bc " + tail);
+}
+
+TEST(DumpBlock, SetsHexadecimalForItselfAndForWhatFollows) {
+  for (std::ios_base& (*base)(std::ios_base&) : {std::dec, std::oct, std::hex}) {
+    std::ostringstream stream;
+    stream << base;
+    const uint8_t byte = 0xFE;
+    dump_block(stream, &byte, 1);
+    stream << 255;
+    EXPECT_EQ(stream.str(), "fe " + repeated("   ", 15) + " : .\nff");
+  }
+}
+
+TEST(DumpBlock, LeavesAWidthForNobody) {
+  std::ostringstream stream;
+  const uint8_t byte = 0x41;
+  dump_block(stream, &byte, 1);
+  EXPECT_EQ(stream.width(), 0);
+}
+
+TEST(DumpBlock, TakesAStreamThatFailed) {
+  std::ostringstream stream;
+  stream.setstate(std::ios::badbit);
+  const uint8_t byte = 0x41;
+  dump_block(stream, &byte, 1);
+  EXPECT_EQ(stream.str(), "");
+}
+
+TEST(ReportLine, PrintsLabelValueAndLineEndAsTheStreamDoes) {
+  std::ostringstream stream;
+  report::line(stream, "a: ", 255);
+  report::line(stream, "b: ", uint32_t{0xFFFFFFFF});
+  report::line(stream, "c: ", 0.5);
+  report::line(stream, "d: ", "text");
+  report::line(stream, "e: ", std::string("a\0b", 3));
+  stream << std::hex;
+  report::line(stream, "f: ", -1);
+  report::block(stream, {});
+  report::block(stream, {0x41});
+  EXPECT_EQ(stream.str(), "a: 255\nb: 4294967295\nc: 0.5\nd: text\n" + std::string("e: a\0b\n", 7) +
+                              "f: ffffffff\n41 " + repeated("   ", 15) + " : A\n");
+}
