@@ -139,7 +139,6 @@ std::string details_of(const AtscSTT& stt) {
   Details out;
   out.line("system_time", date(stt.system_time, stt.GPS_UTC_offset) + " UTC");
   out.line("daylight_savings", yes_no(stt.daylight_savings >> 15));
-  const Details::Level level(out);
   out.line("DS_day_of_month", stt.daylight_savings >> 8 & 0x1F);
   out.line("DS_hour", stt.daylight_savings & 0xFF);
   out.descriptors(stt);

@@ -65,7 +65,8 @@ std::string text_of(const String::Segment& segment) {
   // Coded text, or text in a mode that is not decoded.
   const char* const why =
       segment.compression_type != 0 ? segment.get_compression_type_text() : segment.get_mode_text();
-  return "[" + std::to_string(segment.number_bytes) + " bytes: " + shown(why) + "]";
+  std::string text = "[";
+  return text.append(std::to_string(segment.number_bytes)).append(" bytes: ").append(shown(why)).append("]");
 }
 
 // What the reports of the descriptors leave out.
@@ -99,6 +100,13 @@ void members(Details& out, const DescriptorTargetBackgroundGrid& d) {
 void members(Details& out, const DescriptorVideoWindow& d) {
   out.line("offset", pair_of(d.get_horizontal_offset(), ", ", d.get_vertical_offset()));
   out.line("window_priority", d.get_window_priority());
+}
+void members(Details& out, const DescriptorISO639Language& d) {
+  for (const auto& language : d.get_language_vector()) {
+    out.line("language", shown(language.get_iso_639_language_code().c_strA()));
+    const Details::Level level(out);
+    out.line("audio_type", language.get_audio_type());
+  }
 }
 void members(Details& out, const DescriptorSystemClock& d) {
   out.line("external_clock_reference_indicator", yes_no(d.get_external_clock_reference_indicator()));

@@ -127,8 +127,15 @@ size_t walk_section_chain(const std::vector<uint8_t>& bytes,
 }
 
 bool is_section_chain(const std::vector<uint8_t>& bytes) {
-  return bytes.size() >= 3 && bytes[0] != Demux::sync_byte && section_size(bytes.data()) <= bytes.size() &&
-         (!(bytes[1] & 0x80) || section_crc(bytes.data(), section_size(bytes.data())) == good_section_crc);
+  // The first long section decides by its CRC: short ones look like anything.
+  for (size_t at = 0; bytes.size() - at >= 3;) {
+    const uint8_t* const section = bytes.data() + at;
+    const size_t size = section_size(section);
+    if (size > bytes.size() - at) return false;
+    if (section[1] & 0x80) return section_crc(section, size) == good_section_crc;
+    at += size;
+  }
+  return false;
 }
 
 }  // namespace quillon::app

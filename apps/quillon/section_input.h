@@ -72,7 +72,8 @@ class SectionReader : private DemuxPush {
   uint64_t packets_ = 0;
 };
 
-// True if the bytes are a chain of whole sections, without packets around them.
+// True if the bytes, the first of an input, are those of a chain of whole sections without packets around
+// them.
 bool is_section_chain(const std::vector<uint8_t>& bytes);
 // Calls `each(bytes, size)` for the sections of a chain; the bytes left behind the last whole one.
 size_t walk_section_chain(const std::vector<uint8_t>& bytes,

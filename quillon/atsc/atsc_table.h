@@ -9,6 +9,10 @@ namespace quillon {
 // header alone; reset empties none of them unless its class says so. A descriptor that its class refuses is
 // always kept as a general one, so that set_tolerant changes nothing.
 class QUILLON_API AtscTable : public PsiTableBase {
+ protected:
+  // Offset of the section's end from the body.
+  int section_end() const { return body_size() + 4; }
+
  private:
   void _reset() override {}
   void _dump_state(std::ostream&) const override {}

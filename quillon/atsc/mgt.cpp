@@ -44,11 +44,10 @@ constexpr struct {
 void AtscMGT::_parse(ByteView body, bool keep_raw) {
   protocol_version = body[0];
   tables_defined = body.u16(1);
-  const int pos =
-      detail::walk_rows(body, 3, body_size() + 4, tables_defined, [this](ByteView row, int length) {
-        tables.emplace_back(row, length, false, nullptr);
-        return length;
-      });
+  const int pos = detail::walk_rows(body, 3, section_end(), tables_defined, [this](ByteView row, int length) {
+    tables.emplace_back(row, length, false, nullptr);
+    return length;
+  });
   descriptors_length = body.bits(pos, 3, 12);
   if (!walk_descriptors(body, pos + 2, body_size(), {body, positions_if(keep_raw)})) throw error(kMismatch);
 }

@@ -54,11 +54,11 @@ class QUILLON_API VirtualChannelTable : public AtscLoopTable {
   void parse_channels(std::vector<Channel>& channels, int begin, ByteView body, bool keep_raw) {
     protocol_version = body[0];
     num_channels_in_section = body[1];
-    const int end = walk_rows(body, begin, body_size() + 4, num_channels_in_section,
-                              [&channels](ByteView row, int length) {
-                                channels.emplace_back(row, length, false, nullptr);
-                                return length;
-                              });
+    const int end =
+        walk_rows(body, begin, section_end(), num_channels_in_section, [&channels](ByteView row, int length) {
+          channels.emplace_back(row, length, false, nullptr);
+          return length;
+        });
     parse_additional_descriptors(end, body, keep_raw);
   }
 

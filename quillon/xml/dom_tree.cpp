@@ -9,7 +9,8 @@ namespace quillon::xml {
 
 namespace {
 
-constexpr size_t kBlockSize = 64 * 1024;
+// Below the size at which a freed block makes the common allocators tidy up.
+constexpr size_t kBlockSize = 32 * 1024;
 
 // Asks a node whether it is one of ours; answered without a reference, and only by the classes below.
 constexpr IID kTreeElement = static_cast<IID>(100);
@@ -66,7 +67,7 @@ size_t slot_of(wide_view name, size_t slots) {
 
 void Arena::grow(size_t size) {
   // Blocks grow with the store: a small document stays small, a large one takes few blocks.
-  const size_t room = std::max(size, blocks_.empty() ? kBlockSize / 16 : kBlockSize);
+  const size_t room = std::max(size, blocks_.empty() ? kBlockSize / 8 : kBlockSize);
   blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(room));
   next_ = blocks_.back().get();
   left_ = room;

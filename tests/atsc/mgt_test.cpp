@@ -82,7 +82,7 @@ Bytes table(const Bytes& descriptors, int length_change = 0) {
 // `rest` are the tables, and what follows them.
 Bytes section(uint64_t tables_defined, const Bytes& rest) {
   return long_section(
-      0xC7, joined({bits({{8, 0, "protocol_version"}, {16, tables_defined, "tables_defined"}}), rest}));
+      0xC7, joined({bits({{8, 0xA5, "protocol_version"}, {16, tables_defined, "tables_defined"}}), rest}));
 }
 Bytes length_of(uint64_t descriptors_length) {
   return bits({{4, 15, "reserved"}, {12, descriptors_length, "descriptors_length"}});
@@ -166,6 +166,7 @@ TEST(AtscMGT, WeighsTheThirdByteOfASizeWithAHundred) {
 TEST(AtscMGT, ReadsItsDescriptorsUpToTheCrc) {
   for (const unsigned told : {0u, 3u, 6u, 0xFFFu}) {
     const auto mgt = parsed<AtscMGT>(section(0, joined({length_of(told), kGenre, kGenre})));
+    EXPECT_EQ(mgt.protocol_version, 0xA5);
     EXPECT_EQ(mgt.descriptors_length, static_cast<int>(told));
     EXPECT_EQ(mgt.get_atsc_genre_descriptor().size(), 2u) << told;
   }

@@ -189,6 +189,11 @@ TEST(AtscRRT, HoldsOneDimensionAtMost) {
   EXPECT_EQ(failure_of<AtscRRT>(rrt(1, joined({one, loop(kGenre)}))), kDimensionMismatch);
 }
 
+TEST(AtscRRT, BeginsNoDimensionInTheLastTwoBytesBeforeTheCrc) {
+  EXPECT_TRUE(parsed<AtscRRT>(rrt(1, Bytes(2))).dimensions.empty());
+  EXPECT_EQ(failure_of<AtscRRT>(rrt(1, Bytes(3))), kDimensionMismatch);
+}
+
 TEST(AtscRRT, ReadsALengthBehindADimensionThatOnlyTheCrcCanFill) {
   for (const size_t length : {1u, 5u, 0x3FFu})
     EXPECT_EQ(failure_of<AtscRRT>(rrt(1, joined({dimension(0, {}), length_of(length)}))), kRrtMismatch);
@@ -380,6 +385,12 @@ TEST(AtscDCCT, ReadsItsOwnDescriptorsByTheirLength) {
   EXPECT_TRUE(parsed<Opened<AtscDCCT>>(dcct(0, loop(kGenre)), true).descriptor_positions().empty());
 }
 
+TEST(AtscDCCT, BeginsNoTestInTheLastTwoBytesBeforeTheCrc) {
+  const Bytes one = test_of(0, loop({}));
+  EXPECT_EQ(parsed<AtscDCCT>(dcct(2, joined({one, Bytes(2)}))).tests.size(), 1u);
+  EXPECT_EQ(failure_of<AtscDCCT>(dcct(2, joined({one, Bytes(3)}))), kTestMismatch);
+}
+
 TEST(AtscDCCT, StopsAtTheSectionsEndWhateverItsCounts) {
   AtscDCCT tests;
   const Bytes zeros = with_length(dcct(255, {}), 4095);
@@ -510,6 +521,12 @@ TEST(AtscDCCSCT, SeeksItsDescriptorsAtByteElevenWhereverTheUpdatesEnd) {
   EXPECT_TRUE(parsed<Opened<AtscDCCSCT>>(dccsct(0, joined({length_of(3), Bytes(7), kGenre})), true)
                   .descriptor_positions()
                   .empty());
+}
+
+TEST(AtscDCCSCT, BeginsNoUpdateInTheLastTwoBytesBeforeTheCrc) {
+  const Bytes one = update(0, Bytes(5), {});
+  EXPECT_EQ(parsed<AtscDCCSCT>(dccsct(2, joined({one, Bytes(2)}))).updates.size(), 1u);
+  EXPECT_EQ(failure_of<AtscDCCSCT>(dccsct(2, joined({one, Bytes{0, 255, 0}}))), kUpdateMismatch);
 }
 
 TEST(AtscDCCSCT, NeedsElevenBytesOfBodyAndCrc) {
