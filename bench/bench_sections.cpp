@@ -21,7 +21,7 @@ const bench::Stream& small_mux() {
 }
 
 void count_packets(benchmark::State& state) {
-  state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * small_mux().holds.packets));
+  state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(small_mux().holds.packets));
 }
 
 void push_packets(benchmark::State& state) {
@@ -141,7 +141,7 @@ void parse(benchmark::State& state) {
     benchmark::DoNotOptimize(table);
   }
   state.SetItemsProcessed(state.iterations());
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes.size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes.size()));
 }
 
 template <class Section>

@@ -11,7 +11,7 @@ Bytes bits(std::initializer_list<Field> fields) {
   for (const Field& field : fields)
     for (int i = field.width - 1; i >= 0; --i, ++filled) {
       if (filled % 8 == 0) out.push_back(0);
-      out.back() = static_cast<uint8_t>(out.back() << 1 | (field.value >> i & 1));
+      out.back() = static_cast<uint8_t>(out.back() << 1 | static_cast<int>(field.value >> i & 1));
     }
   if (filled % 8 != 0) std::abort();
   return out;
