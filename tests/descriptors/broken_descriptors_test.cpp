@@ -143,6 +143,14 @@ TEST(BrokenDescriptors, AreAllToldByATolerantTable) {
   EXPECT_EQ(table.get_general_descriptors().size(), 2u);
   EXPECT_EQ(table.get_stream_infos().at(1).get_general_descriptors().size(), 1u);
 
+  // They are added up until the table is reset, which leaves it tolerant.
+  table.Parse(section.data(), false);
+  EXPECT_EQ(table.get_descriptor_failures().size(), 8u);
+  table.reset();
+  EXPECT_TRUE(table.get_descriptor_failures().empty());
+  EXPECT_EQ(failure_of_parse(section, table), "nothing");
+  EXPECT_EQ(table.get_descriptor_failures().size(), 4u);
+
   table.set_tolerant(false);
   EXPECT_EQ(failure_of_parse(section, table), "0: ");
 }

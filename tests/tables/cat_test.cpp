@@ -75,6 +75,13 @@ TEST(Cat, HasItsFaces) {
   expect_faces<Cat>(kSection, kReport, kXml);
 }
 
+TEST(Cat, LeavesTheStreamInHexadecimal) {
+  std::ostringstream stream;
+  parsed_table<Cat>(kSection).dump_state(stream);
+  EXPECT_EQ(stream.flags() & std::ios::basefield, std::ios::hex);
+  EXPECT_EQ(stream.fill(), '0');
+}
+
 TEST(Cat, ReadsItsDescriptors) {
   const auto table = parsed_table<Cat>(kSection);
   EXPECT_STREQ(table.get_table_id_text(), "conditional_access_section");

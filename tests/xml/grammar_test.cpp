@@ -96,12 +96,6 @@ std::string body_of(const std::string& xml) {
   return xml.substr(xml.find('"', at) + 1);
 }
 
-std::string lines(const std::vector<std::string>& steps) {
-  std::string out;
-  for (const std::string& step : steps) out += step + "\n";
-  return out;
-}
-
 }  // namespace
 
 TYPED_TEST(Grammar, SavesATableThatWasNeverParsed) {
@@ -227,6 +221,12 @@ struct Honoured {
   std::string appended;    // of appendChild
   std::string queried;     // of QueryInterface
 };
+
+std::string lines(const std::vector<std::string>& steps) {
+  std::string out;
+  for (const std::string& step : steps) out += step + "\n";
+  return out;
+}
 
 std::string times(int n, const std::string& text) {
   std::string out;
