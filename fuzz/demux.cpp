@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
+#include <map>
 #include <vector>
 
 #include <quillon/demux/sources.h>
@@ -18,7 +18,8 @@ using Bytes = std::vector<uint8_t>;
 template <class Source>
 class Listener : public Source {
  public:
-  Bytes heard;
+  // By receiver: which of two filters hears a section first is not laid down.
+  std::map<long, Bytes> heard;
 
   void add_handlers(bool restless) {
     restless_ = restless;
@@ -34,19 +35,22 @@ class Listener : public Source {
 
  private:
   void on_psi_section(unsigned long key, int size, uint8_t* section) override {
-    heard.push_back(static_cast<uint8_t>(key));
-    heard.insert(heard.end(), section, section + size);
+    take(static_cast<long>(key), section, size);
     restlessly(static_cast<int>(key) % 4, section[0]);
   }
   void on_psi_section(int pid, int table_id, int, const uint8_t* section) override {
     const int size = ((section[1] & 0x0F) << 8 | section[2]) + 3;
-    heard.push_back(static_cast<uint8_t>(pid));
-    heard.insert(heard.end(), section, section + size);
+    take(-1 - pid, section, size);
     restlessly(pid, table_id);
+  }
+  void take(long receiver, const uint8_t* section, int size) {
+    Bytes& to = heard[receiver];
+    to.insert(to.end(), section, section + size);
+    bytes_ += static_cast<size_t>(size);
   }
   void restlessly(int pid, int table_id) {
     if (!restless_) return;
-    switch (heard.size() % 7) {
+    switch (bytes_ % 7) {
       case 0:
         this->remove_psi_handler(pid, table_id);
         break;
@@ -65,6 +69,7 @@ class Listener : public Source {
   }
 
   bool restless_ = false;
+  size_t bytes_ = 0;
 };
 
 class Pulled : public Demux {

@@ -154,7 +154,7 @@ void repair(Bytes& section) {
   }
   section[2] = static_cast<uint8_t>(section.size() - 3);
   for (size_t i = 1; i <= 4; ++i) section[section.size() - i] = 0;
-  // The residue of a section with zeros in place of its CRC is that CRC, inverted.
+  // section_crc gives the register inverted; CRC_32 is the register itself.
   const uint32_t crc = ~section_crc(section.data(), section.size() - 4);
   for (size_t i = 0; i < 4; ++i) section[section.size() - 4 + i] = static_cast<uint8_t>(crc >> (24 - 8 * i));
 }
