@@ -128,6 +128,18 @@ TEST(PmtATSC, PadsAPidToTwoDigitsAndLetsALongerOneOverrunThem) {
   EXPECT_NE(report(parsed<PmtATSC>(section(body))).find("pcr_pid: 1F05\n"), std::string::npos);
 }
 
+TEST(PmtATSC, PadsItsCrcToEightDigits) {
+  for (int number = 0;; ++number) {
+    const auto pmt = parsed<PmtATSC>(long_section(0x02, program({}), {.extension = number}));
+    if (pmt.get_crc32() >> 24 != 0) continue;
+    std::ostringstream line;
+    line << "\ncrc32: 00" << std::hex << std::uppercase << pmt.get_crc32() << "\n";
+    const std::string text = report(pmt);
+    EXPECT_EQ(text.substr(text.size() - line.str().size()), line.str());
+    break;
+  }
+}
+
 TEST(PmtATSC, PutsTheFlagsAndTheWidthOfTheStreamBack) {
   std::ostringstream stream;
   stream << std::left << std::dec;
@@ -210,6 +222,10 @@ TEST(PmtATSC, LetsADescriptorRunOverTheLoopOfItsStream) {
   ASSERT_EQ(first.get_atsc_genre_descriptor().size(), 1u);
   EXPECT_EQ(first.get_atsc_genre_descriptor()[0].attribute_count, 15);
   EXPECT_EQ(pmt.get_pmt_stream_info()[1].stream_type, 0x0F);
+  // One byte is a descriptor too.
+  const auto tag_alone = parsed<PmtATSC>(section(joined({program({}), stream({0xAB}), next})));
+  ASSERT_EQ(tag_alone.get_pmt_stream_info().size(), 2u);
+  EXPECT_EQ(tag_alone.get_pmt_stream_info()[0].get_atsc_genre_descriptor().size(), 1u);
 }
 
 TEST(PmtATSC, ReadsAStreamFromItsBytes) {
