@@ -9,6 +9,9 @@
 #include <sstream>
 
 #include <quillon/quillon.h>
+#include <quillon/sections/crc.h>
+#include <quillon/xml/dom.h>
+#include <quillon/xml/ref.h>
 
 namespace {
 
@@ -203,15 +206,72 @@ BENCHMARK(parse<EttSection>);
 BENCHMARK(report<MgtSection>);
 BENCHMARK(report<TvctSection>);
 
+// A section of a growing size, descriptor by descriptor: cost per byte stays the same.
+Bytes sized_section(size_t size) {
+  Bytes body = {0x00, 0x01, 0x23, 0x3A, 0x00, 0x50, 0x00, 0x01, 0xED,
+                0x04, 0x12, 0x30, 0x00, 0x01, 0x00, 0x00, 0x80, 0x00};
+  const size_t loop = body.size();
+  while (body.size() + 14 + 12 <= size)  // with the section's header and CRC
+    body.insert(body.end(), {0x4D, 10, 'e', 'n', 'g', 5, 'q', 'u', 'i', 'l', 'l', 0});
+  const size_t length = body.size() - loop;
+  body[loop - 2] = static_cast<uint8_t>(0x80 | length >> 8);
+  body[loop - 1] = static_cast<uint8_t>(length);
+  return test::long_section(0x50, body);
+}
+
+void parse_sized(benchmark::State& state) {
+  const Bytes bytes = sized_section(static_cast<size_t>(state.range(0)));
+  for (auto _ : state) {
+    Eit table;
+    table.Parse(bytes.data(), bytes.size(), false);
+    benchmark::DoNotOptimize(table);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(parse_sized)->RangeMultiplier(2)->Range(64, 4096);
+
+void check_sized(benchmark::State& state) {
+  const Bytes bytes = sized_section(static_cast<size_t>(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(section_crc(bytes.data(), bytes.size()));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(check_sized)->RangeMultiplier(2)->Range(64, 4096);
+
 // Documents of a growing number of elements: cost per element stays the same.
-void load_document(benchmark::State& state) {
+std::string document_of(int64_t elements) {
   std::string text = "<transport_stream>";
-  for (int64_t i = 0; i < state.range(0); ++i) text += "<program_info sid=\"1\" pmtpid=\"256\"/>";
-  text += "</transport_stream>";
+  for (int64_t i = 0; i < elements; ++i) text += "<program_info sid=\"1\" pmtpid=\"256\"/>";
+  return text + "</transport_stream>";
+}
+
+void load_document(benchmark::State& state) {
+  const std::string text = document_of(state.range(0));
   for (auto _ : state) benchmark::DoNotOptimize(xml::Document::from_text(text));
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(load_document)->RangeMultiplier(10)->Range(10, 100000);
+
+void save_document(benchmark::State& state) {
+  const xml::Document document = xml::Document::from_text(document_of(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(document.to_text());
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(save_document)->RangeMultiplier(10)->Range(10, 100000);
+
+void walk_document(benchmark::State& state) {
+  const xml::Document document = xml::Document::from_text(document_of(state.range(0)));
+  xml::Ref<IXMLDOMNodeList> list;
+  static_cast<IXMLDOMNode*>(document.root())->get_childNodes(list.out());
+  for (auto _ : state) {
+    for (long i = 0; i < state.range(0); ++i) {
+      xml::Ref<IXMLDOMNode> item;
+      list->get_item(i, item.out());
+      benchmark::DoNotOptimize(item.get());
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(walk_document)->RangeMultiplier(10)->Range(10, 100000);
 
 }  // namespace
 

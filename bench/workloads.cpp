@@ -1,12 +1,13 @@
 #include "bench/workloads.h"
 
+#include "bench/tables.h"
+
 #include <algorithm>
 #include <boost/crc.hpp>
 #include <cstring>
 #include <sstream>
 #include <type_traits>
 
-#include <quillon/quillon.h>
 #include <quillon/sections/crc.h>
 
 namespace quillon::bench {
@@ -115,18 +116,7 @@ class Parser : public DemuxPush {
  private:
   using DemuxPush::on_psi_section;
   void on_psi_section(int, int table_id, int, const uint8_t* section) override {
-    switch (table_id) {
-      case 0x00:
-        return take<Pat>(section);
-      case 0x02:
-        return take<PmtDVB>(section);
-      case 0x40:
-        return take<Nit>(section);
-      case 0x42:
-        return take<Sdt>(section);
-      default:
-        return take<Eit>(section);
-    }
+    with_class_of(table_id, [&](auto table) { take<typename decltype(table)::type>(section); });
   }
 
   template <class Table>

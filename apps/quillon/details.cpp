@@ -7,6 +7,7 @@
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/atsc_loop.h>
 #include <quillon/fields/multiple_string.h>
+#include <quillon/platform/utf8.h>
 
 namespace quillon::app {
 
@@ -230,10 +231,10 @@ void print(Details& out, const std::vector<Descriptor>& descriptors) {
 }  // namespace
 
 std::string shown(const char* ansi) {
-  return printable(utf8(std::string_view(ansi)));
+  return printable(utf8(ansi));
 }
 std::string shown(const wide_string& text) {
-  return printable(utf8(text.data(), text.size()));
+  return printable(platform::to_utf8(text));
 }
 
 std::string coded(int code, const char* text) {

@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include <quillon/platform/code_page.h>
+#include <quillon/platform/utf8.h>
 #include <quillon/report/registries.h>
 
 namespace quillon::app {
@@ -52,7 +53,7 @@ std::optional<uint32_t> number(std::string_view text) {
 std::string utf8_name(const char* name) {
   wide_string wide;
   platform::decode(1252, name, wide);
-  return utf8(wide.data(), wide.size());
+  return platform::to_utf8(wide);
 }
 
 int complain(const std::string& text) {

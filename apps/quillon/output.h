@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -8,8 +7,6 @@ namespace quillon::app {
 
 // UTF-8 from the ANSI code page, in which the library keeps its narrow text.
 std::string utf8(std::string_view ansi);
-// UTF-8 from UTF-16.
-std::string utf8(const uint16_t* text, size_t units);
 
 // "0x0012"
 std::string hex(unsigned value, int digits);

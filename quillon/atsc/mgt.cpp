@@ -1,13 +1,13 @@
 #include <ostream>
 
 #include <quillon/atsc/mgt.h>
-#include <quillon/report/dump.h>
+#include <quillon/report/line.h>
 
 namespace quillon {
 
 namespace {
 
-constexpr const char* kMismatch = "AtscMGT: descriptor start end mismatch";
+constexpr const char* kMgtMismatch = "AtscMGT: descriptor start end mismatch";
 
 constexpr const char* kReserved = "[Reserved for future ATSC use]";
 
@@ -49,7 +49,8 @@ void AtscMGT::_parse(ByteView body, bool keep_raw) {
     return length;
   });
   descriptors_length = body.bits(pos, 3, 12);
-  if (!walk_descriptors(body, pos + 2, body_size(), {body, positions_if(keep_raw)})) throw error(kMismatch);
+  if (!walk_descriptors(body, pos + 2, body_size(), {body, positions_if(keep_raw)}))
+    throw error(kMgtMismatch);
 }
 
 AtscMGT::Table::Table(ByteView data, int& length, bool, ByteView)
@@ -59,7 +60,7 @@ AtscMGT::Table::Table(ByteView data, int& length, bool, ByteView)
       number_bytes(static_cast<int>((static_cast<uint32_t>(data.u16(5)) << 16) + data[7] * 100u + data[8])),
       table_type_descriptors_length(data.bits(9, 3, 12)) {
   length = 11 + table_type_descriptors_length;
-  if (!walk_descriptors(data, 11, length, {data})) throw error(kMismatch);
+  if (!walk_descriptors(data, 11, length, {data})) throw error(kMgtMismatch);
 }
 
 const char* AtscMGT::Table::get_table_type_text(int table_type) {

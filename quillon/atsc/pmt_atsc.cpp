@@ -9,19 +9,19 @@ namespace quillon {
 
 namespace {
 
-constexpr const char* kMismatch = "descriptor start end mismatch";
+constexpr const char* kAtscPmtMismatch = "descriptor start end mismatch";
 
 }  // namespace
 
 void PmtATSC::_parse(ByteView body, bool keep_raw) {
   pcr_pid = body.bits(0, 4, 13);
   const int program_end = 4 + body.bits(2, 3, 12);
-  if (!walk_descriptors(body, 4, program_end, {body, positions_if(keep_raw)})) throw error(kMismatch);
+  if (!walk_descriptors(body, 4, program_end, {body, positions_if(keep_raw)})) throw error(kAtscPmtMismatch);
   const bool whole = walk(body, program_end, body_size(), [&](ByteView row, int length) {
     streams_.emplace_back(row, length, keep_raw, body);
     return length;
   });
-  if (!whole) throw error(kMismatch);
+  if (!whole) throw error(kAtscPmtMismatch);
 }
 
 PmtATSC::ElementaryStream::ElementaryStream(_PMT_INFO* info, int& length, bool keep_raw, const uint8_t* body)

@@ -1,5 +1,5 @@
 #include <quillon/atsc/stt.h>
-#include <quillon/report/dump.h>
+#include <quillon/report/line.h>
 
 namespace quillon {
 

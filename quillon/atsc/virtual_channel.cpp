@@ -1,6 +1,6 @@
 #include <quillon/atsc/virtual_channel.h>
 #include <quillon/descriptors/code_text.h>
-#include <quillon/report/dump.h>
+#include <quillon/report/line.h>
 
 namespace quillon::detail {
 

@@ -35,34 +35,27 @@ class Demux::PacketScope {
   Demux& demux_;
 };
 
-Demux::TSHeader::TSHeader(const uint8_t* packet)
-    : transport_error_indicator_(packet[1] >> 7),
-      payload_unit_start_indicator_(packet[1] >> 6 & 1),
-      transport_priority_(packet[1] >> 5 & 1),
-      pid_((packet[1] & 0x1F) << 8 | packet[2]),
-      transport_scrambling_control_(packet[3] >> 6),
-      adaption_field_control_(packet[3] >> 4 & 3),
-      continuity_counter_(packet[3] & 0x0F) {
-  if (packet[0] != sync_byte) throw error("TS syncbyte expected");
+void Demux::TSHeader::no_sync_byte() {
+  throw error("TS syncbyte expected");
 }
 
 void Demux::TSHeader::dump_state(std::ostream& stream) const {
-  stream << "tei: " << transport_error_indicator_ << " pusi: " << payload_unit_start_indicator_
-         << " tp: " << transport_priority_ << std::hex << " pid: " << pid_
-         << " tsc: " << transport_scrambling_control_ << " afc: " << adaption_field_control_
-         << " cc: " << continuity_counter_ << std::endl;
+  stream << "tei: " << get_transport_error_indicator() << " pusi: " << get_payload_unit_start_indicator()
+         << " tp: " << get_transport_priority() << std::hex << " pid: " << get_pid()
+         << " tsc: " << get_transport_scrambling_control() << " afc: " << get_adaption_field_control()
+         << " cc: " << get_continuity_counter() << std::endl;
 }
 
 void Demux::SectionBuffer::begin(const uint8_t* data, int length) {
   size_ = std::min(length, capacity);
-  std::memcpy(bytes_, data, static_cast<size_t>(size_));
+  std::copy_n(data, size_, bytes_);
   started_ = true;
 }
 
 bool Demux::SectionBuffer::append(const uint8_t* data, int length) {
   if (!started_ || size_ < 1) return false;
   const int taken = std::min(length, capacity - size_);
-  std::memcpy(bytes_ + size_, data, static_cast<size_t>(taken));
+  std::copy_n(data, taken, bytes_ + size_);
   size_ += taken;
   return true;
 }
@@ -115,7 +108,10 @@ void Demux::PidHandler::AddPsiHandler(const uint8_t* data, const uint8_t* mask, 
   if (log_wants(3))
     log_write(3, "Demux::PidHandler::AddPsiHandler(%#x,%#x,%d,%#x)", low_bits(data), low_bits(mask), length,
               static_cast<unsigned>(key));
-  filter_handlers_.insert(new PSIFilterHandler(demux_, data, mask, length, key));
+  auto handler = std::make_unique<PSIFilterHandler>(demux_, data, mask, length, key);
+  handler->number_ = filters_made_++;
+  filter_handlers_.insert(handler.get());
+  handler.release();
 }
 
 void Demux::PidHandler::RemovePsiHandler(int table_id) {
@@ -181,9 +177,11 @@ void Demux::PidHandler::feed_start(const TSHeader& header, const uint8_t* data, 
 
 void Demux::PidHandler::feed_filters(const TSHeader& header, bool start, const uint8_t* data, int length) {
   if (log_wants(3)) log_write(3, "checking %d psifilter handlers", static_cast<int>(filter_handlers_.size()));
+  // One that a hook adds meanwhile waits for the next: a hook that adds one each time would never end.
+  const size_t made = filters_made_;
   for (PSIFilterHandler* handler : filter_handlers_) {
     if (removed_) return;
-    handler->parse(header, start, data, length);
+    if (handler->number_ < made) handler->parse(header, start, data, length);
   }
 }
 

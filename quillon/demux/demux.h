@@ -28,26 +28,24 @@ class QUILLON_API Demux {
   class QUILLON_API TSHeader {
    public:
     // Throws error("TS syncbyte expected") unless the packet begins with 0x47.
-    explicit TSHeader(const uint8_t* packet);
+    explicit TSHeader(const uint8_t* packet) : bytes_{packet[1], packet[2], packet[3]} {
+      if (packet[0] != sync_byte) no_sync_byte();
+    }
 
-    int get_transport_error_indicator() const { return transport_error_indicator_; }
-    int get_payload_unit_start_indicator() const { return payload_unit_start_indicator_; }
-    int get_transport_priority() const { return transport_priority_; }
-    int get_pid() const { return pid_; }
-    int get_transport_scrambling_control() const { return transport_scrambling_control_; }
-    int get_adaption_field_control() const { return adaption_field_control_; }
-    int get_continuity_counter() const { return continuity_counter_; }
+    int get_transport_error_indicator() const { return bytes_[0] >> 7; }
+    int get_payload_unit_start_indicator() const { return bytes_[0] >> 6 & 1; }
+    int get_transport_priority() const { return bytes_[0] >> 5 & 1; }
+    int get_pid() const { return (bytes_[0] & 0x1F) << 8 | bytes_[1]; }
+    int get_transport_scrambling_control() const { return bytes_[2] >> 6; }
+    int get_adaption_field_control() const { return bytes_[2] >> 4 & 3; }
+    int get_continuity_counter() const { return bytes_[2] & 0x0F; }
 
     void dump_state(std::ostream& stream) const;
 
    private:
-    int transport_error_indicator_;
-    int payload_unit_start_indicator_;
-    int transport_priority_;
-    int pid_;
-    int transport_scrambling_control_;
-    int adaption_field_control_;
-    int continuity_counter_;
+    [[noreturn]] static void no_sync_byte();
+
+    uint8_t bytes_[3];  // behind the sync byte
   };
 
   // Measures an adaptation field: `length` becomes its bytes, the length byte included.
@@ -124,6 +122,8 @@ class QUILLON_API Demux {
     void parse(const TSHeader& header, bool start, const uint8_t* data, int length) override;
 
    private:
+    friend class PidHandler;
+
     bool filter_match() const;
 
     Demux& demux_;
@@ -131,6 +131,7 @@ class QUILLON_API Demux {
     const uint8_t* data_;
     int length_;
     unsigned long key_;
+    size_t number_ = 0;  // among those that its PID was ever given
     SectionBuffer buffer_;
   };
 
@@ -162,6 +163,7 @@ class QUILLON_API Demux {
 
     std::map<int, PSIHandler*> psi_handlers_;
     std::set<PSIFilterHandler*> filter_handlers_;
+    size_t filters_made_ = 0;
     Demux& demux_;
     PSIHandler* current_handler_ = nullptr;
     bool removed_ = false;

@@ -5,10 +5,29 @@
 
 namespace quillon {
 
+namespace {
+
+// How far ahead of the packet that is served headers are fetched from memory, and how far the rest of packets
+// that go on to a handler. Both were measured.
+constexpr int kHeadersAhead = 24 * Demux::packet_size;
+constexpr int kPayloadsAhead = 8 * Demux::packet_size;
+constexpr int kCacheLine = 64;
+
+}  // namespace
+
 bool DemuxIstream::read_buf(uint8_t* buffer, int size, int& bytes_read) {
   stream_.read(reinterpret_cast<char*>(buffer), size);
   bytes_read = static_cast<int>(stream_.gcount());
   return stream_.good();
+}
+
+void DemuxPush::fetch(const uint8_t* packet, int left) const {
+  if (left <= kHeadersAhead) return;
+  __builtin_prefetch(packet + kHeadersAhead);
+  const uint8_t* const next = packet + kPayloadsAhead;
+  if (!find((next[1] & 0x1F) << 8 | next[2])) return;
+  __builtin_prefetch(next + kCacheLine);
+  __builtin_prefetch(next + 2 * kCacheLine);
 }
 
 int DemuxPush::push_data(uint8_t* data, int length) {
@@ -18,6 +37,7 @@ int DemuxPush::push_data(uint8_t* data, int length) {
   }
   for (int at = 0; at < length; at += packet_size) {
     const uint8_t* const packet = data + at;
+    fetch(packet, length - at);
     if (packet[0] != sync_byte) {
       log_write(1, "TS sync byte not found: %02X", packet[0]);
       return 2;

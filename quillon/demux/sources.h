@@ -27,6 +27,8 @@ class QUILLON_API DemuxPush : public Demux {
 
  private:
   bool read_buf(uint8_t*, int, int&) override { return false; }
+  // Has packets behind this one fetched from memory; `left` bytes are there from it on.
+  void fetch(const uint8_t* packet, int left) const;
 };
 
 // Reads one packet a PID in turn, from a device that delivers each PID apart. No PID may be added while start

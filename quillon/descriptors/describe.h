@@ -23,6 +23,7 @@
 #include <quillon/fields/identifier.h>
 #include <quillon/fields/time.h>
 #include <quillon/report/dump.h>
+#include <quillon/report/line.h>
 #include <quillon/xml/grammar.h>
 
 namespace quillon::faces {
@@ -41,10 +42,11 @@ class Dump {
   }
   template <class Value>
   void field(const char* name, const Value& value) {
-    report::line(stream_, label(name).c_str(), printed(value));
+    report::Line line(stream_);
+    line.label(before_, name, after_).add(printed(value)).end();
   }
-  void field(const char* name, const DateTime& value) { stream_ << label(name) << value << std::endl; }
-  void field(const char* name, const Duration& value) { stream_ << label(name) << value << std::endl; }
+  void field(const char* name, const DateTime& value) { time_field(name, value); }
+  void field(const char* name, const Duration& value) { time_field(name, value); }
   template <class Value>
   void bytes(const char*, const Value&) {}
   void block(const char* name, const std::vector<uint8_t>& bytes) {
@@ -69,7 +71,10 @@ class Dump {
   std::ostream& stream() { return stream_; }
 
  private:
-  std::string label(const char* name) const { return std::string(before_).append(name).append(after_); }
+  template <class Time>
+  void time_field(const char* name, const Time& value) {
+    stream_ << std::string(before_).append(name).append(after_) << value << std::endl;
+  }
   template <class Value>
   void dump_of(const Value& value) {
     if constexpr (requires { value.dump_state(stream_); })

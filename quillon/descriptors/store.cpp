@@ -5,10 +5,11 @@
 
 namespace quillon::detail {
 
-void* DescriptorStore::vector_of(const Kind& kind, size_t room) {
-  for (Slot& slot : slots_)
-    if (slot.kind == &kind) return slot.vector;
-  return slots_.emplace_back(kind, room).vector;
+size_t DescriptorStore::place_of(const Kind& kind, size_t room) {
+  for (size_t i = 0; i < slots_.size(); ++i)
+    if (slots_[i].kind == &kind) return i;
+  slots_.emplace_back(kind, room);
+  return slots_.size() - 1;
 }
 
 void DescriptorStore::clear(const Kind& kind) {
@@ -16,19 +17,17 @@ void DescriptorStore::clear(const Kind& kind) {
 }
 
 void DescriptorStore::parse(const Family& family, ByteView descriptor, const LoopContext& context) {
-  parse(family, descriptor, context, 1);
+  parse(family, descriptor, context, place_of(family.kind_for_tag(descriptor[0]), 1));
 }
 
 void DescriptorStore::parse(const Family& family, ByteView descriptor, const LoopContext& context,
-                            size_t room) {
-  const Kind& kind = family.kinds[family.kind_of_tag[descriptor[0]]];
-  void* const vector = vector_of(kind, room);
-  if (!context.failures && !family.catches_failures) return kind.ops->append_parsed(vector, descriptor);
+                            size_t place) {
+  const auto append_to = [&](Slot& slot) { slot.kind->ops->append_parsed(slot.vector, descriptor); };
+  if (!context.failures && !family.catches_failures) return append_to(slots_[place]);
   try {
-    kind.ops->append_parsed(vector, descriptor);
+    append_to(slots_[place]);
   } catch (const error& failure) {
-    const Kind& general = family.kinds[family.general];
-    general.ops->append_parsed(vector_of(general, 1), descriptor);
+    append_to(slots_[place_of(family.general_kind(), 1)]);
     if (context.failures)
       context.failures->push_back({descriptor[0], static_cast<int>(descriptor.offset_from(context.body)),
                                    failure.what(), failure.get_code()});
@@ -38,18 +37,30 @@ void DescriptorStore::parse(const Family& family, ByteView descriptor, const Loo
 bool DescriptorStore::walk(const Family& family, ByteView view, int begin, int end,
                            const LoopContext& context) {
   // Counted first, so that each vector is made once and in its full size.
-  std::array<uint16_t, Family::max_kinds> count{};
-  size_t new_kinds = 0;
+  struct Found {
+    uint8_t kind;
+    uint16_t count;
+    size_t place;
+  };
+  std::array<Found, Family::max_kinds> found;
+  std::array<uint8_t, Family::max_kinds> found_as{};  // by kind, from 1
+  size_t kinds = 0;
   quillon::walk(view, begin, end, [&](ByteView descriptor, int) {
-    const uint8_t kind = family.kind_of_tag[descriptor[0]];
-    if (count[kind]++ == 0 && !find(family.kinds[kind])) ++new_kinds;
+    uint8_t& as = found_as[family.kind_of_tag[descriptor[0]]];
+    if (as == 0) {
+      found[kinds] = {family.kind_of_tag[descriptor[0]], 0, 0};
+      as = static_cast<uint8_t>(++kinds);
+    }
+    ++found[as - size_t{1}].count;
     return descriptor[1] + 2;
   });
-  slots_.reserve(slots_.size() + new_kinds);
+  slots_.reserve(slots_.size() + kinds);
+  for (size_t i = 0; i < kinds; ++i) found[i].place = place_of(family.kinds[found[i].kind], found[i].count);
   return quillon::walk(view, begin, end, [&](ByteView descriptor, int) {
     if (context.positions)
       context.positions->push_back(static_cast<int>(descriptor.offset_from(context.body)));
-    parse(family, descriptor, context, count[family.kind_of_tag[descriptor[0]]]);
+    const uint8_t as = found_as[family.kind_of_tag[descriptor[0]]];
+    parse(family, descriptor, context, found[as - size_t{1}].place);
     return descriptor[1] + 2;
   });
 }
@@ -77,9 +88,8 @@ bool DescriptorStore::save(const Family& family, void* document, void* parent) c
     for (const Slot* slot : in_saving_order(family)) {
       if (!slot) break;
       const Kind& kind = *slot->kind;
-      const XmlName name(kind.saved);
       for (size_t i = 0; i < kind.ops->size(slot->vector); ++i) {
-        const xml::Ref<IXMLDOMElement> element = xml::create_element(dom, name);
+        const xml::Ref<IXMLDOMElement> element = xml::create_element(dom, kind.saved);
         if (!element) continue;
         kind.ops->at(slot->vector, i).SaveSection(document, element.get());
         list->appendChild(element.get(), nullptr);
@@ -105,7 +115,7 @@ bool DescriptorStore::load(const Family& family, void* node) {
       const std::string_view loaded = kind.loaded ? kind.loaded : "";
       if (loaded.size() != wanted.size() || !std::equal(loaded.begin(), loaded.end(), wanted.begin()))
         continue;
-      kind.ops->append_loaded(vector_of(kind, 1), item);
+      kind.ops->append_loaded(slots_[place_of(kind, 1)].vector, item);
       break;
     }
   });

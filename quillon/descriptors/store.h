@@ -130,9 +130,10 @@ class QUILLON_API DescriptorStore {
   }
   // The slots that are saved, in their order; null behind the last.
   std::array<const Slot*, Family::max_kinds + 1> in_saving_order(const Family& family) const;
-  // The vector of a kind, made with that room if it is not there.
-  void* vector_of(const Kind& kind, size_t room);
-  void parse(const Family& family, ByteView descriptor, const LoopContext& context, size_t room);
+  // The place of a kind's slot, made with that room if it is not there.
+  size_t place_of(const Kind& kind, size_t room);
+  // Reads one descriptor into the slot at `place`.
+  void parse(const Family& family, ByteView descriptor, const LoopContext& context, size_t place);
 
   std::vector<Slot> slots_;
 };

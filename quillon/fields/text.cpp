@@ -2,17 +2,6 @@
 
 namespace quillon {
 
-namespace {
-
-// No NUL, and nothing from 0x80 up.
-bool is_ascii(std::string_view text) {
-  unsigned seen = 0;
-  for (const char c : text) seen |= static_cast<unsigned char>(c) | (static_cast<unsigned char>(c) - 1u);
-  return (seen & 0x80) == 0;
-}
-
-}  // namespace
-
 bool Text::is_char_table(uint8_t byte) {
   return byte <= 0x06 || byte == 0x0F || byte == 0x10 || byte == 0x11 || byte == 0x12 || byte == 0x1F;
 }
@@ -37,47 +26,62 @@ void Text::parse(int length, ByteView bytes) {
     selection = static_cast<uint8_t>(text[0]);
     text.remove_prefix(1);
   }
-  widen();
-  if (narrow_.empty() && wide_.empty() && is_ascii(text)) {
+  const unsigned ansi_page = get_ansi_code_page();
+  if (narrow_.empty() && !wide_) {
     narrow_ = text;
-    widening_due_ = true;
+    ascii_ = platform::is_ascii(text);
+    undecoded_ = !ascii_;
+    selection_ = selection;
+    ansi_page_ = static_cast<uint16_t>(ansi_page);
     return;
   }
+  wide_string& units = wide();
   narrow_.append(text);
-  ansi_to_wide(selection, narrow_, wide_);
-  wide_to_ansi(wide_, narrow_);
+  ansi_to_wide(selection, ansi_page, narrow_, units);
+  wide_to_ansi(ansi_page, units, narrow_);
+  ascii_ = false;
+}
+
+void Text::decode() const {
+  undecoded_ = false;
+  wide_.emplace();
+  ansi_to_wide(selection_, ansi_page_, narrow_, *wide_);
+  wide_to_ansi(ansi_page_, *wide_, narrow_);
 }
 
 void Text::set_textA(uint8_t char_set, const char* text) {
-  widen();
+  wide_string& units = wide();
   narrow_ = text;
   char_set_ = char_set;
-  ansi_to_wide(char_set, narrow_, wide_);
+  ansi_to_wide(char_set, get_ansi_code_page(), narrow_, units);
+  ascii_ = false;
 }
 
 void Text::set_textW(uint8_t char_set, const uint16_t* text) {
-  wide_ = text;
-  widening_due_ = false;
-  char_set_ = char_set;
-  wide_to_ansi(wide_, narrow_);
+  set_units(char_set, wide_string(text));
 }
 
 void Text::set_textW(uint8_t char_set, const char16_t* text) {
   const std::u16string_view units(text);
-  wide_.assign(units.begin(), units.end());
-  widening_due_ = false;
-  char_set_ = char_set;
-  wide_to_ansi(wide_, narrow_);
+  set_units(char_set, wide_string(units.begin(), units.end()));
 }
 
-void Text::ansi_to_wide(uint8_t char_set, std::string_view in, wide_string& out) {
+void Text::set_units(uint8_t char_set, wide_string units) {
+  if (undecoded_) decode();
+  wide_.emplace(std::move(units));
+  char_set_ = char_set;
+  wide_to_ansi(get_ansi_code_page(), *wide_, narrow_);
+  ascii_ = false;
+}
+
+void Text::ansi_to_wide(uint8_t char_set, unsigned ansi_page, std::string_view in, wide_string& out) {
   in = in.substr(0, in.find('\0'));
   const unsigned page = char_set_to_codepage(char_set);
-  if (!platform::decode(page, in, out) && page != 0) platform::decode(0, in, out);
+  if (page == 0 || !platform::decode(page, in, out)) platform::decode(ansi_page, in, out);
 }
 
-void Text::wide_to_ansi(wide_view in, std::string& out) {
-  platform::encode(0, in, out);
+void Text::wide_to_ansi(unsigned ansi_page, wide_view in, std::string& out) {
+  platform::encode(ansi_page, in, out);
 }
 
 }  // namespace quillon

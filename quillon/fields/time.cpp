@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include <quillon/fields/time.h>
+#include <quillon/report/line.h>
 
 namespace quillon {
 
@@ -25,11 +26,14 @@ std::string spaced(std::initializer_list<int> numbers) {
 }
 
 void put_date(std::ostream& stream, const DateTime& t) {
-  stream << t.day << "/" << t.month << "-" << t.year << " " << t.hour << ":" << t.minute << ":" << t.second;
+  report::Line line(stream);
+  line.add(t.day).add("/").add(t.month).add("-").add(t.year).add(" ");
+  line.add(t.hour).add(":").add(t.minute).add(":").add(t.second).insert();
 }
 
 void put_duration(std::ostream& stream, const Duration& d) {
-  stream << d.get_hours() << ":" << d.get_minutes() << ":" << d.get_seconds();
+  report::Line line(stream);
+  line.add(d.get_hours()).add(":").add(d.get_minutes()).add(":").add(d.get_seconds()).insert();
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,20 @@ namespace platform {
 // it was, where the system does not have the page.
 QUILLON_API bool decode(unsigned page, std::string_view text, wide_string& out);
 QUILLON_API bool encode(unsigned page, wide_view text, std::string& out);
+
+// ASCII stands for itself on every page. No NUL, and nothing from 0x80 up: no byte whose top bit is set, or
+// becomes so when 1 is taken away.
+inline bool is_ascii(std::string_view text) {
+  constexpr uint64_t ones = 0x0101010101010101;
+  uint64_t seen = 0;
+  for (; text.size() >= sizeof seen; text.remove_prefix(sizeof seen)) {
+    uint64_t eight;
+    std::memcpy(&eight, text.data(), sizeof eight);
+    seen |= eight | (eight - ones);
+  }
+  for (const char c : text) seen |= static_cast<unsigned char>(c) | (static_cast<unsigned char>(c) - 1u);
+  return (seen & ones << 7) == 0;
+}
 
 }  // namespace platform
 }  // namespace quillon

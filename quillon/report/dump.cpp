@@ -27,32 +27,4 @@ void dump_block(std::ostream& stream, const uint8_t* data, int size) {
   if (size % kRow != 0) dump_row(stream, data + (full > 0 ? full : 0), size % kRow);
 }
 
-namespace report {
-
-namespace {
-
-template <class Value>
-void put(std::ostream& stream, const char* label, const Value& value) {
-  stream << label << value << std::endl;
-}
-
-}  // namespace
-
-void line(std::ostream& stream, const char* label, int value) {
-  put(stream, label, value);
-}
-void line(std::ostream& stream, const char* label, uint32_t value) {
-  put(stream, label, value);
-}
-void line(std::ostream& stream, const char* label, double value) {
-  put(stream, label, value);
-}
-void line(std::ostream& stream, const char* label, const char* value) {
-  put(stream, label, value);
-}
-void line(std::ostream& stream, const char* label, const std::string& value) {
-  put(stream, label, value);
-}
-
-}  // namespace report
 }  // namespace quillon

@@ -15,13 +15,6 @@ QUILLON_API void dump_block(std::ostream& stream, const uint8_t* data, int size)
 
 namespace report {
 
-// One line: label, value as the stream's own operators print it, end of line.
-void line(std::ostream& stream, const char* label, int value);
-void line(std::ostream& stream, const char* label, uint32_t value);
-void line(std::ostream& stream, const char* label, double value);
-void line(std::ostream& stream, const char* label, const char* value);
-void line(std::ostream& stream, const char* label, const std::string& value);
-
 inline void block(std::ostream& stream, const std::vector<uint8_t>& bytes) {
   dump_block(stream, bytes.data(), static_cast<int>(bytes.size()));
 }

@@ -19,7 +19,7 @@ namespace {
 constexpr unsigned kPage = 1252;
 
 // The ids from `first` to `last` have one name.
-struct Range {
+struct IdRange {
   uint32_t first;
   uint32_t last;
   const char* name;
@@ -27,15 +27,15 @@ struct Range {
 
 // Ranges apart from each other, ascending: the registries give most of their names to whole blocks, so that
 // few ranges stand for thousands of rows.
-using Index = std::vector<Range>;
+using Index = std::vector<IdRange>;
 
 class IndexBuilder {
  public:
   // Takes the ids from whoever had them before.
-  void add(const Range& range) {
+  void add(const IdRange& range) {
     auto at = ranges_.lower_bound(range.first);
     if (at != ranges_.begin()) {
-      const Range before = std::prev(at)->second;
+      const IdRange before = std::prev(at)->second;
       if (before.last >= range.first) std::prev(at)->second.last = range.first - 1;
       if (before.last > range.last) keep_end(before, range.last);
     }
@@ -59,18 +59,18 @@ class IndexBuilder {
   }
 
  private:
-  void keep_end(const Range& range, uint32_t behind) {
-    ranges_.insert_or_assign(behind + 1, Range{behind + 1, range.last, range.name});
+  void keep_end(const IdRange& range, uint32_t behind) {
+    ranges_.insert_or_assign(behind + 1, IdRange{behind + 1, range.last, range.name});
   }
 
-  std::map<uint32_t, Range> ranges_;
+  std::map<uint32_t, IdRange> ranges_;
 };
 
 Index index_of(std::span<const registry_row> rows) {
   IndexBuilder builder;
   for (auto row = rows.begin(); row != rows.end();) {
     const auto first = static_cast<uint32_t>(row->id);
-    Range range{first, first, row->name};
+    IdRange range{first, first, row->name};
     while (++row != rows.end() && row->name == range.name && static_cast<uint32_t>(row->id) == range.last + 1)
       ++range.last;
     builder.add(range);
@@ -80,7 +80,7 @@ Index index_of(std::span<const registry_row> rows) {
 
 const char* find(const Index& index, uint32_t id) {
   const auto behind = std::upper_bound(index.begin(), index.end(), id,
-                                       [](uint32_t i, const Range& range) { return i < range.first; });
+                                       [](uint32_t i, const IdRange& range) { return i < range.first; });
   if (behind == index.begin() || std::prev(behind)->last < id) return nullptr;
   return std::prev(behind)->name;
 }

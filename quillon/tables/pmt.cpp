@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-constexpr const char* kMismatch = "descriptor start end mismatch";
+constexpr const char* kPmtMismatch = "descriptor start end mismatch";
 
 }  // namespace
 
@@ -17,13 +17,13 @@ void PmtDVB::_parse(ByteView body, bool keep_raw) {
   pcr_pid_ = body.bits(0, 4, 13);
   const int program_end = 4 + body.bits(2, 3, 12);
   if (!walk_descriptors(body, 4, program_end, {body, positions_if(keep_raw), tolerance()}))
-    throw error(kMismatch);
+    throw error(kPmtMismatch);
   const bool whole = walk(body, program_end, body_size(), [&](ByteView row, int left) {
     int size = left;
     streams_.emplace_back(row, size, keep_raw, body, tolerance());
     return size;
   });
-  if (!whole) throw error(kMismatch);
+  if (!whole) throw error(kPmtMismatch);
 }
 
 PmtDVB::ElementaryStream::ElementaryStream(_PMT_INFO* info, int& size, bool keep_raw, const uint8_t* body)

@@ -5,18 +5,18 @@ namespace quillon {
 
 namespace {
 
-constexpr int kRow = 9;
+constexpr int kStatusRow = 9;
 
 }  // namespace
 
 void Rst::_parse(ByteView body, bool) {
-  const int rows = get_section_length() / kRow;
-  walk(body, 0, rows * kRow, [this](ByteView row, int left) {
+  const int rows = get_section_length() / kStatusRow;
+  walk(body, 0, rows * kStatusRow, [this](ByteView row, int left) {
     int length = left;
     status_.emplace_back(row, length);
     return length;
   });
-  if (get_section_length() != rows * kRow) throw error("descriptor start end mismatch");
+  if (get_section_length() != rows * kStatusRow) throw error("descriptor start end mismatch");
 }
 
 Rst::Status::Status(ByteView data, int& length)
@@ -25,7 +25,7 @@ Rst::Status::Status(ByteView data, int& length)
       service_id_(data.u16(4)),
       event_id_(data.u16(6)),
       running_status_(data.bits(8, 2, 3)) {
-  length = kRow;
+  length = kStatusRow;
 }
 
 template <class V, class S>

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cstdio>
@@ -5,6 +6,9 @@
 
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/ref.h>
+#if !defined(_WIN32)
+#include <quillon/xml/dom_tree.h>
+#endif
 
 namespace quillon {
 
@@ -20,11 +24,19 @@ BSTR allocated(BSTR text) {
   return text;
 }
 
-VARIANT integer_value(int32_t value) {
+VARIANT to_variant(int32_t value) {
   VARIANT out;
   VariantInit(&out);
   out.vt = VT_I4;
   out.lVal = value;
+  return out;
+}
+
+VARIANT to_variant(double value) {
+  VARIANT out;
+  VariantInit(&out);
+  out.vt = VT_R8;
+  out.dblVal = value;
   return out;
 }
 
@@ -36,58 +48,14 @@ VARIANT text_value(BSTR text) {
   return out;
 }
 
-VARIANT to_variant(int value) {
-  return integer_value(value);
-}
-VARIANT to_variant(unsigned long value) {
-  return integer_value(static_cast<int32_t>(value));
-}
-VARIANT to_variant(unsigned int value) {
-  return integer_value(static_cast<int32_t>(value));
-}
-VARIANT to_variant(unsigned char value) {
-  return integer_value(value);
-}
-VARIANT to_variant(bool value) {
-  return integer_value(value);
-}
-
-VARIANT to_variant(double value) {
-  VARIANT out;
-  VariantInit(&out);
-  out.vt = VT_R8;
-  out.dblVal = value;
-  return out;
-}
-
 VARIANT to_variant(wide_view text) {
   return text_value(SysAllocStringLen(text.data(), static_cast<unsigned>(text.size())));
 }
 
-// Narrow text, up to its first NUL.
-VARIANT to_variant(const char* text) {
-  wide_string wide;
-  platform::decode(0, text, wide);
-  return to_variant(wide_view(wide));
-}
-
-VARIANT hex_variant(const std::string& digits) {
-  VARIANT out = text_value(SysAllocStringLen(nullptr, static_cast<unsigned>(digits.size())));
-  for (size_t i = 0; i < digits.size(); ++i) out.bstrVal[i] = static_cast<unsigned char>(digits[i]);
+VARIANT to_variant(std::string_view ascii) {
+  VARIANT out = text_value(SysAllocStringLen(nullptr, static_cast<unsigned>(ascii.size())));
+  std::copy(ascii.begin(), ascii.end(), out.bstrVal);
   return out;
-}
-
-VARIANT hex_variant(const uint8_t* bytes, int length) {
-  std::string digits;
-  bin2str(bytes, digits, length);
-  return hex_variant(digits);
-}
-
-template <class Vector>
-VARIANT hex_variant(const Vector& values) {
-  std::string digits;
-  bin2str(values, digits);
-  return hex_variant(digits);
 }
 
 // Attaches an attribute with the value, which `finish` then disposes of, whatever came of it.
@@ -106,8 +74,33 @@ long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name
   return element->setAttributeNode(attribute.get(), replaced.out()) < 0 ? E_FAIL : 0;
 }
 
-long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, VARIANT value) {
-  return add(document, element, name, value, clear);
+// A number, UTF-16 or ASCII text. Our own DOM takes it as it is, any other as a VARIANT.
+template <class Value>
+long put(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, Value value) {
+#if !defined(_WIN32)
+  if (xml::TreeElement* const own = xml::TreeElement::from(document, element)) {
+    own->set_attribute(name, value);
+    return 0;
+  }
+#endif
+  return add(document, element, name, to_variant(value), clear);
+}
+
+// Narrow text, up to its first NUL.
+long put_narrow(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, const char* text) {
+  const std::string_view narrow(text);
+  if (platform::is_ascii(narrow)) return put(document, element, name, narrow);
+  wide_string wide;
+  platform::decode(0, narrow, wide);
+  return put(document, element, name, wide_view(wide));
+}
+
+template <class Element>
+long put_hex(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
+             const std::vector<Element>& values) {
+  std::string digits;
+  bin2str(values, digits);
+  return put(document, element, name, std::string_view(digits));
 }
 
 // The value's text as the DOM's support would convert it.
@@ -246,22 +239,20 @@ void integers_of_hex(const std::string& text, std::vector<Element>& out) {
 
 }  // namespace
 
-XmlName::XmlName(const uint16_t* name) {
-  assign(name, wide_traits::length(name));
-}
 XmlName::XmlName(const char16_t* name) {
   assign(name, std::char_traits<char16_t>::length(name));
 }
-XmlName::XmlName(const char* name) {
-  assign(name, std::strlen(name));
-}
 
-XmlName::~XmlName() {
-  if (text_ != place_ + 4) SysFreeString(text_);
+BSTR XmlName::make() const {
+  if (ascii_)
+    assign(ascii_, std::strlen(ascii_));
+  else
+    assign(units_, wide_traits::length(units_));
+  return text_;
 }
 
 template <class Unit>
-void XmlName::assign(const Unit* name, size_t units) {
+void XmlName::assign(const Unit* name, size_t units) const {
   if (units < kRoom) {
     const uint32_t size = static_cast<uint32_t>(units * sizeof(uint16_t));
     text_ = place_ + 4;
@@ -274,35 +265,36 @@ void XmlName::assign(const Unit* name, size_t units) {
 }
 
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const int& value) {
-  return add(d, e, name, to_variant(value));
+  return put(d, e, name, int32_t{value});
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned long& value) {
-  return add(d, e, name, to_variant(value));
+  return put(d, e, name, static_cast<int32_t>(value));
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned int& value) {
-  return add(d, e, name, to_variant(value));
+  return put(d, e, name, static_cast<int32_t>(value));
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned char& value) {
-  return add(d, e, name, to_variant(value));
+  return put(d, e, name, int32_t{value});
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const bool& value) {
-  return add(d, e, name, to_variant(value));
+  return put(d, e, name, int32_t{value});
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const double& value) {
-  return add(d, e, name, to_variant(value));
+  return put(d, e, name, value);
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const std::string& value) {
-  return add(d, e, name, to_variant(value.c_str()));
+  return put_narrow(d, e, name, value.c_str());
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const char* value) {
-  return add(d, e, name, to_variant(value));
+  return put_narrow(d, e, name, value);
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const Text& value) {
-  return add(d, e, name, to_variant(wide_view(value.c_strW())));
+  if (value.is_ascii()) return put(d, e, name, std::string_view(value.get_textA()));
+  return put(d, e, name, wide_view(value.c_strW()));
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
                   const ISO639LanguageCode& value) {
-  return add(d, e, name, to_variant(value.c_strA()));
+  return put_narrow(d, e, name, value.c_strA());
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const MACAddress& value) {
   return AddAttribute(d, e, name, value.get_addr(), MACAddress::size);
@@ -315,18 +307,20 @@ long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, co
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const uint8_t* bytes,
                   int length) {
-  return add(d, e, name, hex_variant(bytes, length));
+  std::string digits;
+  bin2str(bytes, digits, length);
+  return put(d, e, name, std::string_view(digits));
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
                   const std::vector<uint8_t>& value) {
-  return add(d, e, name, hex_variant(value));
+  return put_hex(d, e, name, value);
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const std::vector<int>& value) {
-  return add(d, e, name, hex_variant(value));
+  return put_hex(d, e, name, value);
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
                   const std::vector<unsigned long>& value) {
-  return add(d, e, name, hex_variant(value));
+  return put_hex(d, e, name, value);
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, VARIANT value) {
   return add(d, e, name, value, [](VARIANT&) {});
@@ -390,6 +384,7 @@ long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, std::vecto
 }
 
 void bin2str(const uint8_t* bytes, std::string& out, int length) {
+  if (length > 0) out.reserve(out.size() + static_cast<size_t>(length) * 2);
   for (int i = 0; i < length; ++i) {
     out += kHex[bytes[i] >> 4];
     out += kHex[bytes[i] & 0x0F];

@@ -16,27 +16,40 @@
 
 namespace quillon {
 
-// The name of an element or attribute, from UTF-16 or from an ASCII literal, as the BSTR that the DOM wants.
-// It is put together in place: naming takes no heap.
+// The name of an element or attribute, from UTF-16 or from an ASCII literal that outlives it. The BSTR that a
+// DOM wants is put together when it is first asked for, in place: naming takes no heap.
 class QUILLON_API XmlName {
  public:
-  XmlName(const uint16_t* name);
+  XmlName(const uint16_t* name) : units_(name) {}
   XmlName(const char16_t* name);
-  XmlName(const char* name);
-  ~XmlName();
+  XmlName(const char* name) : ascii_(name) {}
+  // A name that is there, and the same, as long as the program runs: a document need not look at it twice.
+  static XmlName literal(const char* name) { return XmlName(name, true); }
+  ~XmlName() {
+    if (text_ && text_ != place_ + 4) SysFreeString(text_);
+  }
   XmlName(const XmlName&) = delete;
   XmlName& operator=(const XmlName&) = delete;
 
-  BSTR get() const { return text_; }
+  BSTR get() const { return text_ ? text_ : make(); }
+  // Null for a name from UTF-16.
+  const char* ascii() const { return ascii_; }
+  bool is_literal() const { return is_literal_; }
 
  private:
+  XmlName(const char* name, bool is_literal) : ascii_(name), is_literal_(is_literal) {}
+
+  BSTR make() const;
   template <class Unit>
-  void assign(const Unit* name, size_t units);
+  void assign(const Unit* name, size_t units) const;
 
   static constexpr unsigned kRoom = 60;
 
-  alignas(8) uint16_t place_[4 + kRoom];
-  BSTR text_;
+  const char* ascii_ = nullptr;
+  const uint16_t* units_ = nullptr;
+  bool is_literal_ = false;
+  mutable BSTR text_ = nullptr;
+  alignas(8) mutable uint16_t place_[4 + kRoom];
 };
 
 // Writes one value as one attribute of `element`. Numbers stand as signed decimal text (an unsigned value as

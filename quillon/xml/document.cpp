@@ -3,6 +3,8 @@
 #include <pugixml.hpp>
 #include <sstream>
 
+#include <quillon/platform/code_page.h>
+#include <quillon/platform/utf8.h>
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
 #include <quillon/xml/dom_tree.h>
@@ -10,67 +12,6 @@
 namespace quillon::xml {
 
 namespace {
-
-// UTF-16 from UTF-8; what is not UTF-8 becomes U+FFFD.
-wide_string widen(std::string_view text) {
-  wide_string out;
-  out.reserve(text.size());
-  for (size_t i = 0; i < text.size();) {
-    const auto lead = static_cast<unsigned char>(text[i++]);
-    if (lead < 0x80) {
-      out += lead;
-      continue;
-    }
-    const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-    uint32_t code = lead & (0x3Fu >> more);
-    int taken = 0;
-    for (; taken < more && i < text.size() && (text[i] & 0xC0) == 0x80; ++taken)
-      code = code << 6 | (static_cast<unsigned char>(text[i++]) & 0x3Fu);
-    constexpr uint32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
-    const bool good = lead >= 0xC2 && lead <= 0xF4 && taken == more && code >= kLeast[more] &&
-                      code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
-    if (!good) {
-      out += 0xFFFD;
-    } else if (code < 0x10000) {
-      out += static_cast<uint16_t>(code);
-    } else {
-      out += static_cast<uint16_t>(0xD7C0 + (code >> 10));
-      out += static_cast<uint16_t>(0xDC00 + (code & 0x3FF));
-    }
-  }
-  return out;
-}
-
-// UTF-8 from UTF-16; a surrogate without its other half becomes U+FFFD.
-std::string narrow(wide_view text) {
-  std::string out;
-  out.reserve(text.size());
-  const auto put = [&out](uint32_t bits) { out += static_cast<char>(bits); };
-  for (size_t i = 0; i < text.size(); ++i) {
-    uint32_t code = text[i];
-    const bool high = code >= 0xD800 && code <= 0xDBFF;
-    if (high && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF)
-      code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00u);
-    else if (code >= 0xD800 && code <= 0xDFFF)
-      code = 0xFFFD;
-    if (code < 0x80) {
-      put(code);
-    } else if (code < 0x800) {
-      put(0xC0 | code >> 6);
-      put(0x80 | (code & 0x3F));
-    } else if (code < 0x10000) {
-      put(0xE0 | code >> 12);
-      put(0x80 | (code >> 6 & 0x3F));
-      put(0x80 | (code & 0x3F));
-    } else {
-      put(0xF0 | code >> 18);
-      put(0x80 | (code >> 12 & 0x3F));
-      put(0x80 | (code >> 6 & 0x3F));
-      put(0x80 | (code & 0x3F));
-    }
-  }
-  return out;
-}
 
 [[noreturn]] void refuse(std::string_view text, ptrdiff_t offset, const std::string& what) {
   const std::string_view before = text.substr(0, static_cast<size_t>(std::max<ptrdiff_t>(offset, 0)));
@@ -85,8 +26,9 @@ std::string narrow(wide_view text) {
 bool copy_attributes(TreeDocument& tree, TreeElement& to, pugi::xml_node from) {
   std::vector<const Name*> names;
   for (const pugi::xml_attribute attribute : from.attributes()) {
-    TreeAttribute* const made = tree.make_attribute(widen(attribute.name()));
-    made->set_text(widen(attribute.value()));
+    TreeAttribute* const made = tree.make_attribute(tree.intern(platform::to_utf16(attribute.name())));
+    const std::string_view value(attribute.value());
+    platform::is_ascii(value) ? made->set(value) : made->set(platform::to_utf16(value));
     to.add_attribute(made);
     names.push_back(made->name());
   }
@@ -138,7 +80,7 @@ Document Document::from_text(std::string_view utf8) {
   for (pugi::xml_node node = root; node;) {
     TreeElement* made = parent;
     if (node.type() == pugi::node_element) {
-      made = tree.make_element(widen(node.name()));
+      made = tree.make_element(tree.intern(platform::to_utf16(node.name())));
       if (!copy_attributes(tree, *made, node)) refuse(utf8, node.offset_debug(), "an attribute stands twice");
       parent ? parent->add_child(made) : tree.set_root(made);
     }
@@ -170,9 +112,10 @@ std::string Document::to_text() const {
     size_t next_child;
   };
   const auto open = [](const TreeElement* element, pugi::xml_node parent) {
-    pugi::xml_node node = parent.append_child(narrow(element->name()->view()).c_str());
+    pugi::xml_node node = parent.append_child(platform::to_utf8(element->name()->view()).c_str());
     for (const TreeAttribute* a = element->first_attribute(); a; a = TreeElement::next(a))
-      node.append_attribute(narrow(a->name()->view()).c_str()) = narrow(a->text()).c_str();
+      node.append_attribute(platform::to_utf8(a->name()->view()).c_str()) =
+          platform::to_utf8(a->text()).c_str();
     return Step{element, node, 0};
   };
   std::vector<Step> path;
@@ -204,14 +147,14 @@ void* Document::dom() const {
 
 void* Document::create_root(std::string_view name) {
   if (impl_->tree->root()) throw error("the document has a root element");
-  TreeElement* const made = impl_->tree->make_element(widen(name));
+  TreeElement* const made = impl_->tree->make_element(impl_->tree->intern(platform::to_utf16(name)));
   impl_->tree->set_root(made);
   return static_cast<IXMLDOMElement*>(made);
 }
 
 void* Document::append_element(void* parent, std::string_view name) {
   auto* const to = static_cast<TreeElement*>(static_cast<IXMLDOMElement*>(parent));
-  TreeElement* const made = impl_->tree->make_element(widen(name));
+  TreeElement* const made = impl_->tree->make_element(impl_->tree->intern(platform::to_utf16(name)));
   to->add_child(made);
   return static_cast<IXMLDOMElement*>(made);
 }
@@ -233,7 +176,7 @@ std::vector<void*> Document::children(void* node) const {
 std::string Document::name(void* node) const {
   const auto* const element =
       static_cast<TreeElement*>(static_cast<IXMLDOMElement*>(static_cast<IXMLDOMNode*>(node)));
-  return narrow(element->name()->view());
+  return platform::to_utf8(element->name()->view());
 }
 
 }  // namespace quillon::xml

@@ -2,6 +2,8 @@
 #include <charconv>
 #include <cstring>
 #include <new>
+#include <typeinfo>
+#include <utility>
 
 #include <quillon/xml/dom_tree.h>
 
@@ -12,16 +14,11 @@ namespace {
 // Below the size at which a freed block makes the common allocators tidy up.
 constexpr size_t kBlockSize = 32 * 1024;
 
-// Asks a node whether it is one of ours; answered without a reference, and only by the classes below.
-constexpr IID kTreeElement = static_cast<IID>(100);
-constexpr IID kTreeAttribute = static_cast<IID>(101);
-
 // Null for a node of another document, or of another DOM.
 template <class Node>
-Node* own(IXMLDOMNode* node, IID id, const TreeDocument& document) {
-  void* out = nullptr;
-  if (!node || node->QueryInterface(id, &out) != S_OK) return nullptr;
-  Node* const found = static_cast<Node*>(out);
+Node* own(IXMLDOMNode* node, const TreeDocument& document) {
+  if (!node || typeid(*node) != typeid(Node)) return nullptr;
+  Node* const found = static_cast<Node*>(node);
   return &found->document() == &document ? found : nullptr;
 }
 
@@ -37,10 +34,6 @@ HRESULT set_null(VARIANT* out) {
   return S_FALSE;
 }
 
-std::string_view bytes_of(wide_view text) {
-  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(uint16_t)};
-}
-
 wide_view view_of(BSTR text) {
   return {text, SysStringLen(text)};
 }
@@ -50,17 +43,25 @@ bool same(wide_view a, wide_view b) {
          (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(uint16_t)) == 0);
 }
 
-// The place of a name among the recent ones: from its length, its ends and its middle, which few names share.
-size_t slot_of(wide_view name, size_t slots) {
-  if (name.size() < 4) return name.empty() ? 0 : name[0] % slots;
-  const auto word = [&name](size_t at) {
-    uint64_t out;
-    std::memcpy(&out, name.data() + at, sizeof out);
-    return out;
-  };
-  const uint64_t mixed =
-      word(0) * 3 + word(name.size() - 4) * 5 + word((name.size() - 4) / 2) * 7 + name.size();
-  return static_cast<size_t>((mixed * 0x9E3779B97F4A7C15u) >> 48) % slots;
+const Name* make_name(wide_view text, Arena& arena) {
+  auto* const out = static_cast<Name*>(arena.allocate(sizeof(Name) + text.size() * sizeof(uint16_t)));
+  out->units = text.size();
+  wide_traits::copy(reinterpret_cast<uint16_t*>(out + 1), text.data(), text.size());
+  return out;
+}
+
+size_t hash_of(wide_view name) {
+  constexpr size_t step = sizeof(uint64_t) / sizeof(uint16_t);
+  uint64_t hash = name.size();
+  while (!name.empty()) {
+    uint64_t word = 0;
+    const size_t taken = std::min(step, name.size());
+    std::memcpy(&word, name.data(), taken * sizeof(uint16_t));
+    hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
+    hash ^= hash >> 32;
+    name.remove_prefix(taken);
+  }
+  return static_cast<size_t>(hash);
 }
 
 }  // namespace
@@ -73,10 +74,30 @@ void Arena::grow(size_t size) {
   left_ = room;
 }
 
+const Name* NameTable::intern(wide_view name, Arena& arena) {
+  if (used_ * 2 >= slots_.size()) {
+    std::vector<const Name*> bigger(std::max<size_t>(256, slots_.size() * 2), nullptr);
+    for (const Name* old : slots_) {
+      if (!old) continue;
+      size_t i = hash_of(old->view());
+      while (bigger[i % bigger.size()]) ++i;
+      bigger[i % bigger.size()] = old;
+    }
+    slots_ = std::move(bigger);
+  }
+  for (size_t i = hash_of(name);; ++i) {
+    const Name*& slot = slots_[i % slots_.size()];
+    if (!slot) {
+      slot = make_name(name, arena);
+      ++used_;
+    }
+    if (same(slot->view(), name)) return slot;
+  }
+}
+
 // Attributes
 
 HRESULT TreeAttribute::QueryInterface(IID id, void** out) {
-  if (id == kTreeAttribute) return *out = this, S_OK;
   switch (id) {
     case IID_IUnknown:
     case IID_IXMLDOMNode:
@@ -107,6 +128,7 @@ HRESULT TreeAttribute::get_nodeValue(VARIANT* out) {
 
 wide_string TreeAttribute::text() const {
   if (kind_ == Kind::text) return wide_string(text_, units_);
+  if (kind_ == Kind::ascii) return wide_string(ascii_, ascii_ + units_);
   char digits[32];
   char* const end = digits + sizeof digits;
   const char* const last = kind_ == Kind::integer
@@ -118,25 +140,40 @@ wide_string TreeAttribute::text() const {
 HRESULT TreeAttribute::put_nodeValue(VARIANT value) {
   switch (value.vt) {
     case VT_I4:
-      kind_ = Kind::integer;
-      integer_ = value.lVal;
-      return S_OK;
+      return set(value.lVal), S_OK;
     case VT_R8:
-      kind_ = Kind::real;
-      real_ = value.dblVal;
-      return S_OK;
+      return set(value.dblVal), S_OK;
     case VT_BSTR:
-      set_text(view_of(value.bstrVal));
-      return S_OK;
+      return set(view_of(value.bstrVal)), S_OK;
     default:
       return E_INVALIDARG;
   }
 }
 
-void TreeAttribute::set_text(wide_view text) {
+void TreeAttribute::set(wide_view text) {
+  auto* const stored = static_cast<uint16_t*>(document_.arena().allocate(text.size() * sizeof(uint16_t)));
+  wide_traits::copy(stored, text.data(), text.size());
   kind_ = Kind::text;
-  text_ = document_.store(text);
+  text_ = stored;
   units_ = static_cast<uint32_t>(text.size());
+}
+
+void TreeAttribute::set(std::string_view ascii) {
+  auto* const stored = static_cast<char*>(document_.arena().allocate(ascii.size()));
+  std::copy(ascii.begin(), ascii.end(), stored);
+  kind_ = Kind::ascii;
+  ascii_ = stored;
+  units_ = static_cast<uint32_t>(ascii.size());
+}
+
+void TreeAttribute::set(int32_t value) {
+  kind_ = Kind::integer;
+  integer_ = value;
+}
+
+void TreeAttribute::set(double value) {
+  kind_ = Kind::real;
+  real_ = value;
 }
 
 HRESULT TreeAttribute::get_attributes(IXMLDOMNamedNodeMap** out) {
@@ -156,7 +193,6 @@ HRESULT TreeAttribute::selectSingleNode(BSTR, IXMLDOMNode** out) {
 // Elements
 
 HRESULT TreeElement::QueryInterface(IID id, void** out) {
-  if (id == kTreeElement) return *out = this, S_OK;
   switch (id) {
     case IID_IUnknown:
     case IID_IXMLDOMNode:
@@ -204,7 +240,7 @@ HRESULT TreeElement::get_childNodes(IXMLDOMNodeList** out) {
 
 HRESULT TreeElement::appendChild(IXMLDOMNode* node, IXMLDOMNode** out) {
   if (out) *out = nullptr;
-  TreeElement* const child = own<TreeElement>(node, kTreeElement, document_);
+  TreeElement* const child = own<TreeElement>(node, document_);
   if (!child || child->parent_ || child->is_root_) return E_FAIL;
   // No circles. A node without children, the usual case, can only be in its own way.
   for (const TreeElement* up = this; up; up = child->child_count_ ? up->parent_ : nullptr)
@@ -241,25 +277,31 @@ HRESULT TreeElement::selectSingleNode(BSTR name, IXMLDOMNode** out) {
 
 HRESULT TreeElement::setAttributeNode(IXMLDOMAttribute* node, IXMLDOMAttribute** out) {
   if (out) *out = nullptr;
-  TreeAttribute* const attribute = own<TreeAttribute>(node, kTreeAttribute, document_);
+  TreeAttribute* const attribute = own<TreeAttribute>(node, document_);
   if (!attribute || attribute->attached_) return E_FAIL;
-  TreeAttribute* before = nullptr;
-  for (TreeAttribute* old = first_attribute_; old; before = old, old = old->next_) {
-    if (old->name_ != attribute->name_) continue;
-    attribute->next_ = old->next_;
-    attribute->attached_ = true;
-    (before ? before->next_ : first_attribute_) = attribute;
-    if (last_attribute_ == old) last_attribute_ = attribute;
-    old->next_ = nullptr;
-    old->attached_ = false;
-    if (out) {
-      AddRef();
-      *out = old;
-    }
-    return S_OK;
+  TreeAttribute* const old = attach(attribute);
+  if (old && out) {
+    AddRef();
+    *out = old;
   }
-  add_attribute(attribute);
   return S_OK;
+}
+
+TreeAttribute* TreeElement::attach(TreeAttribute* attribute) {
+  TreeAttribute* before = nullptr;
+  TreeAttribute* old = first_attribute_;
+  for (; old && old->name_ != attribute->name_; old = old->next_) before = old;
+  if (!old) {
+    add_attribute(attribute);
+    return nullptr;
+  }
+  attribute->next_ = old->next_;
+  attribute->attached_ = true;
+  (before ? before->next_ : first_attribute_) = attribute;
+  if (last_attribute_ == old) last_attribute_ = attribute;
+  old->next_ = nullptr;
+  old->attached_ = false;
+  return old;
 }
 
 void TreeElement::add_attribute(TreeAttribute* attribute) {
@@ -333,7 +375,7 @@ HRESULT TreeDocument::get_childNodes(IXMLDOMNodeList** out) {
 
 HRESULT TreeDocument::appendChild(IXMLDOMNode* node, IXMLDOMNode** out) {
   if (out) *out = nullptr;
-  TreeElement* const element = own<TreeElement>(node, kTreeElement, *this);
+  TreeElement* const element = own<TreeElement>(node, *this);
   if (!element || element->parent_ || root_) return E_FAIL;
   set_root(element);
   if (out) {
@@ -355,13 +397,13 @@ HRESULT TreeDocument::selectSingleNode(BSTR name, IXMLDOMNode** out) {
 }
 
 HRESULT TreeDocument::createElement(BSTR name, IXMLDOMElement** out) {
-  *out = make_element(view_of(name));
+  *out = make_element(intern(view_of(name)));
   AddRef();
   return S_OK;
 }
 
 HRESULT TreeDocument::createAttribute(BSTR name, IXMLDOMAttribute** out) {
-  *out = make_attribute(view_of(name));
+  *out = make_attribute(intern(view_of(name)));
   AddRef();
   return S_OK;
 }
@@ -376,30 +418,32 @@ HRESULT TreeDocument::get_item(long index, IXMLDOMNode** out) {
   return *out = root_, S_OK;
 }
 
-TreeElement* TreeDocument::make_element(wide_view name) {
-  return new (arena_.allocate(sizeof(TreeElement))) TreeElement(*this, intern(name));
+TreeElement* TreeDocument::make_element(const Name* name) {
+  return new (arena_.allocate(sizeof(TreeElement))) TreeElement(*this, name);
 }
 
-TreeAttribute* TreeDocument::make_attribute(wide_view name) {
-  return new (arena_.allocate(sizeof(TreeAttribute))) TreeAttribute(*this, intern(name));
+TreeAttribute* TreeDocument::make_attribute(const Name* name) {
+  return new (arena_.allocate(sizeof(TreeAttribute))) TreeAttribute(*this, name);
 }
 
-const uint16_t* TreeDocument::store(wide_view text) {
-  auto* const out = static_cast<uint16_t*>(arena_.allocate(text.size() * sizeof(uint16_t)));
-  wide_traits::copy(out, text.data(), text.size());
-  return out;
+const Name* TreeDocument::intern(const XmlName& name) {
+  if (!name.is_literal()) return intern(view_of(name.get()));
+  const char* const place = name.ascii();
+  const uint64_t mixed = reinterpret_cast<uintptr_t>(place) * uint64_t{0x9E3779B97F4A7C15};
+  auto& [recent, older] = literals_[(mixed >> 32) % literals_.size()];
+  if (recent.place == place) return recent.name;
+  if (older.place != place) older = {place, intern(view_of(name.get()))};
+  std::swap(recent, older);
+  return recent.name;
 }
 
-const Name* TreeDocument::intern(wide_view name) {
-  const Name*& recent = recent_names_[slot_of(name, recent_names_.size())];
-  if (recent && same(recent->view(), name)) return recent;
-  const auto found = names_.find(bytes_of(name));
-  if (found != names_.end()) return recent = found->second;
-  auto* const made = static_cast<Name*>(arena_.allocate(sizeof(Name) + name.size() * sizeof(uint16_t)));
-  made->units = name.size();
-  wide_traits::copy(reinterpret_cast<uint16_t*>(made + 1), name.data(), name.size());
-  names_.emplace(bytes_of(made->view()), made);
-  return recent = made;
+TreeDocument* TreeDocument::from(IXMLDOMDocument* document) {
+  return typeid(*document) == typeid(TreeDocument) ? static_cast<TreeDocument*>(document) : nullptr;
+}
+
+TreeElement* TreeElement::from(IXMLDOMDocument* document, IXMLDOMElement* element) {
+  const TreeDocument* const tree = TreeDocument::from(document);
+  return tree ? own<TreeElement>(element, *tree) : nullptr;
 }
 
 }  // namespace quillon::xml

@@ -3,14 +3,15 @@
 // The DOM of quillon::xml::Document off Windows. A document and all its nodes, attached or not, live in one
 // store and share one reference count: they go together when the last reference to any of them is released.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include <quillon/platform/wide_string.h>
+#include <quillon/xml/attributes.h>
 #include <quillon/xml/dom.h>
 
 namespace quillon::xml {
@@ -47,6 +48,16 @@ struct Name {
   wide_view view() const { return {reinterpret_cast<const uint16_t*>(this + 1), units}; }
 };
 
+// The names of a document.
+class NameTable {
+ public:
+  const Name* intern(wide_view name, Arena& arena);
+
+ private:
+  std::vector<const Name*> slots_;  // a power of two of them, at most half in use
+  size_t used_ = 0;
+};
+
 class TreeAttribute final : public IXMLDOMAttribute {
  public:
   TreeAttribute(TreeDocument& document, const Name* name) : document_(document), name_(name) {}
@@ -65,20 +76,24 @@ class TreeAttribute final : public IXMLDOMAttribute {
   TreeDocument& document() { return document_; }
   const Name* name() const { return name_; }
   wide_string text() const;
-  void set_text(wide_view text);
+  void set(wide_view text);
+  void set(std::string_view ascii);
+  void set(int32_t value);
+  void set(double value);
 
  private:
   friend class TreeElement;
   friend class TreeDocument;
 
-  // Numbers become text when they are read: most never are.
-  enum class Kind : uint8_t { text, integer, real };
+  // ASCII is widened, and numbers become text, when they are read: most never are.
+  enum class Kind : uint8_t { text, ascii, integer, real };
 
   TreeDocument& document_;
   const Name* name_;
   TreeAttribute* next_ = nullptr;
   union {
     const uint16_t* text_ = nullptr;
+    const char* ascii_;
     int32_t integer_;
     double real_;
   };
@@ -89,6 +104,9 @@ class TreeAttribute final : public IXMLDOMAttribute {
 
 class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, public IXMLDOMNodeList {
  public:
+  // Null if the two do not belong together, or are of another DOM.
+  static TreeElement* from(IXMLDOMDocument* document, IXMLDOMElement* element);
+
   TreeElement(TreeDocument& document, const Name* name) : document_(document), name_(name) {}
 
   HRESULT QueryInterface(IID id, void** out) override;
@@ -114,11 +132,18 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
   size_t child_count() const { return child_count_; }
   TreeElement* child(size_t i) const { return children_[i]; }
 
+  // For an attribute whose name the element does not have yet.
   void add_attribute(TreeAttribute* attribute);
   void add_child(TreeElement* child);
+  // Makes an attribute and attaches it, in the place of one of the same name.
+  template <class Value>
+  void set_attribute(const XmlName& name, Value value);
 
  private:
   friend class TreeDocument;
+
+  // Gives the attribute of the same name that it replaced, if there was one.
+  TreeAttribute* attach(TreeAttribute* attribute);
 
   TreeDocument& document_;
   const Name* name_;
@@ -135,6 +160,8 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
  public:
   // With one reference, the caller's.
   static TreeDocument* create() { return new TreeDocument; }
+  // Null for a document of another DOM.
+  static TreeDocument* from(IXMLDOMDocument* document);
 
   HRESULT QueryInterface(IID id, void** out) override;
   unsigned long AddRef() override { return ++references_; }
@@ -153,21 +180,38 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
 
   TreeElement* root() const { return root_; }
   void set_root(TreeElement* element);
-  TreeElement* make_element(wide_view name);
-  TreeAttribute* make_attribute(wide_view name);
+  TreeElement* make_element(const Name* name);
+  TreeAttribute* make_attribute(const Name* name);
+  const Name* intern(wide_view name) { return names_.intern(name, arena_); }
+  const Name* intern(const XmlName& name);
   Arena& arena() { return arena_; }
-  const uint16_t* store(wide_view text);
 
  private:
-  TreeDocument() : recent_names_(256, nullptr) {}
+  TreeDocument() = default;
   ~TreeDocument() = default;
-  const Name* intern(wide_view name);
+
+  // Most names are literals, and known by their place.
+  struct Literal {
+    const char* place;
+    const Name* name;
+  };
+  struct LiteralPair {
+    Literal recent;
+    Literal older;
+  };
 
   Arena arena_;
-  std::unordered_map<std::string_view, const Name*> names_;  // by their bytes
-  std::vector<const Name*> recent_names_;
+  NameTable names_;
+  std::array<LiteralPair, 128> literals_{};
   TreeElement* root_ = nullptr;
   unsigned long references_ = 1;
 };
+
+template <class Value>
+void TreeElement::set_attribute(const XmlName& name, Value value) {
+  TreeAttribute* const attribute = document_.make_attribute(document_.intern(name));
+  attribute->set(value);
+  attach(attribute);
+}
 
 }  // namespace quillon::xml

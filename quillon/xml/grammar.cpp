@@ -1,6 +1,20 @@
 #include <quillon/xml/grammar.h>
+#if !defined(_WIN32)
+#include <quillon/xml/dom_tree.h>
+#endif
 
 namespace quillon::xml {
+
+Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const char* literal) {
+  const XmlName name = XmlName::literal(literal);
+#if !defined(_WIN32)
+  if (TreeDocument* const own = TreeDocument::from(document))
+    return Ref<IXMLDOMElement>(own->make_element(own->intern(name)));
+#endif
+  Ref<IXMLDOMElement> out;
+  if (document->createElement(name.get(), out.out()) < 0) return {};
+  return out;
+}
 
 Ref<IXMLDOMNamedNodeMap> attributes_of(void* node, const char* failure) {
   Ref<IXMLDOMNamedNodeMap> out;

@@ -1,6 +1,7 @@
 #pragma once
 
-// The grammar of the tree that tables, records and descriptors share. For the library's own sources.
+// The grammar of the tree that tables, records and descriptors share. For the library's own sources: every
+// name is a literal.
 
 #include <string>
 
@@ -18,8 +19,8 @@ class Writer {
       : document_(static_cast<IXMLDOMDocument*>(document)), element_(static_cast<IXMLDOMElement*>(element)) {}
 
   template <class Value>
-  bool add(const XmlName& name, const Value& value) {
-    if (ok_) ok_ = AddAttribute(document_.get(), element_.get(), name, value) >= 0;
+  bool add(const char* name, const Value& value) {
+    if (ok_) ok_ = AddAttribute(document_.get(), element_.get(), XmlName::literal(name), value) >= 0;
     return ok_;
   }
   bool ok() const { return ok_; }
@@ -34,16 +35,13 @@ class Writer {
   bool ok_ = true;
 };
 
-inline Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const XmlName& name) {
-  Ref<IXMLDOMElement> out;
-  if (document->createElement(name.get(), out.out()) < 0) return {};
-  return out;
-}
+// Null on a failure.
+Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const char* name);
 
 // The list of a table: list and items are attached before they are filled, and every failure ends the save.
 // `save(row, document, element)` fills one item.
 template <class Rows, class Save>
-bool save_table_list(void* document, void* element, const XmlName& list_name, const XmlName& item_name,
+bool save_table_list(void* document, void* element, const char* list_name, const char* item_name,
                      const Rows& rows, Save save) {
   auto* const dom = static_cast<IXMLDOMDocument*>(document);
   const Ref<IXMLDOMElement> list = create_element(dom, list_name);
@@ -63,7 +61,7 @@ bool save_table_list(void* document, void* element, const XmlName& list_name, co
 // The list of a descriptor: items and list are attached when they are filled, and what an item's own save
 // says is not looked at.
 template <class Rows>
-bool save_list(void* document, void* element, const XmlName& list_name, const XmlName& item_name,
+bool save_list(void* document, void* element, const char* list_name, const char* item_name,
                const Rows& rows) {
   auto* const dom = static_cast<IXMLDOMDocument*>(document);
   const Ref<IXMLDOMElement> list = create_element(dom, list_name);

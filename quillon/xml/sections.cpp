@@ -9,14 +9,6 @@ namespace quillon {
 
 namespace {
 
-bool save_number(xml::Writer& out, const char* name, int32_t value) {
-  VARIANT number;
-  VariantInit(&number);
-  number.vt = VT_I4;
-  number.lVal = value;
-  return out.add(name, number);
-}
-
 int load_number(IXMLDOMNamedNodeMap* attributes, const char* name) {
   int value = 0;
   if (GetAttributeValue(attributes, name, value) < 0)
@@ -47,9 +39,7 @@ void PsiBase::each_header_field(Self& self, Field&& field) {
 
 bool PsiTableBase::SaveSection(void* document, void* node) const {
   xml::Writer out(document, node);
-  each_header_field(*this, [&](const char* name, auto value) {
-    if (out.ok()) save_number(out, name, static_cast<int32_t>(value));
-  });
+  each_header_field(*this, [&](const char* name, auto value) { out.add(name, static_cast<int>(value)); });
   return out.ok() && _save_section(document, node);
 }
 
@@ -65,9 +55,7 @@ void PsiTableBase::ParseDOM(void* node) {
 
 bool PsiBase::SaveSection(void* document, void* node) const {
   xml::Writer out(document, node);
-  each_header_field(*this, [&](const char* name, int value) {
-    if (out.ok()) save_number(out, name, value);
-  });
+  each_header_field(*this, [&](const char* name, int value) { out.add(name, value); });
   return out.ok() && _save_section(document, node);
 }
 

@@ -1,7 +1,6 @@
 // The program's names command, and the UTF-8 in which all its output is.
 
 #include "apps/quillon/names.h"
-#include "apps/quillon/output.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -40,15 +39,6 @@ void expect_line(const std::string& kind, const std::string& id, const std::stri
 }
 
 }  // namespace
-
-TEST(ProgramOutput, IsUtf8OfOneToFourBytes) {
-  const uint16_t text[] = {'a', 0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0xD83D, 0xDE00, 0xDBFF, 0xDFFF};
-  EXPECT_EQ(quillon::app::utf8(text, std::size(text)),
-            "a\x7F"
-            "\u0080\u07FF\u0800\uFFFF\U0001F600\U0010FFFF");
-  const uint16_t unpaired[] = {0xDE00, 0xD83D, 'a', 0xD83D};
-  EXPECT_EQ(quillon::app::utf8(unpaired, std::size(unpaired)), "\uFFFD\uFFFDa\uFFFD");
-}
 
 TEST(ProgramNames, TellAnId) {
   expect_line("network", "0x3001", "0x3001 German Digital Terrestrial Television");

@@ -16,7 +16,13 @@ std::vector<unsigned> pages_asked;
 
 }  // namespace
 
-namespace quillon::platform {
+namespace quillon {
+
+unsigned get_ansi_code_page() {
+  return 0;
+}
+
+namespace platform {
 
 bool decode(unsigned page, std::string_view text, wide_string& out) {
   pages_asked.push_back(page);
@@ -33,7 +39,8 @@ bool encode(unsigned, wide_view text, std::string& out) {
   return true;
 }
 
-}  // namespace quillon::platform
+}  // namespace platform
+}  // namespace quillon
 
 using quillon::Text;
 

@@ -316,6 +316,48 @@ TEST(Text, IsSetFromItsOwnTexts) {
   EXPECT_EQ(t.get_textA(), "c");
 }
 
+TEST(Text, DecodesInThePageOfItsParseWheneverItIsAsked) {
+  const Text t = parsed({0xC1, 'x'});
+  const AnsiPage greek(28597);
+  const Text copy = t;
+  EXPECT_EQ(t.get_textA(), "\xC1x");
+  EXPECT_EQ(wide(t), u"\u00C1x");
+  EXPECT_EQ(wide(copy), u"\u00C1x");
+  EXPECT_EQ(copy.get_textA(), "\xC1x");
+}
+
+TEST(Text, IsChangedBeforeItWasAsked) {
+  Text added = parsed({0x01, 0xC1});
+  added.parse(1, Bytes{'x'}.data());
+  EXPECT_EQ(added.get_textA(), "?x");
+  Text narrow = parsed({0x01, 0xC1});
+  narrow.set_textA(0, "y");
+  EXPECT_EQ(narrow.get_textA(), "y");
+  EXPECT_EQ(wide(narrow), u"y");
+  Text units = parsed({0x01, 0xC1});
+  units.set_textW(0, u"z");
+  EXPECT_EQ(units.get_textA(), "z");
+  EXPECT_EQ(wide(units), u"z");
+  Text moved = parsed({0x01, 0xC1});
+  const Text to = std::move(moved);
+  EXPECT_EQ(wide(to), u"\u0421");
+}
+
+TEST(Text, TellsThatItIsAscii) {
+  EXPECT_TRUE(Text().is_ascii());
+  EXPECT_TRUE(parsed({'a', 0x7F, 0x01, 'b', 'c', 'd', 'e', 'f', 'g'}).is_ascii());
+  EXPECT_TRUE(parsed({0x05, 'a'}).is_ascii());
+  for (size_t i = 0; i < 17; ++i)
+    for (const uint8_t byte : Bytes{0x80, 0xFF}) {
+      Bytes bytes(17, 'a');
+      bytes[i] = byte;
+      const Text t = parsed(bytes);
+      EXPECT_FALSE(t.is_ascii()) << i;
+      EXPECT_EQ(wide(t).size(), 17u);
+      EXPECT_FALSE(t.is_ascii()) << i;
+    }
+}
+
 TEST(Text, IsCopiedWhole) {
   Text t(3, Bytes{0x03, 0xC1, 'x'}.data());
   t.set_textA(3, "\xC1y");

@@ -3,13 +3,16 @@
 #include "tests/support/bytes.h"
 
 #include <cctype>
+#include <climits>
 #include <functional>
 #include <gtest/gtest.h>
 #include <iomanip>
+#include <locale>
 #include <sstream>
 #include <string>
 
 #include <quillon/report/dump.h>
+#include <quillon/report/line.h>
 
 using namespace quillon;
 using namespace quillon::test;
@@ -150,4 +153,67 @@ TEST(ReportLine, PrintsLabelValueAndLineEndAsTheStreamDoes) {
   report::block(stream, {0x41});
   EXPECT_EQ(stream.str(), "a: 255\nb: 4294967295\nc: 0.5\nd: text\n" + std::string("e: a\0b\n", 7) +
                               "f: ffffffff\n41 " + repeated("   ", 15) + " : A\n");
+}
+
+TEST(ReportLine, FollowsTheStreamsState) {
+  const auto printed = [](auto change) {
+    std::ostringstream by_line;
+    std::ostringstream by_operators;
+    for (std::ostream* stream : {&by_line, &by_operators}) change(*stream);
+    const auto both = [&](const char* label, const auto& value) {
+      report::line(by_line, label, value);
+      by_operators << label << value << std::endl;
+    };
+    both("a: ", 1234567);
+    both("b: ", -255);
+    both("c: ", INT_MIN);
+    both("d: ", uint32_t{0xABCDEF01});
+    both("e: ", 1234.5);
+    both("f: ", "text");
+    EXPECT_EQ(by_line.str(), by_operators.str());
+    EXPECT_EQ(by_line.flags(), by_operators.flags());
+    EXPECT_EQ(by_line.width(), 0);
+    return by_line.str();
+  };
+  EXPECT_EQ(printed([](std::ostream&) {}),
+            "a: 1234567\nb: -255\nc: -2147483648\nd: 2882400001\ne: 1234.5\nf: text\n");
+  EXPECT_EQ(printed([](std::ostream& s) { s << std::hex << std::uppercase; }),
+            "a: 12D687\nb: FFFFFF01\nc: 80000000\nd: ABCDEF01\ne: 1234.5\nf: text\n");
+  printed([](std::ostream& s) { s << std::hex; });
+  printed([](std::ostream& s) { s << std::oct; });
+  printed([](std::ostream& s) { s.setf(std::ios::hex | std::ios::dec); });
+  printed([](std::ostream& s) { s << std::hex << std::showbase; });
+  printed([](std::ostream& s) { s << std::showpos; });
+  printed([](std::ostream& s) { s << std::unitbuf; });
+  EXPECT_EQ(printed([](std::ostream& s) { s.width(8); }).substr(0, 13), "     a: 12345");
+  struct Grouped : std::numpunct<char> {
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+    char do_decimal_point() const override { return ','; }
+  };
+  const std::locale grouped(std::locale::classic(), new Grouped);
+  EXPECT_EQ(printed([&](std::ostream& s) { s.imbue(grouped); }).substr(0, 13), "a: 1.234.567\n");
+}
+
+TEST(ReportLine, HasNoLongestText) {
+  for (const size_t size : {505u, 508u, 509u, 512u, 513u, 5000u}) {
+    std::ostringstream stream;
+    const std::string text(size, 'x');
+    report::line(stream, "a: ", text);
+    EXPECT_EQ(stream.str(), "a: " + text + "\n");
+  }
+}
+
+TEST(ReportLine, IsFlushed) {
+  struct Counting : std::stringbuf {
+    int syncs = 0;
+    int sync() override { return ++syncs, 0; }
+  } buffer;
+  std::ostream stream(&buffer);
+  report::line(stream, "a: ", 1);
+  EXPECT_EQ(buffer.syncs, 1);
+  EXPECT_EQ(buffer.str(), "a: 1\n");
+  stream.setstate(std::ios::failbit);
+  report::line(stream, "b: ", 1);
+  EXPECT_EQ(buffer.str(), "a: 1\n");
 }

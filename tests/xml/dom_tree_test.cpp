@@ -133,6 +133,26 @@ TEST(Tree, RefusesNodesOfAnotherDocument) {
   EXPECT_EQ(plain(document), "<d />");
 }
 
+TEST(Tree, RefusesAValueForAnElementOfAnotherDocument) {
+  Document document;
+  Document other;
+  auto* const foreign = element_of(other.create_root("d"));
+  EXPECT_EQ(AddAttribute(dom_of(document), foreign, "a", 1), E_FAIL);
+  EXPECT_EQ(plain(other), "<d />");
+}
+
+TEST(Tree, KnowsLiteralsByTheirPlaceAndOtherNamesByTheirText) {
+  Document document;
+  auto* const root = element_of(document.create_root("d"));
+  char name[] = "a";
+  static const char twin[] = "b";
+  for (*name = 'a'; *name <= 'c'; ++*name) EXPECT_EQ(AddAttribute(dom_of(document), root, name, *name), 0);
+  for (int i = 0; i < 2; ++i)
+    for (const char* literal : {"b", twin, "d"})
+      EXPECT_EQ(AddAttribute(dom_of(document), root, XmlName::literal(literal), i), 0);
+  EXPECT_EQ(plain(document), "<d a=\"97\" b=\"1\" c=\"99\" d=\"1\" />");
+}
+
 TEST(Tree, RefusesToAttachANodeTwice) {
   Document document;
   IXMLDOMDocument* const dom = dom_of(document);

@@ -55,12 +55,33 @@ struct Script {
   HRESULT tell = S_OK;
   VARENUM told = VT_BSTR;
   std::string steps = {};  // those that were taken
+  std::string value = {};  // the last that was put
 };
+
+std::string shown(const VARIANT& value) {
+  switch (value.vt) {
+    case VT_I4:
+      return "I4 " + std::to_string(value.lVal);
+    case VT_R8:
+      return "R8 " + std::to_string(static_cast<int>(value.dblVal * 1000)) + "/1000";
+    case VT_BSTR: {
+      std::string out = "BSTR";
+      for (unsigned i = 0; i < SysStringLen(value.bstrVal); ++i)
+        out += " " + std::to_string(value.bstrVal[i]);
+      return out;
+    }
+    default:
+      return "?";
+  }
+}
 
 class FakeAttribute : public FakeNode<IXMLDOMAttribute> {
  public:
   explicit FakeAttribute(Script& script) : script_(script) {}
-  HRESULT put_nodeValue(VARIANT) override { return script_.steps += "put ", script_.put; }
+  HRESULT put_nodeValue(VARIANT value) override {
+    script_.value = shown(value);
+    return script_.steps += "put ", script_.put;
+  }
   HRESULT get_nodeValue(VARIANT* out) override {
     script_.steps += "tell ";
     out->vt = script_.told;
@@ -269,6 +290,36 @@ TEST(AttributesOfAFailingDom, RaiseAComErrorWhereAValueCannotBeConvertedOrCleare
   EXPECT_EQ(raised({.tell = E_FAIL, .told = strange}), DISP_E_BADVARTYPE);  // in clearing it
   EXPECT_EQ(raised({.told = VT_NULL}), DISP_E_BADVARTYPE);
   EXPECT_EQ(raised({.tell = E_FAIL, .told = VT_NULL}), S_OK);
+}
+
+TEST(AttributesOfAnotherDom, ArePutAsVariants) {
+  Script script;
+  auto* const document = new FakeDocument(script);
+  auto* const element = new FakeElement(script);
+  const auto put = [&](const auto&... value) {
+    EXPECT_EQ(AddAttribute(document, element, "a", value...), 0);
+    return script.value;
+  };
+  EXPECT_EQ(put(-12), "I4 -12");
+  EXPECT_EQ(put(0xFFFFFFFFul), "I4 -1");
+  EXPECT_EQ(put(0xFFFFFFFEu), "I4 -2");
+  EXPECT_EQ(put(static_cast<unsigned char>(255)), "I4 255");
+  EXPECT_EQ(put(true), "I4 1");
+  EXPECT_EQ(put(0.5), "R8 500/1000");
+  EXPECT_EQ(put("ab"), "BSTR 97 98");
+  EXPECT_EQ(put(""), "BSTR");
+  EXPECT_EQ(put("a\x80"), "BSTR 97 8364");  // the euro sign of page 1252
+  EXPECT_EQ(put(std::string("a\0b", 3)), "BSTR 97");
+  EXPECT_EQ(put(Bytes{0x0F, 0xA0}), "BSTR 48 102 97 48");
+  Text text;
+  EXPECT_EQ(put(text), "BSTR");
+  text.parse(1, Bytes{'a'}.data());
+  EXPECT_EQ(put(text), "BSTR 97");
+  text.set_textW(0, u"\u0421b");
+  EXPECT_EQ(put(text), "BSTR 1057 98");
+  element->Release();
+  document->Release();
+  EXPECT_EQ(objects, 0);
 }
 
 TEST(AttributesOfAFailingDom, LeaveTheAttributesThatWereThere) {

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <quillon/platform/api.h>
+#include <quillon/platform/wide_string.h>
+
+namespace quillon::platform {
+
+// What is not UTF-8 becomes U+FFFD.
+QUILLON_API wide_string to_utf16(std::string_view utf8);
+// A surrogate without its other half becomes U+FFFD.
+QUILLON_API std::string to_utf8(wide_view text);
+
+}  // namespace quillon::platform

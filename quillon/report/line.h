@@ -1,0 +1,48 @@
+#pragma once
+
+// For the library's own sources.
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string_view>
+
+namespace quillon::report {
+
+// A line that is put together first and inserted at once, as the stream's operators would print its parts one
+// by one. Where the stream's state asks for more than a base, they do print them.
+class Line {
+ public:
+  explicit Line(std::ostream& stream);
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+
+  // One insertion, as far as a width of the stream goes.
+  Line& label(std::string_view before, std::string_view name, std::string_view after);
+  Line& add(std::string_view text);
+  Line& add(int value);
+  Line& add(uint32_t value);
+  Line& add(double value);
+
+  // Inserts what was put together, without an end of line.
+  void insert();
+  // The same with one, and the flush of std::endl.
+  void end();
+
+ private:
+  void put(std::string_view text);
+
+  std::ostream& stream_;
+  bool plain_;
+  size_t used_ = 0;
+  char place_[512];
+};
+
+// A whole line: label, value, end of line.
+template <class Value>
+void line(std::ostream& stream, const char* label, const Value& value) {
+  Line line(stream);
+  line.label({}, label, {}).add(value).end();
+}
+
+}  // namespace quillon::report
