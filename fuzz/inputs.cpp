@@ -7,26 +7,46 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 
 #include <quillon/report/registries.h>
 #include <quillon/sections/error.h>
 
 namespace quillon::fuzz {
 
+namespace {
+
+// In memory where the system has such a folder, since each input is written to it.
+std::filesystem::path overlay_file() {
+  const std::filesystem::path shared = "/dev/shm";
+  std::string name =
+      (exists(shared) ? shared : std::filesystem::temp_directory_path()) / "quillon-overlay-XXXXXX";
+  const int descriptor = mkstemp(name.data());
+  if (descriptor < 0) std::abort();
+  close(descriptor);
+  static const std::string remembered = name;
+  std::atexit([] { std::filesystem::remove(remembered); });
+  return name;
+}
+
+}  // namespace
+
 void overlay(const uint8_t* data, size_t size) {
-  static const std::filesystem::path file = [] {
-    auto folder = std::filesystem::temp_directory_path() / "quillon-overlay-XXXXXX";
-    std::string name = folder.string();
-    if (!mkdtemp(name.data())) std::abort();
-    return std::filesystem::path(name) / "overlay.tsv";
-  }();
-  std::ofstream(file, std::ios::binary)
-      .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-  init();
+  static const std::filesystem::path file = overlay_file();
+  // Names once given out stay. When they have grown to this, a bad line behind the others keeps them from
+  // being taken; the lines are still read.
+  constexpr size_t kEnough = 64 << 20;
+  static size_t taken = 0;
+  {
+    std::ofstream out(file, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    if (taken > kEnough) out << "\nend";
+  }
   try {
     load_registry_overlay(registry_kind::ca_system, file);
+    taken += size;
   } catch (const error& e) {
-    // A refusal tells the line.
+    // A refusal tells the file.
     if (std::string(e.what()).find(file.filename().string()) == std::string::npos) std::abort();
   }
   for (int id = 0; id < 0x10000; id += 257) get_ca_system_id(id);
@@ -34,10 +54,17 @@ void overlay(const uint8_t* data, size_t size) {
 
 void packets(const uint8_t* data, size_t size) {
   std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
-  app::PacketSource source(in);
+  app::PacketSource source(in, 2048);  // refilled often
   while (const uint8_t* const packet = source.next())
     if (packet[0] != 0x47) std::abort();
   if (source.position() != size || source.packets() * 188 + source.skipped() > size) std::abort();
+
+  // The same as with all of the input in the buffer.
+  std::istringstream again(in.str());
+  app::PacketSource whole(again, 8192);
+  while (whole.next()) {
+  }
+  if (whole.packets() != source.packets() || whole.skipped() != source.skipped()) std::abort();
 }
 
 }  // namespace quillon::fuzz

@@ -6,15 +6,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace quillon::fuzz {
 
 // Packets into Demux, DemuxPush and Demux2; whole or split, the sections that come out are the same.
 void demux(const uint8_t* data, size_t size);
-// One section: length and CRC are repaired, then it is parsed by the class of its table id, strictly and
-// tolerantly, looked at in every way, saved, loaded and saved again.
+// One section: length and CRC are repaired, then it is parsed by the classes of its table id, looked at in
+// every way, whether it was refused or not, saved, loaded, looked at again, and parsed a second time.
 void section(const uint8_t* data, size_t size);
+// The same section strictly and tolerantly, with and without kept bytes, with and without bytes behind it:
+// all give the same. What is saved, loaded and saved stays the same when that is done again.
+void agreement(const uint8_t* data, size_t size);
 // One descriptor of each family by its tag, with the rest of the bytes behind it.
 void descriptor(const uint8_t* data, size_t size);
 // XML text through Document into the ParseDOM of the table that its root names.
@@ -23,10 +25,5 @@ void document(const uint8_t* data, size_t size);
 void overlay(const uint8_t* data, size_t size);
 // The program's packet source.
 void packets(const uint8_t* data, size_t size);
-
-// Makes a section whole: section_length for its size, the bits of a long or short header, the right CRC.
-void repair(std::vector<uint8_t>& section);
-// A change that keeps the structure: grows or shrinks a length, cuts, doubles or moves a descriptor.
-void mutate_structure(std::vector<uint8_t>& section, uint32_t seed);
 
 }  // namespace quillon::fuzz

@@ -11,11 +11,11 @@ constexpr size_t kPacket = 188;
 constexpr uint8_t kSync = 0x47;
 constexpr size_t kStrides[] = {188, 192, 204};
 constexpr size_t kConfirmed = 5;  // sync bytes in a row that make a lock certain
-constexpr size_t kChunk = size_t{1} << 18;
 
 }  // namespace
 
-PacketSource::PacketSource(std::istream& in) : in_(in), buffer_(2 * kChunk) {}
+PacketSource::PacketSource(std::istream& in, size_t buffer_size)
+    : in_(in), buffer_(std::max<size_t>(buffer_size, 2048)) {}
 
 bool PacketSource::fill(size_t size) {
   if (end_ - at_ >= size) return true;
@@ -34,7 +34,8 @@ bool PacketSource::fill(size_t size) {
 uint8_t* PacketSource::next() {
   for (;;) {
     if (!locked_ && !lock()) return nullptr;
-    if (!fill(kPacket)) {
+    fill(stride_);
+    if (end_ - at_ < kPacket) {
       skipped_ += end_ - at_;
       at_ = end_;
       return nullptr;

@@ -12,7 +12,8 @@ namespace quillon::app {
 // locks anew after damage.
 class PacketSource {
  public:
-  explicit PacketSource(std::istream& in);
+  // Reads `buffer_size` bytes at a time, at least 2048 of them.
+  explicit PacketSource(std::istream& in, size_t buffer_size = size_t{1} << 19);
 
   // The next packet, good until the next call; null at the end of the input.
   uint8_t* next();

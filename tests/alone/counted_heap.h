@@ -10,12 +10,30 @@
 
 namespace quillon::test {
 
-inline std::atomic<size_t> allocated = 0;  // bytes
+inline std::atomic<size_t> allocated = 0;    // bytes, in all
+inline std::atomic<size_t> allocations = 0;  // how many
+inline std::atomic<size_t> live = 0;         // bytes that are not released
+inline std::atomic<size_t> peak = 0;         // the most that `live` has been
+
+// In front of each block stands its size.
+constexpr size_t kHead = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
 
 inline void* counted(size_t size) {
   allocated += size;
-  if (void* const memory = std::malloc(size ? size : 1)) return memory;
-  throw std::bad_alloc();
+  ++allocations;
+  auto* const block = static_cast<unsigned char*>(std::malloc(kHead + size));
+  if (!block) throw std::bad_alloc();
+  *reinterpret_cast<size_t*>(block) = size;
+  const size_t now = live += size;
+  if (now > peak) peak = now;
+  return block + kHead;
+}
+
+inline void released(void* memory) {
+  if (!memory) return;
+  unsigned char* const block = static_cast<unsigned char*>(memory) - kHead;
+  live -= *reinterpret_cast<size_t*>(block);
+  std::free(block);
 }
 
 }  // namespace quillon::test
@@ -28,14 +46,14 @@ inline void* counted(size_t size) {
   return quillon::test::counted(size);
 }
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
-  std::free(memory);
+  quillon::test::released(memory);
 }
 [[gnu::noinline]] void operator delete[](void* memory) noexcept {
-  std::free(memory);
+  quillon::test::released(memory);
 }
 [[gnu::noinline]] void operator delete(void* memory, size_t) noexcept {
-  std::free(memory);
+  quillon::test::released(memory);
 }
 [[gnu::noinline]] void operator delete[](void* memory, size_t) noexcept {
-  std::free(memory);
+  quillon::test::released(memory);
 }

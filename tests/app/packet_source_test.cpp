@@ -34,9 +34,9 @@ struct Result {
   size_t stride = 0;
 };
 
-Result read(const Bytes& stream) {
+Result read(const Bytes& stream, size_t buffer_size = size_t{1} << 19) {
   std::istringstream in(std::string(stream.begin(), stream.end()));
-  PacketSource source(in);
+  PacketSource source(in, buffer_size);
   Result out;
   while (const uint8_t* const packet = source.next()) {
     EXPECT_EQ(packet[0], 0x47);
@@ -67,6 +67,18 @@ TEST(PacketSource, ReadsPacketsOf188And192And204Bytes) {
       if (count == 1) continue;
       EXPECT_EQ(result.skipped, 0u);
       EXPECT_EQ(result.stride, stride);
+    }
+  }
+}
+
+// Wherever in a packet, or behind it, the buffer ends.
+TEST(PacketSource, ReadsOnWhereTheBufferEnds) {
+  for (const size_t stride : {size_t{188}, size_t{192}, size_t{204}}) {
+    const Bytes stream = numbered(1, 40, stride);
+    for (size_t buffer = 2048; buffer < 2048 + stride; ++buffer) {
+      const Result result = read(stream, buffer);
+      EXPECT_EQ(result.packets, counted(1, 40)) << stride << ", " << buffer;
+      EXPECT_EQ(result.skipped, 0u) << stride << ", " << buffer;
     }
   }
 }

@@ -1,6 +1,7 @@
 // The application information table: dispatch by tag, and sections by their three faces.
 
 #include "tests/appsignal/appsignal_helpers.h"
+#include "tests/support/table_cases.h"
 
 #include <map>
 
@@ -209,6 +210,8 @@ std::vector<int> tags(const std::vector<T>& descriptors) {
   for (const T& d : descriptors) out.push_back(d.get_descriptor_tag());
   return out;
 }
+
+const TableCases kTables = {table_case<Ait>("Ait", "ait", kSection)};
 
 }  // namespace
 

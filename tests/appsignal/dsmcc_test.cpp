@@ -2,6 +2,7 @@
 
 #include "tests/support/bytes.h"
 #include "tests/support/faces.h"
+#include "tests/support/table_cases.h"
 
 #include <quillon/appsignal/dsmcc.h>
 
@@ -26,6 +27,9 @@ std::string saved_in_vain(const DsmCC& table) {
   EXPECT_FALSE(table.SaveSection(document.dom(), document.create_root("d")));
   return plain(document);
 }
+
+const TableCases kTables = {table_case<DsmCC>(
+    "DsmCC: messages", "dsmcc", long_section(0x3B, text("message"), {.extension = 0xABCD}), Back::unsaved)};
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The event information, extended text and system time tables of ATSC.
 
 #include "tests/atsc/tables.h"
+#include "tests/support/table_cases.h"
 
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/eit_atsc.h>
@@ -77,6 +78,10 @@ Bytes ett(const Bytes& message) {
 Bytes stt(const Bytes& descriptors) {
   return long_section(0xCD, joined({Bytes(8), descriptors}));
 }
+
+const TableCases kTables = {table_case<AtscEIT>("AtscEIT", "atsc_eit", kEit),
+                            table_case<AtscETT>("AtscETT", "atsc_ett", kEtt),
+                            table_case<AtscSTT>("AtscSTT", "atsc_stt", kStt, Back::refused)};
 
 }  // namespace
 

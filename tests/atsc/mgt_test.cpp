@@ -1,6 +1,7 @@
 // The master guide table.
 
 #include "tests/atsc/tables.h"
+#include "tests/support/table_cases.h"
 
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/mgt.h>
@@ -87,6 +88,8 @@ Bytes section(uint64_t tables_defined, const Bytes& rest) {
 Bytes length_of(uint64_t descriptors_length) {
   return bits({{4, 15, "reserved"}, {12, descriptors_length, "descriptors_length"}});
 }
+
+const TableCases kTables = {table_case<AtscMGT>("AtscMGT", "atsc_mgt", kMgt, Back::refused)};
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The program map table with the descriptors of ATSC.
 
 #include "tests/atsc/tables.h"
+#include "tests/support/table_cases.h"
 
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/pmt_atsc.h>
@@ -75,6 +76,8 @@ Bytes section(const Bytes& body) {
 }
 
 const Bytes kGenre = descriptor(0xAB, {0xE0});
+
+const TableCases kTables = {table_case<PmtATSC>("PmtATSC", "atsc_pmt", kPmt)};
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The rating region table, and those of directed channel change.
 
 #include "tests/atsc/tables.h"
+#include "tests/support/table_cases.h"
 
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/dccsct.h>
@@ -114,6 +115,10 @@ template <class T>
 size_t genres(const T& owner) {
   return owner.get_atsc_genre_descriptor().size();
 }
+
+const TableCases kTables = {table_case<AtscRRT>("AtscRRT", "atsc_rrt", kRrt, Back::refused),
+                            table_case<AtscDCCT>("AtscDCCT", "atsc_dcct", kDcct, Back::refused),
+                            table_case<AtscDCCSCT>("AtscDCCSCT", "atsc_dccsct", kDccsct, Back::refused)};
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The virtual channel tables, terrestrial and cable.
 
 #include "tests/atsc/tables.h"
+#include "tests/support/table_cases.h"
 
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/cvct.h>
@@ -87,6 +88,9 @@ Bytes cvct(const Bytes& rest) {
 wide_string wide(std::initializer_list<uint16_t> units) {
   return wide_string(units);
 }
+
+const TableCases kTables = {table_case<AtscTVCT>("AtscTVCT", "atsc_tvct", kTvct, Back::refused),
+                            table_case<AtscCVCT>("AtscCVCT", "atsc_cvct", kCvct, Back::refused)};
 
 }  // namespace
 

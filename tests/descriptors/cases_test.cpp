@@ -37,3 +37,17 @@ TEST(DescriptorCases, SurviveEachByteBeingDamaged) {
       }
   }
 }
+
+TEST(DescriptorCases, SurviveAnyLengthAtEachPlace) {
+  for (const DescriptorCase& c : Cases::all()) {
+    SCOPED_TRACE(c.name);
+    for (size_t at = 0; at + 1 < c.bytes.size(); ++at) {
+      const int told = (c.bytes[at] & 0x0F) << 8 | c.bytes[at + 1];
+      for (const int value : {0, 1, told - 1, told + 1, 4095}) {
+        Bytes damaged = c.bytes;
+        set_length(damaged, at, value);
+        failure([&] { c.exercise(ByteView(damaged.data(), damaged.size())); });
+      }
+    }
+  }
+}

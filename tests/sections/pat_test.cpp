@@ -4,6 +4,7 @@
 #include "tests/support/faces.h"
 #include "tests/support/faulty_dom.h"
 #include "tests/support/log_file.h"
+#include "tests/support/table_cases.h"
 
 #include <algorithm>
 #include <climits>
@@ -77,6 +78,8 @@ Bytes of_length(int length) {
   repair_crc(section);
   return section;
 }
+
+const TableCases kTables = {table_case<Pat>("Pat", "pat", kPat)};
 
 }  // namespace
 

@@ -65,6 +65,11 @@ Bytes short_section(int table_id, const Bytes& body, int syntax_indicator) {
                  body});
 }
 
+void set_length(Bytes& bytes, size_t at, int length) {
+  bytes[at] = static_cast<uint8_t>((bytes[at] & 0xF0) | (length >> 8 & 0x0F));
+  bytes[at + 1] = static_cast<uint8_t>(length);
+}
+
 void repair_crc(Bytes& section) {
   if (section.size() < 4) return;
   boost::crc_optimal<32, 0x04C11DB7, 0xFFFFFFFF, 0, false, false> crc;

@@ -45,6 +45,8 @@ struct Header {
 Bytes long_section(int table_id, const Bytes& body, const Header& header = {}, int length_change = 0);
 // A short section, the body as it stands.
 Bytes short_section(int table_id, const Bytes& body, int syntax_indicator = 0);
+// Puts the low 12 bits of `length` at `at`; the high half of the first byte stays.
+void set_length(Bytes& bytes, size_t at, int length);
 // Makes the last four bytes the right CRC of the others.
 void repair_crc(Bytes& section);
 

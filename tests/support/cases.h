@@ -27,6 +27,8 @@ struct DescriptorCase {
   std::string (*report_of)(ByteView);
   std::string (*saved_of)(ByteView);
   std::string (*resaved_of)(const std::string& xml);
+  bool (*save_to)(ByteView, void* document, void* node);
+  void (*load_from)(void* node);
   void (*exercise)(ByteView);  // every face, whatever comes of it; throws error as the class does
 };
 
@@ -44,6 +46,8 @@ DescriptorCase case_of(std::string name, Family family, Bytes bytes, std::string
           [](ByteView view) { return test::report(T(view)); },
           [](ByteView view) { return saved(T(view)); },
           [](const std::string& text) { return saved(loaded<T>(text)); },
+          [](ByteView view, void* document, void* node) { return T(view).SaveSection(document, node); },
+          [](void* node) { T().Parse(node); },
           [](ByteView view) {
             T object(view);
             test::report(object);

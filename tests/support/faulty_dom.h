@@ -9,6 +9,7 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include <quillon/xml/dom.h>
 
@@ -31,6 +32,8 @@ class FaultyDom final : public IXMLDOMDocument,
   // What has been made and attached, a step a line: "createElement program_infos", "appendChild".
   const std::string& steps() const { return steps_; }
   int calls(const std::string& operation) { return calls_[operation]; }
+  // Every call, the one that failed included; that of a creation with its name.
+  const std::vector<std::string>& trace() const { return trace_; }
   // References that were handed out and not released.
   long references() const { return references_; }
 
@@ -79,12 +82,13 @@ class FaultyDom final : public IXMLDOMDocument,
  private:
   static constexpr uint16_t kOne[] = {'1', 0};
 
-  HRESULT count(const char* operation) {
+  HRESULT count(const char* operation, const std::string& name = {}) {
+    trace_.push_back(name.empty() ? operation : operation + (" " + name));
     return ++calls_[operation] == nth_ && operation == operation_ ? result_ : S_OK;
   }
   template <class Interface>
-  HRESULT give(const char* operation, Interface** out) {
-    const HRESULT result = count(operation);
+  HRESULT give(const char* operation, Interface** out, const std::string& created = {}) {
+    const HRESULT result = count(operation, created);
     *out = nullptr;
     if (result != S_OK) return result;
     AddRef();
@@ -96,14 +100,16 @@ class FaultyDom final : public IXMLDOMDocument,
   }
   template <class Interface>
   HRESULT make(const char* operation, BSTR name, Interface** out) {
-    steps_ += std::string(operation) + " " + std::string(name, name + SysStringLen(name)) + "\n";
-    return give(operation, out);
+    const std::string created(name, name + SysStringLen(name));
+    steps_ += std::string(operation) + " " + created + "\n";
+    return give(operation, out, created);
   }
 
   std::string operation_;
   int nth_;
   HRESULT result_;
   std::map<std::string, int> calls_;
+  std::vector<std::string> trace_;
   std::string steps_;
   long references_ = 0;
 };

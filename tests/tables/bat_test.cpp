@@ -1,5 +1,6 @@
 // The bouquet association table, and where it differs from that of the network.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <quillon/descriptors/dvb_classes.h>
@@ -80,6 +81,8 @@ Bytes row(int transport_stream_id, int network_id, const Bytes& descriptors, int
 Bytes bat(const Bytes& descriptors, const Bytes& rows, int claimed = -1) {
   return long_section(0x4A, joined({loop(descriptors), loop(rows, claimed)}));
 }
+
+const TableCases kTables = {table_case<Bat>("Bat", "bat", kSection)};
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // The conditional access table.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <quillon/descriptors/dvb_classes.h>
@@ -68,6 +69,8 @@ Bytes ca(int system, const Bytes& private_data = {}) {
 Bytes cat(const Bytes& descriptors) {
   return long_section(0x01, descriptors);
 }
+
+const TableCases kTables = {table_case<Cat>("Cat", "cat", kSection)};
 
 }  // namespace
 

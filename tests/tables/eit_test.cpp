@@ -1,5 +1,6 @@
 // The event information table.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <quillon/descriptors/dvb_classes.h>
@@ -96,6 +97,8 @@ Bytes event(int event_id, const Bytes& descriptors, int claimed = -1) {
 Bytes eit(const Bytes& events) {
   return long_section(0x50, joined({{0, 1, 0, 2, 3, 0x50}, events}));
 }
+
+const TableCases kTables = {table_case<Eit>("Eit", "eit", kSection)};
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // Each length field of each table at lengths that are not its own, with a right CRC.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <algorithm>
@@ -44,26 +45,17 @@ struct LengthField {
   int largest() const { return (1 << width) - 1; }
 };
 
-struct TableCase {
-  const char* name;
-  bool has_crc;
-  Bytes section;
+struct Lengths {
+  TableCase table;
   std::vector<LengthField> fields;
-  std::string (*outcome)(const Bytes&);
 };
 
 // Parses a section whose memory ends where it does, and shows all faces of what came of it.
-template <class T>
-std::string outcome(const Bytes& section) {
-  const Bytes exact(section.begin(), section.end());
-  T table;
-  const std::string text = failure_of_parse(exact, table, true);
-  EXPECT_EQ(table.is_parsed(), text == kGood);
-  report(table);
-  loaded_table<T>(saved(table));
-  table.reset();
-  EXPECT_EQ(failure_of_parse(exact, table, false), text);
-  return text;
+std::string outcome(const TableCase& table, const Bytes& section) {
+  const Outcome out = outcome_of(table, section, false);
+  EXPECT_EQ(out.parsed, out.good());
+  EXPECT_EQ(reloaded(table, out.saved).failure, kGood);
+  return out.failure;
 }
 
 // The section with another value in a length field. With another section_length it has as many bytes.
@@ -95,42 +87,32 @@ const Bytes kService = joined({{0, 1, 0xFC}, loop(kPrivate)});
 const Bytes kEvent = joined({{0, 1, 0xC9, 0x58, 0x12, 0, 0, 1, 0, 0}, loop(kPrivate)});
 const Bytes kTwoStreams = joined({loop(kPrivate), loop(joined({kTransportStream, kTransportStream}))});
 
-const std::vector<TableCase> kTables = {
-    {"Pat",
-     true,
-     long_section(0x00, {0, 1, 0xE1, 0}),
-     {{"section_length", 1, 12, {kCrc, kPat, kPat, kPat}}},
-     outcome<Pat>},
-    {"Cat",
-     true,
-     long_section(0x01, descriptor(0x09, {0, 1, 0xE0, 1})),
+const std::vector<Lengths> kLengths = {
+    {table_case<Pat>("Pat", "pat", long_section(0x00, {0, 1, 0xE1, 0})),
+     {{"section_length", 1, 12, {kCrc, kPat, kPat, kPat}}}},
+    {table_case<Cat>("Cat", "cat", long_section(0x01, descriptor(0x09, {0, 1, 0xE0, 1}))),
      {{"section_length", 1, 12, {kCrc, kSize, kSize, kTag}},
-      {"descriptor_length", 9, 8, {kTag, kSize, kSize, kSize}}},
-     outcome<Cat>},
-    {"PmtDVB",
-     true,
-     long_section(0x02, joined({{0xE1, 0}, loop(kPrivate), stream(0x1B), stream(0x02)})),
+      {"descriptor_length", 9, 8, {kTag, kSize, kSize, kSize}}}},
+    {table_case<PmtDVB>("PmtDVB", "pmt",
+                        long_section(0x02, joined({{0xE1, 0}, loop(kPrivate), stream(0x1B), stream(0x02)}))),
      {{"section_length", 1, 12, {kCrc, kMismatch, kTooLittle, kGood}},
       {"program_info_length", 10, 12, {kMismatch, kMismatch, kMismatch, kMismatch}},
       {"descriptor_length of the program", 13, 8, {kMismatch, kMismatch, kMismatch, kMismatch}},
       {"ES_info_length of the first row", 19, 12, {kMismatch, kMismatch, kMismatch, kMismatch}},
       {"descriptor_length of the first row", 22, 8, {kGood, kGood, kGood, kGood}},
-      {"ES_info_length of the last row", 28, 12, {kTooLittle, kTooLittle, kMismatch, kMismatch}}},
-     outcome<PmtDVB>},
-    {"Nit",
-     true,
-     long_section(0x40, kTwoStreams),
+      {"ES_info_length of the last row", 28, 12, {kTooLittle, kTooLittle, kMismatch, kMismatch}}}},
+    {table_case<Nit>("Nit", "nit", long_section(0x40, kTwoStreams)),
      {{"section_length", 1, 12, {kCrc, kGood, kGood, kGood}},
       {"network_descriptors_length", 8, 12, {kTooLittle, kMismatch, kMismatch, kMismatch}},
       {"descriptor_length of the network", 11, 8, {kGood, kGood, kGood, kGood}},
       {"transport_stream_loop_length", 14, 12, {kGood, kMismatch, kMismatch, kMismatch}},
       {"transport_descriptors_length of the first row", 20, 12, {kMismatch, kMismatch, kMismatch, kMismatch}},
       {"descriptor_length of the first row", 23, 8, {kGood, kGood, kGood, kGood}},
-      {"transport_descriptors_length of the last row", 30, 12, {kMismatch, kMismatch, kMismatch, kMismatch}}},
-     outcome<Nit>},
-    {"Bat",
-     true,
-     long_section(0x4A, kTwoStreams),
+      {"transport_descriptors_length of the last row",
+       30,
+       12,
+       {kMismatch, kMismatch, kMismatch, kMismatch}}}},
+    {table_case<Bat>("Bat", "bat", long_section(0x4A, kTwoStreams)),
      {{"section_length", 1, 12, {kCrc, kGood, kGood, kGood}},
       {"bouquet_descriptors_length", 8, 12, {kTooLittle, kMismatch, kMismatch, kMismatch}},
       {"descriptor_length of the bouquet", 11, 8, {kGood, kGood, kGood, kGood}},
@@ -140,63 +122,47 @@ const std::vector<TableCase> kTables = {
       {"transport_descriptors_length of the last row",
        30,
        12,
-       {kTooLittle, kTooLittle, kMismatch, kMismatch}}},
-     outcome<Bat>},
-    {"Sdt",
-     true,
-     long_section(0x42, joined({{0, 1, 0xFF}, kService, kService})),
+       {kTooLittle, kTooLittle, kMismatch, kMismatch}}}},
+    {table_case<Sdt>("Sdt", "sdt", long_section(0x42, joined({{0, 1, 0xFF}, kService, kService}))),
      {{"section_length", 1, 12, {kCrc, kMismatch, kTooLittle, kGood}},
       {"descriptors_loop_length of the first row", 14, 12, {kMismatch, kMismatch, kMismatch, kMismatch}},
       {"descriptor_length of the first row", 17, 8, {kGood, kGood, kGood, kGood}},
-      {"descriptors_loop_length of the last row", 23, 12, {kTooLittle, kTooLittle, kMismatch, kMismatch}}},
-     outcome<Sdt>},
-    {"Eit",
-     true,
-     long_section(0x4E, joined({Bytes(6), kEvent, kEvent})),
+      {"descriptors_loop_length of the last row", 23, 12, {kTooLittle, kTooLittle, kMismatch, kMismatch}}}},
+    {table_case<Eit>("Eit", "eit", long_section(0x4E, joined({Bytes(6), kEvent, kEvent}))),
      {{"section_length", 1, 12, {kCrc, kMismatch, kMismatch, kMismatch}},
       {"descriptors_loop_length of the first row", 24, 12, {kMismatch, kMismatch, kMismatch, kMismatch}},
       {"descriptor_length of the first row", 27, 8, {kGood, kGood, kGood, kGood}},
-      {"descriptors_loop_length of the last row", 40, 12, {kMismatch, kMismatch, kMismatch, kMismatch}}},
-     outcome<Eit>},
-    {"Tdt",
-     false,
-     short_section(0x70, Bytes(5)),
-     {{"section_length", 1, 12, {kGood, kGood, kGood, kBit}}},
-     outcome<Tdt>},
-    {"Tot",
-     false,
-     short_section(0x73, joined({Bytes(5), loop(kPrivate), {1, 2, 3, 4}})),
+      {"descriptors_loop_length of the last row", 40, 12, {kMismatch, kMismatch, kMismatch, kMismatch}}}},
+    {table_case<Tdt>("Tdt", "tdt", short_section(0x70, Bytes(5))),
+     {{"section_length", 1, 12, {kGood, kGood, kGood, kBit}}}},
+    {table_case<Tot>("Tot", "tot", short_section(0x73, joined({Bytes(5), loop(kPrivate), {1, 2, 3, 4}}))),
      {{"section_length", 1, 12, {kMismatch, kGood, kGood, kBit}},
       {"descriptors_loop_length", 8, 12, {kGood, kMismatch, kMismatch, kMismatch}},
-      {"descriptor_length", 11, 8, {kMismatch, kMismatch, kMismatch, kMismatch}}},
-     outcome<Tot>},
-    {"Rst",
-     false,
-     short_section(0x71, Bytes(9)),
-     {{"section_length", 1, 12, {kGood, kMismatch, kMismatch, kBit}}},
-     outcome<Rst>},
+      {"descriptor_length", 11, 8, {kMismatch, kMismatch, kMismatch, kMismatch}}}},
+    {table_case<Rst>("Rst", "rst", short_section(0x71, Bytes(9))),
+     {{"section_length", 1, 12, {kGood, kMismatch, kMismatch, kBit}}}},
 };
 
 }  // namespace
 
 TEST(TableLengths, HaveTheirOutcomes) {
-  for (const TableCase& table : kTables) {
-    EXPECT_EQ(table.outcome(table.section), kGood) << table.name;
-    for (const LengthField& field : table.fields) {
+  for (const auto& [table, fields] : kLengths) {
+    EXPECT_EQ(outcome(table, table.section), kGood) << table.name;
+    for (const LengthField& field : fields) {
       const int right = field.of(table.section);
       const int values[] = {0, right - 1, right + 1, field.largest()};
       for (size_t i = 0; i < 4; ++i)
-        EXPECT_EQ(table.outcome(changed(table, field, values[i])), field.outcomes[i])
+        EXPECT_EQ(outcome(table, changed(table, field, values[i])), field.outcomes[i])
             << table.name << ": " << field.name << " " << values[i];
     }
   }
 }
 
 TEST(TableLengths, MayHaveAnyValue) {
-  for (const TableCase& table : kTables)
-    for (const LengthField& field : table.fields)
+  for (const auto& [table, fields] : kLengths)
+    for (const LengthField& field : fields)
       for (int value = 0; value <= field.largest(); value += value < 80 ? 1 : 89) {
-        const std::string text = table.outcome(changed(table, field, value));
+        const std::string text = outcome(table, changed(table, field, value));
         const bool too_short_for_a_crc = table.has_crc && field.at == 1 && value < 4;
         EXPECT_EQ(text == kCrc, too_short_for_a_crc)
             << table.name << ": " << field.name << " " << value << ": " << text;

@@ -1,5 +1,6 @@
 // The network information table.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <quillon/descriptors/dvb_classes.h>
@@ -105,6 +106,8 @@ Bytes row(int transport_stream_id, int network_id, const Bytes& descriptors, int
 Bytes nit(const Bytes& descriptors, const Bytes& rows, int claimed = -1) {
   return long_section(0x40, joined({loop(descriptors), loop(rows, claimed)}));
 }
+
+const TableCases kTables = {table_case<Nit>("Nit", "nit", kSection)};
 
 }  // namespace
 

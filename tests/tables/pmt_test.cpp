@@ -1,5 +1,6 @@
 // The program map table of a DVB stream.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <algorithm>
@@ -138,6 +139,8 @@ Bytes many_descriptors() {
     out = joined({out, descriptor(tag, tag == 0x0A || tag == 0x56 ? Bytes() : Bytes(6))});
   return out;
 }
+
+const TableCases kTables = {table_case<PmtDVB>("PmtDVB", "pmt", kSection)};
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // The service description table.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <quillon/descriptors/dvb_classes.h>
@@ -96,6 +97,8 @@ Bytes service(int service_id, const Bytes& descriptors, int claimed = -1) {
 Bytes sdt(const Bytes& services) {
   return long_section(0x42, joined({{0x00, 0x01, 0xFF}, services}));
 }
+
+const TableCases kTables = {table_case<Sdt>("Sdt", "sdt", kSection)};
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // The tables in the short form of a section: time and date, time offset, running status.
 
+#include "tests/support/table_cases.h"
 #include "tests/tables/tables.h"
 
 #include <iomanip>
@@ -146,6 +147,9 @@ void expect_header_tests(const Bytes& section) {
   EXPECT_EQ(parsed_table<T>(section, true).get_section_raw_bytes(), section);
   EXPECT_TRUE(parsed_table<T>(section, false).get_section_raw_bytes().empty());
 }
+
+const TableCases kTables = {table_case<Tdt>("Tdt", "tdt", kTdt), table_case<Tot>("Tot", "tot", kTot),
+                            table_case<Rst>("Rst", "rst", kRst)};
 
 }  // namespace
 

@@ -1,0 +1,135 @@
+// Many gibibytes of packets through one process, damaged now and then: assembled, parsed, reported and saved.
+// Nothing may pile up. Exit code 1 if the resident set grew by more than a MiB behind the first GiB.
+//
+//   soak GIB
+
+#include "bench/streams.h"
+#include "bench/tables.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+using namespace quillon;
+using namespace quillon::bench;
+
+namespace {
+
+constexpr size_t kChunk = size_t{512} * 188;
+constexpr uint64_t kGiB = uint64_t{1} << 30;
+constexpr long kMostGrowth = 1024;  // KiB
+
+// In KiB.
+long resident_set() {
+  std::ifstream statm("/proc/self/statm");
+  long all = 0, resident = 0;
+  statm >> all >> resident;
+  return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+class Viewer : public DemuxPush {
+ public:
+  Viewer() {
+    add_psi_handler(0x0000, 0x00);
+    add_psi_handler(0x0010, 0x40);
+    add_psi_handler(0x0011, 0x42);
+    add_psi_handler(kEitPid, 0x4E);
+    add_psi_handler(kEitPid, 0x50);
+    for (int service = 0; service < kServices; ++service) add_psi_handler(kFirstMapPid + service, 0x02);
+  }
+
+  uint64_t parsed = 0;
+  uint64_t refused = 0;
+  uint64_t reports = 0;
+  uint64_t documents = 0;
+
+ private:
+  using DemuxPush::on_psi_section;
+  void on_psi_section(int, int table_id, int, const uint8_t* section) override {
+    try {
+      with_class_of(table_id, [&](auto table) { take<typename decltype(table)::type>(section); });
+    } catch (const error&) {
+      ++refused;
+    }
+  }
+
+  template <class Table>
+  void take(const uint8_t* section) {
+    Table table;
+    table.set_tolerant(parsed % 2);
+    const bool report = parsed % 61 == 0;
+    const bool save = parsed % 127 == 0;
+    table.Parse(section, parsed % 3 == 0);
+    ++parsed;
+    if (report) {
+      std::ostringstream text;
+      table.dump_state(text);
+      ++reports;
+    }
+    if (save) {
+      xml::Document document;
+      table.SaveSection(document.dom(), document.create_root("t"));
+      Table again;
+      ++documents;
+      again.ParseDOM(xml::Document::from_text(document.to_text()).root());
+    }
+  }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const double gibibytes = argc == 2 ? std::atof(argv[1]) : 0;
+  if (gibibytes <= 0) {
+    std::cerr << "soak GIB\n";
+    return 2;
+  }
+  const auto bytes_to_go = static_cast<uint64_t>(gibibytes * static_cast<double>(kGiB));
+  std::vector<uint8_t> stream = mux(size_t{48} << 20).bytes;
+  {
+    const std::vector<uint8_t> heavy = si(size_t{16} << 20).bytes;
+    stream.insert(stream.end(), heavy.begin(), heavy.end());
+  }
+  stream.resize(stream.size() / kChunk * kChunk);
+
+  Viewer viewer;
+  std::vector<uint8_t> chunk(kChunk);
+  uint32_t random = 1;
+  uint64_t pushed = 0;
+  uint64_t damaged = 0;
+  const long at_start = resident_set();
+  long after_first = 0;
+  const auto start = std::chrono::steady_clock::now();
+  for (size_t at = 0; pushed < bytes_to_go; at = (at + kChunk) % stream.size()) {
+    std::copy_n(stream.begin() + static_cast<ptrdiff_t>(at), kChunk, chunk.begin());
+    // One chunk in four has a byte that is wrong, be it of a header, a length or a text.
+    random = random * 1664525 + 1013904223;
+    if (random >> 30 == 0) {
+      chunk[(random >> 8) % kChunk] = static_cast<uint8_t>(random >> 4);
+      ++damaged;
+    }
+    viewer.push_data(chunk.data(), static_cast<int>(kChunk));
+    pushed += kChunk;
+    if (!after_first && pushed >= kGiB) after_first = resident_set();
+  }
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+  const long at_end = resident_set();
+  if (!after_first) after_first = at_end;
+
+  std::printf("%.2f GiB in %.1f s, %llu bytes damaged\n",
+              static_cast<double>(pushed) / static_cast<double>(kGiB), took.count(),
+              static_cast<unsigned long long>(damaged));
+  std::printf("%llu sections parsed, %llu refused, %llu reports, %llu documents\n",
+              static_cast<unsigned long long>(viewer.parsed), static_cast<unsigned long long>(viewer.refused),
+              static_cast<unsigned long long>(viewer.reports),
+              static_cast<unsigned long long>(viewer.documents));
+  std::printf("resident set: %ld KiB at the start, %ld after the first GiB, %ld at the end\n", at_start,
+              after_first, at_end);
+  return at_end - after_first > kMostGrowth ? 1 : 0;
+}

@@ -1,0 +1,27 @@
+# Lists the names of all accessors and public members in the library's headers, for the walk of accessors.cpp: it
+# asks each class for those it has.
+
+file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/quillon/*.h)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${headers})
+set(names c_str c_strA c_strW text is_parsed application_identifier_as_text get_date_as_text get_time_as_text)
+foreach(header IN LISTS headers)
+  file(READ ${header} source)
+  string(REGEX REPLACE "[][;]" "|" source "${source}")
+  string(REGEX MATCHALL "get_[A-Za-z0-9_]+\\(" found "${source}")
+  list(APPEND names ${found})
+  string(REGEX MATCHALL "QUILLON_FIELD\\([^()]*\\)" found "${source}")
+  list(TRANSFORM found REPLACE ".*[^A-Za-z0-9_]([A-Za-z0-9_]+)\\)" "get_\\1")
+  list(APPEND names ${found})
+  string(REGEX MATCHALL "\n +[A-Za-z0-9_:<>]+ [A-Za-z0-9_]+( = [^|\n]*)?[|]" found "${source}")
+  list(FILTER found EXCLUDE REGEX "\n +(return|using|class|struct) |_[ |]")
+  list(TRANSFORM found REPLACE "\n +[^ ]+ ([A-Za-z0-9_]+).*" "\\1")
+  list(APPEND names ${found})
+endforeach()
+list(TRANSFORM names REPLACE "\\(" "")
+list(REMOVE_DUPLICATES names)
+# Protected, with accessors: GCC would remark on each class.
+list(REMOVE_ITEM names descriptor_tag descriptor_length)
+list(SORT names)
+list(TRANSFORM names REPLACE "(.+)" "QUILLON_NAME(\\1)\n")
+string(CONCAT names ${names})
+file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/fuzz/accessor_names.inc CONTENT "${names}" @ONLY)
