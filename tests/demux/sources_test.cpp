@@ -339,6 +339,15 @@ TEST(Demux2, GivesAPacketToTheHandlerOfThePidThatWasRead) {
   EXPECT_EQ(demux.heard[0].pid, 0x99);  // the hook hears what the packet says
 }
 
+TEST(Demux2, TakesNumbersThatNoPacketHas) {
+  const Bytes section = section_of(kTable, 100);
+  Device device;
+  device.add_psi_handler(0x2001, kTable);
+  device.give(0x2001, packets({section}));
+  EXPECT_EQ(device.start(), 1);
+  EXPECT_EQ(device.sections(), (Sections{section}));
+}
+
 TEST(Demux2, TracesAtLevelThree) {
   const TemporaryLog log("demux2_trace.csv", log_create_always, 3);
   const Bytes good = packets({section_of(kTable, 20)});

@@ -101,10 +101,17 @@ TEST(Tree, TakesTheRootThroughTheDocument) {
   EXPECT_EQ(length, 0);
   const Ref<IXMLDOMElement> root = make_element(dom, "d");
   const Ref<IXMLDOMElement> second = make_element(dom, "e");
-  EXPECT_EQ(dom->appendChild(root.get(), nullptr), S_OK);
+  Ref<IXMLDOMNode> appended;
+  EXPECT_EQ(dom->appendChild(root.get(), appended.out()), S_OK);
+  EXPECT_EQ(appended.get(), root.get());
   EXPECT_EQ(list->get_length(&length), S_OK);
   EXPECT_EQ(length, 1);
+  Ref<IXMLDOMNode> item;
+  EXPECT_EQ(list->get_item(0, item.out()), S_OK);
+  EXPECT_EQ(item.get(), root.get());
   IXMLDOMNode* node = root.get();
+  EXPECT_EQ(list->get_item(1, &node), S_FALSE);
+  EXPECT_EQ(node, nullptr);
   EXPECT_EQ(dom->appendChild(second.get(), &node), E_FAIL);
   EXPECT_EQ(node, nullptr);
   Ref<IXMLDOMNode> found;
