@@ -73,11 +73,6 @@ const char* const kXml =
 
 const char* const kMismatch = "-1: descriptor start end mismatch";
 
-Bytes row(int transport_stream_id, int network_id, const Bytes& descriptors, int claimed = -1) {
-  return joined({bits({{16, static_cast<uint64_t>(transport_stream_id), "transport_stream_id"},
-                       {16, static_cast<uint64_t>(network_id), "original_network_id"}}),
-                 loop(descriptors, claimed)});
-}
 Bytes bat(const Bytes& descriptors, const Bytes& rows, int claimed = -1) {
   return long_section(0x4A, joined({loop(descriptors), loop(rows, claimed)}));
 }
@@ -117,14 +112,7 @@ TEST(Bat, HasATableIdOfItsOwn) {
 }
 
 TEST(Bat, WantsTheSyntaxIndicatorAndTakesAnyReservedBits) {
-  Header header;
-  header.syntax_indicator = 0;
-  EXPECT_EQ(failure_of_parse<Bat>(long_section(0x4A, Bytes(4), header)), "2: ");
-  for (int reserved = 0; reserved < 4; ++reserved) {
-    header = {};
-    header.reserved = reserved;
-    EXPECT_EQ(failure_of_parse<Bat>(long_section(0x4A, Bytes(4), header)), "nothing");
-  }
+  expect_syntax_indicator_and_any_reserved_bits<Bat>(0x4A, Bytes(4));
 }
 
 TEST(Bat, IsEmptyWithBothLengthsZero) {
@@ -138,7 +126,8 @@ TEST(Bat, OffersEachRowWhatIsLeftOfTheLoop) {
   for (size_t size = 1; size < 6; ++size) {
     EXPECT_EQ(failure_of_parse<Bat>(bat({}, Bytes(size))), "-1: too little data") << size;
     Bat table;
-    EXPECT_EQ(failure_of_parse(bat({}, joined({row(1, 2, {}), Bytes(size)})), table), "-1: too little data")
+    EXPECT_EQ(failure_of_parse(bat({}, joined({stream_row(1, 2, {}), Bytes(size)})), table),
+              "-1: too little data")
         << size;
     EXPECT_EQ(table.get_stream_infos().size(), 1u);
   }
@@ -147,8 +136,9 @@ TEST(Bat, OffersEachRowWhatIsLeftOfTheLoop) {
 TEST(Bat, FindsARowThatOverrunsItsLoop) {
   for (const int claimed : {4, 202, 4095}) {
     Bat table;
-    EXPECT_EQ(failure_of_parse(bat({}, row(1, 2, descriptor_claiming(0x80, 200, {7}), claimed)), table),
-              kMismatch)
+    EXPECT_EQ(
+        failure_of_parse(bat({}, stream_row(1, 2, descriptor_claiming(0x80, 200, {7}), claimed)), table),
+        kMismatch)
         << claimed;
     ASSERT_EQ(table.get_stream_infos().size(), 1u);
     EXPECT_EQ(table.get_stream_infos()[0].get_user_private_descriptors().size(), 1u);
@@ -156,11 +146,11 @@ TEST(Bat, FindsARowThatOverrunsItsLoop) {
 }
 
 TEST(Bat, DoesNotNoticeADescriptorThatOverrunsItsLoop) {
-  auto table = parsed_table<Bat>(bat({0x80}, row(0x1122, 3, {})));
+  auto table = parsed_table<Bat>(bat({0x80}, stream_row(0x1122, 3, {})));
   EXPECT_EQ(table.get_user_private_descriptors().size(), 1u);
   ASSERT_EQ(table.get_stream_infos().size(), 1u);
   EXPECT_EQ(table.get_stream_infos()[0].get_transport_stream_id(), 0x1122);
-  table = parsed_table<Bat>(bat({}, joined({row(1, 2, {0x80}), row(0x0344, 5, {})})));
+  table = parsed_table<Bat>(bat({}, joined({stream_row(1, 2, {0x80}), stream_row(0x0344, 5, {})})));
   ASSERT_EQ(table.get_stream_infos().size(), 2u);
   EXPECT_EQ(table.get_stream_infos()[0].get_user_private_descriptors().size(), 1u);
   EXPECT_EQ(table.get_stream_infos()[1].get_transport_stream_id(), 0x0344);
@@ -170,14 +160,15 @@ TEST(Bat, RefusesALoopThatLiesBehindTheSection) {
   for (const int claimed : {3, 4, 5, 200, 4095})
     EXPECT_EQ(failure_of_parse<Bat>(long_section(0x4A, loop({}, claimed))), kMismatch) << claimed;
   for (const int claimed : {202, 203, 4095})
-    EXPECT_EQ(failure_of_parse<Bat>(bat({}, row(1, 2, descriptor_claiming(0x80, 200, {}), 195), claimed)),
-              kMismatch)
+    EXPECT_EQ(
+        failure_of_parse<Bat>(bat({}, stream_row(1, 2, descriptor_claiming(0x80, 200, {}), 195), claimed)),
+        kMismatch)
         << claimed;
 }
 
 TEST(Bat, RefusesADescriptorThatItsClassRefuses) {
   Bat table;
-  const Bytes rows = joined({row(1, 2, {}), row(3, 4, descriptor(0x41, Bytes(4)))});
+  const Bytes rows = joined({stream_row(1, 2, {}), stream_row(3, 4, descriptor(0x41, Bytes(4)))});
   EXPECT_EQ(failure_of_parse(bat(descriptor(0x47, {}), rows), table), "-1: descriptor length mismatch");
   EXPECT_EQ(table.get_bouquet_name_descriptors().size(), 1u);
   EXPECT_EQ(table.get_stream_infos().size(), 1u);
@@ -206,8 +197,8 @@ TEST(Bat, KeepsItsOwnDescriptorsThroughAReset) {
 
 TEST(Bat, LeavesTheStreamInHexadecimal) {
   // The satellite delivery system descriptor, which turns to decimal, is not shown here.
-  const auto table =
-      parsed_table<Bat>(bat({}, joined({row(0x1F, 1, descriptor(0x43, Bytes(11))), row(0x2F, 1, {})})));
+  const auto table = parsed_table<Bat>(
+      bat({}, joined({stream_row(0x1F, 1, descriptor(0x43, Bytes(11))), stream_row(0x2F, 1, {})})));
   std::ostringstream stream;
   table.dump_state(stream);
   const std::string text = stream.str();

@@ -152,14 +152,7 @@ TEST(Cat, HasATableIdOfItsOwn) {
 }
 
 TEST(Cat, WantsTheSyntaxIndicatorAndTakesAnyReservedBits) {
-  Header header;
-  header.syntax_indicator = 0;
-  EXPECT_EQ(failure_of_parse<Cat>(long_section(0x01, {}, header)), "2: ");
-  for (int reserved = 0; reserved < 4; ++reserved) {
-    header = {};
-    header.reserved = reserved;
-    EXPECT_EQ(failure_of_parse<Cat>(long_section(0x01, {}, header)), "nothing");
-  }
+  expect_syntax_indicator_and_any_reserved_bits<Cat>(0x01, {});
 }
 
 TEST(Cat, DoublesWhatItHoldsWhenItIsNotReset) {

@@ -177,14 +177,7 @@ TEST(Eit, HasThirtyFourTableIds) {
 }
 
 TEST(Eit, WantsTheSyntaxIndicatorAndTakesAnyReservedBits) {
-  Header header;
-  header.syntax_indicator = 0;
-  EXPECT_EQ(failure_of_parse<Eit>(long_section(0x4E, Bytes(6), header)), "2: ");
-  for (int reserved = 0; reserved < 4; ++reserved) {
-    header = {};
-    header.reserved = reserved;
-    EXPECT_EQ(failure_of_parse<Eit>(long_section(0x4E, Bytes(6), header)), "nothing");
-  }
+  expect_syntax_indicator_and_any_reserved_bits<Eit>(0x4E, Bytes(6));
 }
 
 TEST(Eit, IsEmptyWithoutEvents) {

@@ -98,11 +98,6 @@ const char* const kXml =
 
 const char* const kMismatch = "-1: descriptor start end mismatch";
 
-Bytes row(int transport_stream_id, int network_id, const Bytes& descriptors, int claimed = -1) {
-  return joined({bits({{16, static_cast<uint64_t>(transport_stream_id), "transport_stream_id"},
-                       {16, static_cast<uint64_t>(network_id), "original_network_id"}}),
-                 loop(descriptors, claimed)});
-}
 Bytes nit(const Bytes& descriptors, const Bytes& rows, int claimed = -1) {
   return long_section(0x40, joined({loop(descriptors), loop(rows, claimed)}));
 }
@@ -146,14 +141,10 @@ TEST(Nit, HasTwoTableIds) {
 }
 
 TEST(Nit, WantsTheSyntaxIndicatorAndTakesAnyReservedBits) {
-  Header header;
-  header.syntax_indicator = 0;
-  EXPECT_EQ(failure_of_parse<Nit>(long_section(0x40, {0xF0, 0, 0xF0, 0}, header)), "2: ");
-  for (int reserved = 0; reserved < 4; ++reserved) {
-    header = {};
-    header.reserved = reserved;
-    const auto high = static_cast<uint8_t>(reserved << 5);  // those of the body too
-    EXPECT_EQ(failure_of_parse<Nit>(long_section(0x40, {high, 0, high, 0}, header)), "nothing");
+  expect_syntax_indicator_and_any_reserved_bits<Nit>(0x40, {0xF0, 0, 0xF0, 0});
+  for (int reserved = 0; reserved < 16; ++reserved) {  // those of the body too
+    const auto high = static_cast<uint8_t>(reserved << 4);
+    EXPECT_EQ(failure_of_parse<Nit>(long_section(0x40, {high, 0, high, 0})), "nothing");
   }
 }
 
@@ -175,15 +166,15 @@ TEST(Nit, RefusesALoopThatIsTooShortForAnyRow) {
 
 TEST(Nit, OffersEachRowTheWholeLoop) {
   // Five bytes behind a row: they and the CRC make another row, and that ends behind the loop.
-  Bytes rows = joined({row(1, 2, {}), Bytes(5)});
+  Bytes rows = joined({stream_row(1, 2, {}), Bytes(5)});
   Nit table;
   EXPECT_EQ(failure_of_parse(nit({}, rows), table), kMismatch);
   ASSERT_EQ(table.get_stream_infos().size(), 2u);
   EXPECT_EQ(table.get_stream_infos()[1].get_transport_stream_id(), 0);
 
   // More bytes behind the loop do not save it either.
-  rows = row(3, 4, {});
-  const Bytes body = joined({loop({}), loop(joined({row(1, 2, {}), rows}), 11)});
+  rows = stream_row(3, 4, {});
+  const Bytes body = joined({loop({}), loop(joined({stream_row(1, 2, {}), rows}), 11)});
   table = {};
   EXPECT_EQ(failure_of_parse(long_section(0x40, body), table), kMismatch);
   ASSERT_EQ(table.get_stream_infos().size(), 2u);
@@ -193,8 +184,9 @@ TEST(Nit, OffersEachRowTheWholeLoop) {
 TEST(Nit, FindsARowThatOverrunsItsLoop) {
   for (const int claimed : {4, 202, 4095}) {
     Nit table;
-    EXPECT_EQ(failure_of_parse(nit({}, row(1, 2, descriptor_claiming(0x80, 200, {7}), claimed)), table),
-              kMismatch)
+    EXPECT_EQ(
+        failure_of_parse(nit({}, stream_row(1, 2, descriptor_claiming(0x80, 200, {7}), claimed)), table),
+        kMismatch)
         << claimed;
     ASSERT_EQ(table.get_stream_infos().size(), 1u);
     EXPECT_EQ(table.get_stream_infos()[0].get_user_private_descriptors().size(), 1u);
@@ -203,13 +195,13 @@ TEST(Nit, FindsARowThatOverrunsItsLoop) {
 
 TEST(Nit, DoesNotNoticeADescriptorThatOverrunsItsLoop) {
   // In the table's loop: the rows begin where the length says.
-  auto table = parsed_table<Nit>(nit({0x80}, row(0x1122, 3, {})));
+  auto table = parsed_table<Nit>(nit({0x80}, stream_row(0x1122, 3, {})));
   ASSERT_EQ(table.get_user_private_descriptors().size(), 1u);
   EXPECT_EQ(table.get_user_private_descriptors()[0].get_descriptor_length(), 0xF0);
   ASSERT_EQ(table.get_stream_infos().size(), 1u);
   EXPECT_EQ(table.get_stream_infos()[0].get_transport_stream_id(), 0x1122);
   // In a row's loop: the next row begins where the length says.
-  table = parsed_table<Nit>(nit({}, joined({row(1, 2, {0x80}), row(0x0344, 5, {})})));
+  table = parsed_table<Nit>(nit({}, joined({stream_row(1, 2, {0x80}), stream_row(0x0344, 5, {})})));
   ASSERT_EQ(table.get_stream_infos().size(), 2u);
   ASSERT_EQ(table.get_stream_infos()[0].get_user_private_descriptors().size(), 1u);
   EXPECT_EQ(table.get_stream_infos()[0].get_user_private_descriptors()[0].get_private_data(),
@@ -220,7 +212,7 @@ TEST(Nit, DoesNotNoticeADescriptorThatOverrunsItsLoop) {
 TEST(Nit, TakesALoopThatEndsBeforeTheSection) {
   // What stands between the loop and the CRC is not looked at.
   const auto table =
-      parsed_table<Nit>(long_section(0x40, joined({loop({}), loop(row(1, 2, {})), Bytes(7, 0xFF)})));
+      parsed_table<Nit>(long_section(0x40, joined({loop({}), loop(stream_row(1, 2, {})), Bytes(7, 0xFF)})));
   EXPECT_EQ(table.get_stream_infos().size(), 1u);
 }
 
@@ -230,8 +222,9 @@ TEST(Nit, RefusesALoopThatLiesBehindTheSection) {
     EXPECT_EQ(failure_of_parse<Nit>(long_section(0x40, loop({}, claimed))), kMismatch) << claimed;
   // The rows' loop does.
   for (const int claimed : {202, 203, 4095})
-    EXPECT_EQ(failure_of_parse<Nit>(nit({}, row(1, 2, descriptor_claiming(0x80, 200, {}), 195), claimed)),
-              kMismatch)
+    EXPECT_EQ(
+        failure_of_parse<Nit>(nit({}, stream_row(1, 2, descriptor_claiming(0x80, 200, {}), 195), claimed)),
+        kMismatch)
         << claimed;
 }
 
@@ -245,7 +238,7 @@ TEST(Nit, RefusesADescriptorThatItsClassRefuses) {
   EXPECT_FALSE(table.is_parsed());
 
   table = {};
-  const Bytes rows = joined({row(1, 2, {}), row(3, 4, descriptor(0x62, Bytes(6)))});
+  const Bytes rows = joined({stream_row(1, 2, {}), stream_row(3, 4, descriptor(0x62, Bytes(6)))});
   EXPECT_EQ(failure_of_parse(nit({}, rows), table), "0: ");
   EXPECT_EQ(table.get_stream_infos().size(), 1u);
 }
@@ -280,8 +273,8 @@ TEST(Nit, KeepsItsOwnDescriptorsThroughAReset) {
 
 TEST(Nit, PrintsTheDescriptorsOfSomeClassesOnly) {
   const Bytes terrestrial = descriptor(0x5A, Bytes(11));
-  const auto table =
-      parsed_table<Nit>(nit(terrestrial, row(0x2A, 0x3B, joined({terrestrial, descriptor(0x80, {1})}))));
+  const auto table = parsed_table<Nit>(
+      nit(terrestrial, stream_row(0x2A, 0x3B, joined({terrestrial, descriptor(0x80, {1})}))));
   EXPECT_EQ(table.get_stream_infos()[0].get_terrestrial_delivery_system_descriptors().size(), 1u);
   const std::string text = report(table);
   EXPECT_EQ(text.substr(text.find("stream_id")), "stream_id 2A\noriginal_network_id 3B\n");
@@ -289,14 +282,15 @@ TEST(Nit, PrintsTheDescriptorsOfSomeClassesOnly) {
 
 TEST(Nit, LeavesTheStreamInTheBaseOfItsLastLine) {
   // Behind a satellite delivery system descriptor that is decimal, also for the row that follows.
-  const auto table = parsed_table<Nit>(nit({}, joined({row(0x1F, 1, kSatellite), row(0x2F, 1, {})})));
+  const auto table =
+      parsed_table<Nit>(nit({}, joined({stream_row(0x1F, 1, kSatellite), stream_row(0x2F, 1, {})})));
   std::ostringstream stream;
   table.dump_state(stream);
   EXPECT_NE(stream.str().find("stream_id 1F\n"), std::string::npos);
   EXPECT_NE(stream.str().find("stream_id 47\n"), std::string::npos);
   EXPECT_EQ(stream.flags() & std::ios::basefield, std::ios::dec);
   // The next report begins anew.
-  parsed_table<Nit>(nit({}, row(0x3F, 1, {}))).dump_state(stream);
+  parsed_table<Nit>(nit({}, stream_row(0x3F, 1, {}))).dump_state(stream);
   EXPECT_NE(stream.str().find("stream_id 3F\n"), std::string::npos);
   EXPECT_EQ(stream.flags() & std::ios::basefield, std::ios::hex);
   // A row by itself takes the base that the stream has.

@@ -381,16 +381,7 @@ TEST(PmtDVB, HasATableIdOfItsOwn) {
 }
 
 TEST(PmtDVB, WantsTheSyntaxIndicatorAndTakesAnyReservedBits) {
-  Header header;
-  header.syntax_indicator = 0;
-  const Bytes body = {0xE0, 0, 0, 0};
-  EXPECT_EQ(failure_of_parse<PmtDVB>(long_section(0x02, body, header)), "2: ");
-  for (int bits = 0; bits < 8; ++bits) {
-    header = {};
-    header.reserved = bits & 3;
-    header.private_bit = bits >> 2;
-    EXPECT_EQ(failure_of_parse<PmtDVB>(long_section(0x02, body, header)), "nothing");
-  }
+  expect_syntax_indicator_and_any_reserved_bits<PmtDVB>(0x02, {0xE0, 0, 0, 0});
 }
 
 TEST(PmtDVB, DoublesWhatItHoldsWhenItIsNotReset) {

@@ -154,14 +154,7 @@ TEST(Sdt, HasTwoTableIds) {
 }
 
 TEST(Sdt, WantsTheSyntaxIndicatorAndTakesAnyReservedBits) {
-  Header header;
-  header.syntax_indicator = 0;
-  EXPECT_EQ(failure_of_parse<Sdt>(long_section(0x42, Bytes(3), header)), "2: ");
-  for (int reserved = 0; reserved < 4; ++reserved) {
-    header = {};
-    header.reserved = reserved;
-    EXPECT_EQ(failure_of_parse<Sdt>(long_section(0x42, Bytes(3), header)), "nothing");
-  }
+  expect_syntax_indicator_and_any_reserved_bits<Sdt>(0x42, Bytes(3));
 }
 
 TEST(Sdt, IsEmptyWithoutServices) {

@@ -17,6 +17,13 @@ inline Bytes loop(const Bytes& content, int claimed = -1) {
   return joined({bits({{4, 15, "reserved"}, {12, length, "length"}}), content});
 }
 
+// A transport stream of a network or bouquet; its loop claims other bytes than it has if that is given.
+inline Bytes stream_row(int transport_stream_id, int network_id, const Bytes& descriptors, int claimed = -1) {
+  return joined({bits({{16, static_cast<uint64_t>(transport_stream_id), "transport_stream_id"},
+                       {16, static_cast<uint64_t>(network_id), "original_network_id"}}),
+                 loop(descriptors, claimed)});
+}
+
 template <class T>
 T parsed_table(const Bytes& section, bool keep_raw = false) {
   T out;
@@ -47,6 +54,20 @@ void expect_faces(const Bytes& section, const std::string& expected_report, cons
   EXPECT_TRUE(loaded.is_parsed());
   EXPECT_EQ(report(loaded), expected_report);
   EXPECT_EQ(saved(loaded, name.c_str()), xml);
+}
+
+// The header's four bits behind the table id: the first must be set, the others may be anything.
+template <class T>
+void expect_syntax_indicator_and_any_reserved_bits(int table_id, const Bytes& body) {
+  Header header;
+  header.syntax_indicator = 0;
+  EXPECT_EQ(failure_of_parse<T>(long_section(table_id, body, header)), "2: ");
+  for (int bits = 0; bits < 8; ++bits) {
+    header = {};
+    header.reserved = bits & 3;
+    header.private_bit = bits >> 2;
+    EXPECT_EQ(failure_of_parse<T>(long_section(table_id, body, header)), "nothing");
+  }
 }
 
 // The table ids under which a section, its CRC made right, is not refused for its table id.
