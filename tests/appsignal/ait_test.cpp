@@ -195,22 +195,6 @@ Bytes bare(int tag) {
   return descriptor_claiming(tag, 0, Bytes(8));
 }
 
-std::vector<std::string> saved_names(const AitLoop& loop) {
-  xml::Document document;
-  EXPECT_TRUE(loop._save_descriptors(document.dom(), document.create_root("d")));
-  std::vector<std::string> names;
-  for (void* const node : document.children(document.children(document.root()).at(0)))
-    names.push_back(document.name(node));
-  return names;
-}
-
-template <class T>
-std::vector<int> tags(const std::vector<T>& descriptors) {
-  std::vector<int> out;
-  for (const T& d : descriptors) out.push_back(d.get_descriptor_tag());
-  return out;
-}
-
 const TableCases kTables = {table_case<Ait>("Ait", "ait", kSection)};
 
 }  // namespace
@@ -497,10 +481,6 @@ TEST(Ait, LoadsApplicationsOfAnyNameAndSkipsUnknownDescriptors) {
   const Ait table = loaded_table<Ait>(changed(kXml, "user_private_descriptor", "CA_descriptor"));
   EXPECT_TRUE(table.get_user_private_descriptors().empty());
   EXPECT_EQ(table.get_general_descriptors().size(), 1u);
-}
-
-TEST(Ait, SurvivesDamage) {
-  exercise_damaged<Ait>(kSection);
 }
 
 #if !defined(_WIN32)

@@ -15,12 +15,7 @@ namespace {
 
 template <class T>
 T read(const Bytes& bytes) {
-  return T(ByteView(bytes.data(), bytes.size()));
-}
-
-template <class T>
-std::string refusal(const Bytes& bytes) {
-  return failure([&] { read<T>(bytes); });
+  return T(view(bytes));
 }
 
 // One English string of one segment: ten bytes.
@@ -641,7 +636,7 @@ TEST(DescriptorAtscContentAdvisory, WantsTheTextOfARegionToHaveItsLength) {
 TEST(DescriptorAtscContentAdvisory, BoundsTheDimensionsByTheLengthAndNotTheText) {
   // Five bytes hold the head and one dimension and a half; the second one is read whole.
   const Bytes bytes = joined({Bytes{7, 200, 1, 0xF2, 3, 0xF4}, Bytes{10}, kText});
-  const DescriptorAtscContentAdvisory::Region region(ByteView(bytes.data(), bytes.size()), 5);
+  const DescriptorAtscContentAdvisory::Region region(view(bytes), 5);
   EXPECT_EQ(region.rating_region, 7);
   EXPECT_EQ(region.rated_dimensions, 200);
   ASSERT_EQ(region.dimensions.size(), 2u);

@@ -136,9 +136,9 @@ const std::vector<Row>& rows() {
 
 class Loop : public AtscLoop {
  public:
-  void parse(const Bytes& bytes) { ParseDescriptor(ByteView(bytes.data(), bytes.size())); }
+  void parse(const Bytes& bytes) { ParseDescriptor(view(bytes)); }
   bool walk(const Bytes& bytes, std::vector<int>* positions) {
-    const ByteView view(bytes.data(), bytes.size());
+    const ByteView view = test::view(bytes);
     return walk_descriptors(view, 0, static_cast<int>(bytes.size()), {view, positions});
   }
 };
@@ -155,18 +155,6 @@ Loop full_loop() {
   Loop loop;
   for (auto row = rows().rbegin(); row != rows().rend(); ++row) loop.parse(descriptor(row->tag, row->body));
   return loop;
-}
-
-std::vector<std::string> saved_names(const AtscLoop& loop) {
-  xml::Document document;
-  void* const root = document.create_root("d");
-  EXPECT_TRUE(loop._save_descriptors(document.dom(), root));
-  std::vector<std::string> out;
-  const auto lists = document.children(root);
-  EXPECT_EQ(lists.size(), 1u);
-  EXPECT_EQ(document.name(lists.at(0)), "descriptors");
-  for (void* const child : document.children(lists.at(0))) out.push_back(document.name(child));
-  return out;
 }
 
 Loop loaded_loop(const std::string& descriptors) {
@@ -266,7 +254,7 @@ TEST(AtscLoop, TellsATolerantTableOfRefusedDescriptorsToo) {
   struct Tolerant : AtscLoop {
     DescriptorFailures failures;
     explicit Tolerant(const Bytes& bytes) {
-      const ByteView view(bytes.data(), bytes.size());
+      const ByteView view = test::view(bytes);
       walk_descriptors(view, 0, static_cast<int>(bytes.size()), {view, nullptr, &failures});
     }
   };

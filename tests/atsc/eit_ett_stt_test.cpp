@@ -183,7 +183,7 @@ TEST(AtscEIT, StepsOverTheTitleOfAnEvent) {
 
 TEST(AtscEIT, FailsWhenTheDescriptorsOfAnEventMissTheirEnd) {
   for (const int change : {-1, 1, 0x800}) {
-    EXPECT_EQ(refusal<Event>(joined({event(kGenre, change), Bytes(1)})), kEventMismatch) << change;
+    EXPECT_EQ(row_refusal<Event>(joined({event(kGenre, change), Bytes(1)})), kEventMismatch) << change;
     EXPECT_EQ(failure_of<AtscEIT>(eit(1, event(kGenre, change))), kEventMismatch) << change;
   }
   EXPECT_EQ(Read<Event>(event(kGenre), -100).used, 14);  // what it is offered is not looked at

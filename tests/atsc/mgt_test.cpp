@@ -147,7 +147,7 @@ TEST(AtscMGT, TakesEachBitOfATableForItsField) {
     EXPECT_EQ(read.row.table_type_descriptors_length, length);
     EXPECT_EQ(read.used, length + 11);
   }
-  EXPECT_EQ(refusal<Table>(table({}, 1)), kMismatch);
+  EXPECT_EQ(row_refusal<Table>(table({}, 1)), kMismatch);
 }
 
 TEST(AtscMGT, WeighsTheThirdByteOfASizeWithAHundred) {
@@ -184,7 +184,7 @@ TEST(AtscMGT, KeepsWhereItsOwnDescriptorsLie) {
 
 TEST(AtscMGT, FailsWhenTheDescriptorsOfATableMissTheirEnd) {
   for (const int change : {-1, 1, 0x800}) {
-    EXPECT_EQ(refusal<Table>(joined({table(kGenre, change), Bytes(1)})), kMismatch) << change;
+    EXPECT_EQ(row_refusal<Table>(joined({table(kGenre, change), Bytes(1)})), kMismatch) << change;
     EXPECT_EQ(failure_of<AtscMGT>(section(1, joined({table(kGenre, change), length_of(0)}))), kMismatch);
   }
 }

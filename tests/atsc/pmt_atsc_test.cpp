@@ -241,7 +241,7 @@ TEST(PmtATSC, ReadsAStreamFromItsBytes) {
   EXPECT_EQ(row.ES_info_length, 3);
   EXPECT_EQ(row.get_descriptor_pos(), std::vector<int>{5});
   EXPECT_EQ(row.get_atsc_genre_descriptor().size(), 1u);
-  EXPECT_EQ(refusal<ElementaryStream>(bytes, 4), "-1: too little data");
+  EXPECT_EQ(row_refusal<ElementaryStream>(bytes, 4), "-1: too little data");
 }
 
 TEST(PmtATSC, TakesEachBitOfAStreamForItsField) {

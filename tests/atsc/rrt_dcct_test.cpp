@@ -234,12 +234,12 @@ TEST(AtscRRT, ReadsADimension) {
 }
 
 TEST(AtscRRT, NeedsValuesThatFillTheDimension) {
-  EXPECT_EQ(refusal<Dimension>(dimension(0, {})), "nothing");
-  EXPECT_EQ(refusal<Dimension>(dimension(0, Bytes(1))), kDimensionMismatch);
-  EXPECT_EQ(refusal<Dimension>(dimension(0, {}), 2), kDimensionMismatch);
-  EXPECT_EQ(refusal<Dimension>(dimension(1, joined({value(1, 1), value(1, 1)}))), kDimensionMismatch);
-  EXPECT_EQ(refusal<Dimension>(dimension(1, value(1, 1)), 6), kDimensionMismatch);
-  EXPECT_EQ(refusal<Dimension>(dimension(2, value(1, 1))), "nothing");
+  EXPECT_EQ(row_refusal<Dimension>(dimension(0, {})), "nothing");
+  EXPECT_EQ(row_refusal<Dimension>(dimension(0, Bytes(1))), kDimensionMismatch);
+  EXPECT_EQ(row_refusal<Dimension>(dimension(0, {}), 2), kDimensionMismatch);
+  EXPECT_EQ(row_refusal<Dimension>(dimension(1, joined({value(1, 1), value(1, 1)}))), kDimensionMismatch);
+  EXPECT_EQ(row_refusal<Dimension>(dimension(1, value(1, 1)), 6), kDimensionMismatch);
+  EXPECT_EQ(row_refusal<Dimension>(dimension(2, value(1, 1))), "nothing");
 }
 
 TEST(AtscRRT, ReadsAValue) {
@@ -358,7 +358,7 @@ TEST(AtscDCCT, ReadsTermsThatBeginBeforeTheLastTwoBytesOfATest) {
   for (const auto& [offered, terms] : {Case{-5, 0}, Case{0, 0}, Case{19, 0}, Case{20, 1}, Case{30, 1},
                                        Case{31, 2}, Case{41, 2}, Case{42, 3}, Case{54, 3}}) {
     int length = offered;
-    const DccTest test(ByteView(bytes.data(), bytes.size()), length, true, nullptr);
+    const DccTest test(view(bytes), length, true, nullptr);
     EXPECT_EQ(test.terms.size(), terms) << offered;
     EXPECT_EQ(test.dcc_term_count, 3);
     EXPECT_EQ(length, 19 + 11 * static_cast<int>(terms));
@@ -368,12 +368,12 @@ TEST(AtscDCCT, ReadsTermsThatBeginBeforeTheLastTwoBytesOfATest) {
 TEST(AtscDCCT, FailsWhenDescriptorsMissTheirEnd) {
   for (const int change : {-1, 1, 0x200}) {
     const Bytes bad_term = joined({term(kGenre, change), Bytes(1)});
-    EXPECT_EQ(refusal<Term>(bad_term), kTermMismatch) << change;
-    EXPECT_EQ(refusal<DccTest>(test_of(1, joined({bad_term, loop({})}))), kTermMismatch) << change;
+    EXPECT_EQ(row_refusal<Term>(bad_term), kTermMismatch) << change;
+    EXPECT_EQ(row_refusal<DccTest>(test_of(1, joined({bad_term, loop({})}))), kTermMismatch) << change;
     EXPECT_EQ(failure_of<AtscDCCT>(dcct(1, joined({test_of(1, joined({bad_term, loop({})})), loop({})}))),
               kTermMismatch);
     const Bytes bad_test = joined({test_of(0, loop(kGenre, change)), Bytes(1)});
-    EXPECT_EQ(refusal<DccTest>(bad_test), kTestMismatch) << change;
+    EXPECT_EQ(row_refusal<DccTest>(bad_test), kTestMismatch) << change;
     EXPECT_EQ(failure_of<AtscDCCT>(dcct(1, joined({bad_test, loop({})}))), kTestMismatch) << change;
     // The text is that of the rating table.
     EXPECT_EQ(failure_of<AtscDCCT>(dcct(0, joined({loop(kGenre, change), Bytes(1)}))), kRrtMismatch);
@@ -502,7 +502,7 @@ TEST(AtscDCCSCT, StepsOverTheDataOfAnUpdate) {
 
 TEST(AtscDCCSCT, FailsWhenTheDescriptorsOfAnUpdateMissTheirEnd) {
   for (const int change : {-1, 1, 0x200}) {
-    EXPECT_EQ(refusal<Update>(joined({update(1, {0}, kGenre, change), Bytes(1)})), kUpdateMismatch);
+    EXPECT_EQ(row_refusal<Update>(joined({update(1, {0}, kGenre, change), Bytes(1)})), kUpdateMismatch);
     EXPECT_EQ(failure_of<AtscDCCSCT>(dccsct(1, joined({update(1, {0}, kGenre, change), length_of(0)}))),
               kUpdateMismatch);
   }

@@ -48,15 +48,14 @@ inline Bytes with_length(Bytes section, int length) {
 template <class Row>
 struct Read {
   explicit Read(const Bytes& bytes, int length = -1)
-      : used(length < 0 ? static_cast<int>(bytes.size()) : length),
-        row(ByteView(bytes.data(), bytes.size()), used, false, nullptr) {}
+      : used(length < 0 ? static_cast<int>(bytes.size()) : length), row(view(bytes), used, false, nullptr) {}
 
   int used;
   Row row;
 };
 
 template <class Row>
-std::string refusal(const Bytes& bytes, int length = -1) {
+std::string row_refusal(const Bytes& bytes, int length = -1) {
   return failure([&] { Read<Row>(bytes, length); });
 }
 

@@ -312,12 +312,12 @@ TEST(AtscTVCT, ReadsTheDescriptorsOfAChannel) {
   for (const int offered : {-100, 0, 5, 32, 4000}) {
     int length = offered;
     const Bytes bytes = terrestrial(joined({kGenre, kGenre}));
-    const Terrestrial channel(ByteView(bytes.data(), bytes.size()), length, true, nullptr);
+    const Terrestrial channel(view(bytes), length, true, nullptr);
     EXPECT_EQ(length, 38) << offered;
     EXPECT_EQ(channel.get_atsc_genre_descriptor().size(), 2u);
   }
   for (const int change : {-1, 1, 0x200}) {
-    EXPECT_EQ(refusal<Terrestrial>(joined({terrestrial(kGenre, change), Bytes(1)})), kChannelMismatch);
+    EXPECT_EQ(row_refusal<Terrestrial>(joined({terrestrial(kGenre, change), Bytes(1)})), kChannelMismatch);
     EXPECT_EQ(failure_of<AtscTVCT>(tvct(1, joined({terrestrial(kGenre, change), length_of(0)}))),
               kChannelMismatch);
   }
@@ -339,8 +339,8 @@ TEST(AtscCVCT, ReadsTheDescriptorsOfAChannelFromTheLowByteOfTheirLengthOn) {
   EXPECT_EQ(long_loop.used, 32 + 0x106);
   EXPECT_EQ(long_loop.row.get_atsc_data_stream_alignment_descriptors().size(), 1u);
   EXPECT_EQ(long_loop.row.get_general_descriptors().size(), 2u);
-  EXPECT_EQ(refusal<Cable>(cable(0, {1, 0, 0})), kChannelMismatch);
-  EXPECT_EQ(refusal<Cable>(cable(0, {4, 3, 0, 0, 0})), kChannelMismatch);
+  EXPECT_EQ(row_refusal<Cable>(cable(0, {1, 0, 0})), kChannelMismatch);
+  EXPECT_EQ(row_refusal<Cable>(cable(0, {4, 3, 0, 0, 0})), kChannelMismatch);
   EXPECT_EQ(failure_of<AtscCVCT>(cvct(joined({cable(1, {4, 3, 0, 0, 0}), length_of(0)}))), kChannelMismatch);
 }
 

@@ -8,7 +8,7 @@ using namespace quillon::test;
 TEST(DescriptorCases, HaveTheirFaces) {
   for (const DescriptorCase& c : Cases::all()) {
     SCOPED_TRACE(c.name);
-    const ByteView view(c.bytes.data(), c.bytes.size());
+    const ByteView view = test::view(c.bytes);
     EXPECT_EQ(c.report_of(view), c.report);
     EXPECT_EQ(c.saved_of(view), c.xml);
     EXPECT_EQ(c.resaved_of(c.xml), c.reloaded);
@@ -21,7 +21,7 @@ TEST(DescriptorCases, SurviveBeingCutAtEachLength) {
     for (size_t size = 0; size <= c.bytes.size(); ++size) {
       const Bytes cut(c.bytes.begin(),
                       c.bytes.begin() + static_cast<ptrdiff_t>(size));  // its own end, watched
-      failure([&] { c.exercise(ByteView(cut.data(), cut.size())); });
+      failure([&] { c.exercise(view(cut)); });
     }
   }
 }
@@ -33,7 +33,7 @@ TEST(DescriptorCases, SurviveEachByteBeingDamaged) {
       for (const uint8_t value : Bytes{0x00, 0x01, 0x7F, 0x80, 0xFF}) {
         Bytes damaged = c.bytes;
         damaged[i] = value;
-        failure([&] { c.exercise(ByteView(damaged.data(), damaged.size())); });
+        failure([&] { c.exercise(view(damaged)); });
       }
   }
 }
@@ -46,7 +46,7 @@ TEST(DescriptorCases, SurviveAnyLengthAtEachPlace) {
       for (const int value : {0, 1, told - 1, told + 1, 4095}) {
         Bytes damaged = c.bytes;
         set_length(damaged, at, value);
-        failure([&] { c.exercise(ByteView(damaged.data(), damaged.size())); });
+        failure([&] { c.exercise(view(damaged)); });
       }
     }
   }

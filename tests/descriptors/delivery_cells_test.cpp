@@ -111,7 +111,7 @@ TEST(DescriptorFrequencyList, ReadsItsCodingTypeFromTheLowestBits) {
 TEST(DescriptorFrequencyList, RefusesALengthThatHoldsAPartOfAFrequency) {
   for (const size_t size : {0u, 2u, 3u, 4u, 6u, 7u, 8u}) {
     const Bytes bytes = descriptor(0x62, Bytes(size));
-    EXPECT_EQ(failure([&] { DescriptorFrequencyList(ByteView(bytes.data(), bytes.size())); }), "0: ") << size;
+    EXPECT_EQ(failure([&] { DescriptorFrequencyList(view(bytes)); }), "0: ") << size;
   }
   EXPECT_EQ(DescriptorFrequencyList(descriptor(0x62, Bytes(1)).data()).centre_frequency.size(), 0u);
   EXPECT_EQ(DescriptorFrequencyList(descriptor(0x62, Bytes(5)).data()).centre_frequency.size(), 1u);
@@ -171,9 +171,7 @@ TEST(DescriptorCellList, ReadsACellWhateverIsOffered) {
 }
 
 TEST(DescriptorCellList, RefusesPartsOfSubcellsAndOfCells) {
-  const auto refused = [](const Bytes& bytes) {
-    return failure([&] { DescriptorCellList(ByteView(bytes.data(), bytes.size())); });
-  };
+  const auto refused = [](const Bytes& bytes) { return failure([&] { DescriptorCellList(view(bytes)); }); };
   EXPECT_EQ(refused(descriptor(0x6C, {})), "nothing");
   EXPECT_EQ(refused(descriptor(0x6C, joined({cell(1, 4), Bytes(4)}))), "0: ");
   EXPECT_EQ(refused(descriptor(0x6C, joined({cell(1, 0), Bytes(1)}))), "2: ");
@@ -211,7 +209,7 @@ TEST(DescriptorCellFrequncyLink, ReadsACellWhateverIsOffered) {
 
 TEST(DescriptorCellFrequncyLink, RefusesPartsOfSubcellsAndOfCells) {
   const auto refused = [](const Bytes& bytes) {
-    return failure([&] { DescriptorCellFrequncyLink(ByteView(bytes.data(), bytes.size())); });
+    return failure([&] { DescriptorCellFrequncyLink(view(bytes)); });
   };
   EXPECT_EQ(refused(descriptor(0x6D, {})), "nothing");
   EXPECT_EQ(refused(descriptor(0x6D, joined({linked_cell(1, 4), Bytes(4)}))), "0: ");
@@ -257,7 +255,7 @@ TEST(DescriptorTimeSliceFecIdentifier, CountsItsSelectorUpFromItsFirstByteInEigh
 TEST(DescriptorTimeSliceFecIdentifier, RefusesALengthBelowThree) {
   for (size_t size = 0; size < 3; ++size) {
     const Bytes bytes = joined({descriptor(0x77, Bytes(size)), Bytes(4)});
-    EXPECT_EQ(failure([&] { DescriptorTimeSliceFecIdentifier(ByteView(bytes.data(), bytes.size())); }),
+    EXPECT_EQ(failure([&] { DescriptorTimeSliceFecIdentifier(view(bytes)); }),
               "-1: descriptor length to small")
         << size;
   }

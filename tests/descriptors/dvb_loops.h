@@ -122,16 +122,4 @@ inline DvbLoop loop_of(const Bytes& descriptors) {
   return parsed_table<Nit>(long_section(0x40, joined({loop(descriptors), loop({})})));
 }
 
-inline std::vector<std::string> saved_names(const DvbLoop& loop) {
-  xml::Document document;
-  void* const root = document.create_root("d");
-  EXPECT_TRUE(loop._save_descriptors(document.dom(), root));
-  std::vector<std::string> out;
-  const auto lists = document.children(root);
-  EXPECT_EQ(lists.size(), 1u);
-  EXPECT_EQ(document.name(lists.at(0)), "descriptors");
-  for (void* const child : document.children(lists.at(0))) out.push_back(document.name(child));
-  return out;
-}
-
 }  // namespace quillon::test

@@ -10,27 +10,9 @@
 
 namespace quillon::test {
 
-// A length byte and the characters.
-inline Bytes counted(std::string_view characters) {
-  return joined({bits({{8, characters.size(), "length"}}), text(characters)});
-}
-
-// What a class throws for bytes.
-template <class T>
-std::string refusal(const Bytes& bytes) {
-  return failure([&] { T(ByteView(bytes.data(), bytes.size())); });
-}
-
 template <class T>
 std::string saved_of(const Bytes& bytes) {
-  return saved(T(ByteView(bytes.data(), bytes.size())));
-}
-
-template <class T>
-std::string saved_after_reset(const Bytes& bytes) {
-  T object(ByteView(bytes.data(), bytes.size()));
-  object.reset();
-  return saved(object);
+  return saved(T(view(bytes)));
 }
 
 // What a load of the saved object throws when a list, or the first child element of that name, is called

@@ -195,7 +195,7 @@ TEST(DescriptorLocalTimeOffset, ReportsInDecimalAndLeavesTheStreamSo) {
 TEST(DescriptorPDC, TakesTheByteBehindItIntoTheLabel) {
   Bytes bytes = kPDC;
   bytes.push_back(0x5A);
-  const DescriptorPDC d(ByteView(bytes.data(), bytes.size()));
+  const DescriptorPDC d(view(bytes));
   EXPECT_EQ(d.get_programme_identification_label(), (21 << 15 | 12 << 11 | 20 << 6 | 15) << 8 | 0x5A);
   EXPECT_STREQ(d.get_programme_identification_label_text(), "to be implemented");
 

@@ -103,7 +103,7 @@ const Cases cases = {
 };
 
 std::string refused(const Bytes& bytes) {
-  return failure([&] { DescriptorLinkage(ByteView(bytes.data(), bytes.size())); });
+  return failure([&] { DescriptorLinkage(view(bytes)); });
 }
 
 }  // namespace
@@ -133,7 +133,7 @@ TEST(DescriptorLinkage, KeepsWhatStandsBehindTheTypeAsPrivateData) {
 TEST(DescriptorLinkage, HasNoPrivateDataBelowItsShortestLength) {
   for (const int type : {1, 8}) {
     const Bytes bytes = descriptor_claiming(0x4A, 3, joined({target(static_cast<uint64_t>(type)), Bytes(6)}));
-    EXPECT_TRUE(DescriptorLinkage(ByteView(bytes.data(), bytes.size())).get_private_data().empty()) << type;
+    EXPECT_TRUE(DescriptorLinkage(view(bytes)).get_private_data().empty()) << type;
   }
 }
 

@@ -88,7 +88,7 @@ const Cases cases = {
 };
 
 std::string refused(const Bytes& bytes) {
-  return failure([&] { DescriptorMosiac(ByteView(bytes.data(), bytes.size())); });
+  return failure([&] { DescriptorMosiac(view(bytes)); });
 }
 
 }  // namespace
@@ -144,7 +144,7 @@ TEST(DescriptorMosiac, ReadsFieldsToTheirBits) {
 TEST(DescriptorMosiac, CountsTheBytesOfEachKindOfCellWhateverIsOffered) {
   const auto consumed = [](const Bytes& bytes) {
     int used = 0;
-    CellInfo(ByteView(bytes.data(), bytes.size()), 1, used);
+    CellInfo(view(bytes), 1, used);
     return used;
   };
   EXPECT_EQ(consumed(cell(1, kBouquet)), 6);

@@ -344,7 +344,7 @@ TEST(DescriptorAssociationTag, HasOneSelectorLengthForUseZeroAndForUseOne) {
     const auto parse = [&](int use) {
       Bytes bytes = association_tag(use, length, {});
       bytes.insert(bytes.end(), rest.begin(), rest.end());
-      return failure([&] { DescriptorAssociationTag(ByteView(bytes.data(), bytes.size())); });
+      return failure([&] { DescriptorAssociationTag(view(bytes)); });
     };
     const std::string refused = "3: association_tag_descriptor:selector_length";
     EXPECT_EQ(parse(0), length == 8 ? "nothing" : refused) << length;

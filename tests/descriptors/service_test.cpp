@@ -135,7 +135,7 @@ const Cases cases = {
 
 template <class T>
 std::string failure_of(const Bytes& bytes) {
-  return failure([&] { T(ByteView(bytes.data(), bytes.size())); });
+  return failure([&] { T(view(bytes)); });
 }
 
 }  // namespace

@@ -44,13 +44,13 @@ struct Parsed {
 Parsed parse(const Bytes& bytes, int length = -1) {
   Parsed out;
   out.used = length < 0 ? static_cast<int>(bytes.size()) : length;
-  out.structure.parse(ByteView(bytes.data(), bytes.size()), out.used);
+  out.structure.parse(view(bytes), out.used);
   return out;
 }
 
 Segment segment_of(const Bytes& bytes) {
   int length = 0;
-  return Segment(ByteView(bytes.data(), bytes.size()), length);
+  return Segment(view(bytes), length);
 }
 
 std::string page_text(int high) {
@@ -233,7 +233,7 @@ TEST(MultipleString, AddsToWhatItHolds) {
   ATSCMultipleStringStructure s = parse(kTwoLanguages).structure;
   const Bytes second = structure(1, {string_of("deu", 0, {})});
   int length = static_cast<int>(second.size());
-  s.parse(ByteView(second.data(), second.size()), length);
+  s.parse(view(second), length);
   EXPECT_EQ(length, 5);
   EXPECT_EQ(s.number_strings, 1);
   ASSERT_EQ(s.strings.size(), 3u);
@@ -243,7 +243,7 @@ TEST(MultipleString, AddsToWhatItHolds) {
 TEST(MultipleStringSegment, WritesItsLengthAndDoesNotReadIt) {
   const Bytes bytes = segment(0, 0, text("abc"));
   for (int length : {0, 1, 600}) {
-    const Segment s(ByteView(bytes.data(), bytes.size()), length);
+    const Segment s(view(bytes), length);
     EXPECT_EQ(length, 6);
     EXPECT_EQ(s.compressed_string_bytes, text("abc"));
   }

@@ -16,10 +16,6 @@ std::u16string wide(const Text& t) {
   return std::u16string(t.get_textW().begin(), t.get_textW().end());
 }
 
-ByteView view(const Bytes& bytes) {
-  return ByteView(bytes.data(), bytes.size());
-}
-
 Text parsed(const Bytes& bytes) {
   return Text(static_cast<int>(bytes.size()), view(bytes));
 }

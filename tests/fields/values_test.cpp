@@ -16,10 +16,6 @@ using namespace quillon::test;
 
 namespace {
 
-ByteView view(const Bytes& bytes) {
-  return ByteView(bytes.data(), bytes.size());
-}
-
 Bytes time_bytes(int mjd, int hour = 0, int minute = 0, int second = 0) {
   return bits({{16, static_cast<uint64_t>(mjd), "MJD"},
                {8, static_cast<uint64_t>(hour), "hour"},

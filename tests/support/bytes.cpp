@@ -21,6 +21,10 @@ Bytes text(std::string_view characters) {
   return Bytes(characters.begin(), characters.end());
 }
 
+Bytes counted(std::string_view characters) {
+  return joined({bits({{8, characters.size(), "length"}}), text(characters)});
+}
+
 Bytes joined(std::initializer_list<Bytes> parts) {
   Bytes out;
   for (const Bytes& part : parts) out.insert(out.end(), part.begin(), part.end());

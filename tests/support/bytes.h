@@ -8,9 +8,15 @@
 #include <string_view>
 #include <vector>
 
+#include <quillon/sections/byte_view.h>
+
 namespace quillon::test {
 
 using Bytes = std::vector<uint8_t>;
+
+inline ByteView view(const Bytes& bytes) {
+  return ByteView(bytes.data(), bytes.size());
+}
 
 // One field of a wire form: its width in bits, its value, and its name for the reader.
 struct Field {
@@ -23,6 +29,8 @@ struct Field {
 Bytes bits(std::initializer_list<Field> fields);
 
 Bytes text(std::string_view characters);
+// A length byte and the characters.
+Bytes counted(std::string_view characters);
 Bytes joined(std::initializer_list<Bytes> parts);
 
 // tag, length and body; the length may be given a value of its own.

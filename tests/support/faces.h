@@ -2,10 +2,13 @@
 
 // The faces of an object as texts, for comparison with what is written down.
 
+#include "tests/support/bytes.h"
+
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
@@ -58,6 +61,40 @@ std::string failure(Action action) {
     return std::to_string(e.get_code()) + ": " + e.what();
   }
   return "nothing";
+}
+
+// What a class throws for bytes.
+template <class T>
+std::string refusal(const Bytes& bytes) {
+  return failure([&] { T(view(bytes)); });
+}
+
+template <class T>
+std::string saved_after_reset(const Bytes& bytes) {
+  T object(view(bytes));
+  object.reset();
+  return saved(object);
+}
+
+// The elements of a saved loop.
+template <class Loop>
+std::vector<std::string> saved_names(const Loop& loop) {
+  xml::Document document;
+  void* const root = document.create_root("d");
+  EXPECT_TRUE(loop._save_descriptors(document.dom(), root));
+  const auto lists = document.children(root);
+  EXPECT_EQ(lists.size(), 1u);
+  EXPECT_EQ(document.name(lists.at(0)), "descriptors");
+  std::vector<std::string> out;
+  for (void* const child : document.children(lists.at(0))) out.push_back(document.name(child));
+  return out;
+}
+
+template <class Descriptor>
+std::vector<int> tags(const std::vector<Descriptor>& descriptors) {
+  std::vector<int> out;
+  for (const Descriptor& d : descriptors) out.push_back(d.get_descriptor_tag());
+  return out;
 }
 
 }  // namespace quillon::test
