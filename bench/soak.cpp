@@ -35,14 +35,7 @@ long resident_set() {
 
 class Viewer : public DemuxPush {
  public:
-  Viewer() {
-    add_psi_handler(0x0000, 0x00);
-    add_psi_handler(0x0010, 0x40);
-    add_psi_handler(0x0011, 0x42);
-    add_psi_handler(kEitPid, 0x4E);
-    add_psi_handler(kEitPid, 0x50);
-    for (int service = 0; service < kServices; ++service) add_psi_handler(kFirstMapPid + service, 0x02);
-  }
+  Viewer() { add_handlers(*this); }
 
   uint64_t parsed = 0;
   uint64_t refused = 0;

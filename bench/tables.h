@@ -1,12 +1,24 @@
 #pragma once
 
-// The table classes of the streams' sections.
+// What the streams' sections are read with.
+
+#include "bench/streams.h"
 
 #include <type_traits>
 
 #include <quillon/quillon.h>
 
 namespace quillon::bench {
+
+// Handlers for all sections of the streams.
+inline void add_handlers(Demux& demux) {
+  demux.add_psi_handler(0x0000, 0x00);
+  demux.add_psi_handler(0x0010, 0x40);
+  demux.add_psi_handler(0x0011, 0x42);
+  demux.add_psi_handler(kEitPid, 0x4E);
+  demux.add_psi_handler(kEitPid, 0x50);
+  for (int service = 0; service < kServices; ++service) demux.add_psi_handler(kFirstMapPid + service, 0x02);
+}
 
 // Calls `take` with the std::type_identity of a table id's class.
 template <class Take>

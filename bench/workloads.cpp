@@ -14,15 +14,6 @@ namespace quillon::bench {
 
 namespace {
 
-void add_handlers(Demux& demux) {
-  demux.add_psi_handler(0x0000, 0x00);
-  demux.add_psi_handler(0x0010, 0x40);
-  demux.add_psi_handler(0x0011, 0x42);
-  demux.add_psi_handler(kEitPid, 0x4E);
-  demux.add_psi_handler(kEitPid, 0x50);
-  for (int service = 0; service < kServices; ++service) demux.add_psi_handler(kFirstMapPid + service, 0x02);
-}
-
 size_t size_of(const uint8_t* section) {
   return ((section[1] & 0x0Fu) << 8 | section[2]) + 3u;
 }

@@ -27,10 +27,8 @@ class Arena {
     void* const out = next_;
     next_ += size;
     left_ -= size;
-    used_ += size;
     return out;
   }
-  size_t used() const { return used_; }
 
  private:
   void grow(size_t size);
@@ -38,7 +36,6 @@ class Arena {
   std::vector<std::unique_ptr<std::byte[]>> blocks_;
   std::byte* next_ = nullptr;
   size_t left_ = 0;
-  size_t used_ = 0;
 };
 
 // A name in the store; equal names are one object.
