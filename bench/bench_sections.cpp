@@ -11,7 +11,7 @@
 #include <quillon/quillon.h>
 #include <quillon/sections/crc.h>
 #include <quillon/xml/dom.h>
-#include <quillon/xml/ref.h>
+#include <quillon/xml/internal/ref.h>
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include <quillon/platform/code_page.h>
-#include <quillon/report/registry_file.h>
-#include <quillon/report/registry_rows.h>
+#include <quillon/report/internal/registry_file.h>
+#include <quillon/report/internal/registry_rows.h>
 #include <quillon/sections/error.h>
 
 namespace {
@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
   try {
     std::string text =
         "// Made from data/registries; changes belong there.\n\n"
-        "#include <quillon/report/registry_rows.h>\n\n"
+        "#include <quillon/report/internal/registry_rows.h>\n\n"
         "namespace quillon::detail {\n\nnamespace {\n\n";
     std::string names;
     for (const quillon::detail::RegistryList& list : quillon::detail::registry_lists) {

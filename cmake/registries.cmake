@@ -3,7 +3,7 @@
 
 set(registry_generator_sources
   ${PROJECT_SOURCE_DIR}/cmake/make_registries.cpp
-  ${PROJECT_SOURCE_DIR}/quillon/report/registry_file.cpp
+  ${PROJECT_SOURCE_DIR}/quillon/report/internal/registry_file.cpp
   ${PROJECT_SOURCE_DIR}/quillon/sections/error.cpp
   ${PROJECT_SOURCE_DIR}/quillon/platform/posix/code_page.cpp)
 file(GLOB registry_lists CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/data/registries/*.tsv)
@@ -17,8 +17,8 @@ if(CMAKE_CROSSCOMPILING)
     COMMAND ${QUILLON_HOST_CXX} -std=c++20 -DQUILLON_STATIC -I${PROJECT_SOURCE_DIR}
             ${registry_generator_sources} -o ${registry_generator}
     DEPENDS ${registry_generator_sources}
-            ${PROJECT_SOURCE_DIR}/quillon/report/registry_file.h
-            ${PROJECT_SOURCE_DIR}/quillon/report/registry_rows.h
+            ${PROJECT_SOURCE_DIR}/quillon/report/internal/registry_file.h
+            ${PROJECT_SOURCE_DIR}/quillon/report/internal/registry_rows.h
     COMMENT "Building the generator of the registry rows" VERBATIM)
 else()
   add_executable(make_registries ${registry_generator_sources})

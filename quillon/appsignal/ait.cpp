@@ -2,7 +2,7 @@
 
 #include <quillon/appsignal/ait.h>
 #include <quillon/appsignal/ait_classes.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
 #include <quillon/appsignal/dvb_j.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

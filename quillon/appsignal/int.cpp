@@ -1,6 +1,6 @@
 #include <quillon/appsignal/int.h>
 #include <quillon/appsignal/int_classes.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
 

@@ -1,6 +1,6 @@
 #include <quillon/appsignal/int_classes.h>
 #include <quillon/appsignal/int_loop.h>
-#include <quillon/descriptors/family.h>
+#include <quillon/descriptors/internal/family.h>
 
 namespace quillon {
 

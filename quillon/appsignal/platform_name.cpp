@@ -1,5 +1,5 @@
 #include <quillon/appsignal/platform_name.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
 #include <quillon/appsignal/prefetch.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

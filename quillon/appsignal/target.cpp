@@ -1,6 +1,6 @@
-#include <quillon/appsignal/row_list.h>
+#include <quillon/appsignal/internal/row_list.h>
 #include <quillon/appsignal/target.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

@@ -2,7 +2,7 @@
 #include <cstdio>
 
 #include <quillon/atsc/ac3_audio.h>
-#include <quillon/descriptors/code_text.h>
+#include <quillon/descriptors/internal/code_text.h>
 #include <quillon/platform/debug_output.h>
 
 namespace quillon {

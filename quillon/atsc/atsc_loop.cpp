@@ -1,6 +1,6 @@
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/atsc_loop.h>
-#include <quillon/descriptors/family.h>
+#include <quillon/descriptors/internal/family.h>
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
 #include <quillon/atsc/dccsct.h>
-#include <quillon/descriptors/code_text.h>
+#include <quillon/descriptors/internal/code_text.h>
 
 namespace quillon {
 

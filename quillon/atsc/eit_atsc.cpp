@@ -2,7 +2,7 @@
 
 #include <quillon/atsc/eit_atsc.h>
 #include <quillon/atsc/virtual_channel.h>
-#include <quillon/report/line.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon {
 

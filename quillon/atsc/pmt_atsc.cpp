@@ -3,7 +3,7 @@
 
 #include <quillon/atsc/pmt_atsc.h>
 #include <quillon/descriptors/mpeg2/ca.h>
-#include <quillon/tables/stream_type.h>
+#include <quillon/tables/internal/stream_type.h>
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
 #include <quillon/atsc/stt.h>
-#include <quillon/report/line.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon {
 

@@ -1,7 +1,7 @@
 #include <ostream>
 
 #include <quillon/atsc/tvct.h>
-#include <quillon/report/line.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon {
 

@@ -1,6 +1,6 @@
 #include <quillon/atsc/virtual_channel.h>
-#include <quillon/descriptors/code_text.h>
-#include <quillon/report/line.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon::detail {
 

@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include <quillon/descriptors/descriptor_base.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
 

@@ -1,6 +1,6 @@
 #include <quillon/descriptors/dvb_classes.h>
 #include <quillon/descriptors/dvb_loop.h>
-#include <quillon/descriptors/family.h>
+#include <quillon/descriptors/internal/family.h>
 
 namespace quillon {
 

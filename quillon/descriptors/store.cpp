@@ -1,7 +1,7 @@
 #include <ostream>
 
 #include <quillon/descriptors/store.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon::detail {
 

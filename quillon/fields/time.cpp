@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include <quillon/fields/time.h>
-#include <quillon/report/line.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon {
 

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include <quillon/platform/code_page.h>
+#include <quillon/report/internal/registry_file.h>
+#include <quillon/report/internal/registry_rows.h>
 #include <quillon/report/registries.h>
-#include <quillon/report/registry_file.h>
-#include <quillon/report/registry_rows.h>
 
 namespace quillon {
 

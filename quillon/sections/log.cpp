@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <mutex>
 
-#include <quillon/platform/log_file.h>
+#include <quillon/platform/internal/log_file.h>
 #include <quillon/sections/log.h>
 
 namespace quillon {

@@ -1,7 +1,7 @@
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/dvb_classes.h>
+#include <quillon/descriptors/internal/describe.h>
 #include <quillon/tables/bat.h>
-#include <quillon/tables/transport_stream_loop.h>
+#include <quillon/tables/internal/transport_stream_loop.h>
 
 namespace quillon {
 

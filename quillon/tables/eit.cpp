@@ -1,7 +1,7 @@
 #include <iomanip>
 
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/dvb_classes.h>
+#include <quillon/descriptors/internal/describe.h>
 #include <quillon/tables/eit.h>
 
 namespace quillon {

@@ -1,9 +1,9 @@
 #include <iomanip>
 
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/dvb_classes.h>
+#include <quillon/descriptors/internal/describe.h>
+#include <quillon/tables/internal/stream_type.h>
 #include <quillon/tables/pmt.h>
-#include <quillon/tables/stream_type.h>
 
 namespace quillon {
 

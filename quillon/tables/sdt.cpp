@@ -1,5 +1,5 @@
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/dvb_classes.h>
+#include <quillon/descriptors/internal/describe.h>
 #include <quillon/tables/sdt.h>
 
 namespace quillon {

@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include <quillon/xml/attributes.h>
-#include <quillon/xml/ref.h>
+#include <quillon/xml/internal/ref.h>
 #if !defined(_WIN32)
-#include <quillon/xml/dom_tree.h>
+#include <quillon/xml/internal/dom_tree.h>
 #endif
 
 namespace quillon {

@@ -7,7 +7,7 @@
 #include <quillon/platform/utf8.h>
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
-#include <quillon/xml/dom_tree.h>
+#include <quillon/xml/internal/dom_tree.h>
 
 namespace quillon::xml {
 

@@ -1,7 +1,7 @@
 // The XML form of the program association table.
 
 #include <quillon/sections/pat.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
 

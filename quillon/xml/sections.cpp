@@ -3,7 +3,7 @@
 #include <string>
 
 #include <quillon/sections/psi_base.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
 

@@ -2,7 +2,7 @@
 
 #include <quillon/fields/identifier.h>
 #include <quillon/fields/time.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
 

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <string_view>
 
-#include <quillon/platform/log_file.h>
+#include <quillon/platform/internal/log_file.h>
 
 using namespace quillon;
 using namespace quillon::test;

@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-#include <quillon/platform/log_file.h>
+#include <quillon/platform/internal/log_file.h>
 #include <quillon/quillon.h>
 
 using namespace quillon;

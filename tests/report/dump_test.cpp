@@ -12,7 +12,7 @@
 #include <string>
 
 #include <quillon/report/dump.h>
-#include <quillon/report/line.h>
+#include <quillon/report/internal/line.h>
 
 using namespace quillon;
 using namespace quillon::test;

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include <quillon/platform/log_file.h>
+#include <quillon/platform/internal/log_file.h>
 
 using namespace quillon;
 using namespace quillon::test;

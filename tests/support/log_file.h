@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include <quillon/platform/log_file.h>
+#include <quillon/platform/internal/log_file.h>
 #include <quillon/sections/log.h>
 
 namespace quillon::test {

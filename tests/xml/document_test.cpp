@@ -8,7 +8,7 @@
 #include <fstream>
 #include <string>
 
-#include <quillon/platform/log_file.h>
+#include <quillon/platform/internal/log_file.h>
 #include <quillon/xml/document.h>
 
 using namespace quillon;

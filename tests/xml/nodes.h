@@ -8,7 +8,7 @@
 #include <quillon/platform/wide_string.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/document.h>
-#include <quillon/xml/ref.h>
+#include <quillon/xml/internal/ref.h>
 
 namespace quillon::test {
 

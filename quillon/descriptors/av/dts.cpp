@@ -1,7 +1,7 @@
 #include <cstddef>
 
 #include <quillon/descriptors/av/dts.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

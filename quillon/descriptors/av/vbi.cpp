@@ -1,5 +1,5 @@
 #include <quillon/descriptors/av/vbi.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
 #include <quillon/descriptors/data/transport_stream.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

@@ -1,7 +1,7 @@
-#include <quillon/descriptors/code_text.h>
-#include <quillon/descriptors/delivery/bcd.h>
 #include <quillon/descriptors/delivery/cable.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/bcd.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

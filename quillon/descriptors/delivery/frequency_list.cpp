@@ -1,6 +1,6 @@
-#include <quillon/descriptors/code_text.h>
 #include <quillon/descriptors/delivery/frequency_list.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

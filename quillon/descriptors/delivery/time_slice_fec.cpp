@@ -1,8 +1,8 @@
 #include <numeric>
 
-#include <quillon/descriptors/code_text.h>
 #include <quillon/descriptors/delivery/time_slice_fec.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

@@ -1,8 +1,8 @@
 #include <array>
 #include <iterator>
 
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/event/content.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/event/local_time_offset.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

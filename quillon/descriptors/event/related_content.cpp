@@ -1,5 +1,5 @@
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/event/related_content.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
-#include <quillon/descriptors/describe.h>
 #include <quillon/descriptors/event/time_shifted_event.h>
+#include <quillon/descriptors/internal/describe.h>
 
 namespace quillon {
 

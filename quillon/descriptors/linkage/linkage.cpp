@@ -1,5 +1,5 @@
-#include <quillon/descriptors/code_text.h>
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/linkage/linkage.h>
 
 namespace quillon {

@@ -1,6 +1,6 @@
 #include <iomanip>
 
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/mpeg2/ca.h>
 
 namespace quillon {

@@ -1,4 +1,4 @@
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/service/default_authority.h>
 
 namespace quillon {

@@ -1,6 +1,6 @@
 #include <iterator>
 
-#include <quillon/descriptors/describe.h>
+#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/service/service.h>
 
 namespace quillon {

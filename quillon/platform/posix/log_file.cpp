@@ -5,7 +5,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-#include <quillon/platform/log_file.h>
+#include <quillon/platform/internal/log_file.h>
 
 namespace quillon::platform {
 

@@ -8,7 +8,7 @@
 #include <quillon/sections/error.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/dom.h>
-#include <quillon/xml/ref.h>
+#include <quillon/xml/internal/ref.h>
 
 namespace quillon::xml {
 

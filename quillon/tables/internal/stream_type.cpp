@@ -1,6 +1,6 @@
 #include <iterator>
 
-#include <quillon/tables/stream_type.h>
+#include <quillon/tables/internal/stream_type.h>
 
 namespace quillon {
 

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include <quillon/report/line.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon::report {
 

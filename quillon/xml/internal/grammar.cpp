@@ -1,6 +1,6 @@
-#include <quillon/xml/grammar.h>
+#include <quillon/xml/internal/grammar.h>
 #if !defined(_WIN32)
-#include <quillon/xml/dom_tree.h>
+#include <quillon/xml/internal/dom_tree.h>
 #endif
 
 namespace quillon::xml {

@@ -5,7 +5,7 @@
 #include <typeinfo>
 #include <utility>
 
-#include <quillon/xml/dom_tree.h>
+#include <quillon/xml/internal/dom_tree.h>
 
 namespace quillon::xml {
 

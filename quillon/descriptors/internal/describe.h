@@ -23,8 +23,8 @@
 #include <quillon/fields/identifier.h>
 #include <quillon/fields/time.h>
 #include <quillon/report/dump.h>
-#include <quillon/report/line.h>
-#include <quillon/xml/grammar.h>
+#include <quillon/report/internal/line.h>
+#include <quillon/xml/internal/grammar.h>
 
 namespace quillon::faces {
 

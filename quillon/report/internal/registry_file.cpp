@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include <quillon/report/registry_file.h>
+#include <quillon/report/internal/registry_file.h>
 #include <quillon/sections/error.h>
 
 namespace quillon::detail {
