@@ -3,8 +3,10 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 #include <quillon/xml/attributes.h>
+#include <quillon/xml/internal/real_text.h>
 #include <quillon/xml/internal/ref.h>
 #if !defined(_WIN32)
 #include <quillon/xml/internal/dom_tree.h>
@@ -105,7 +107,7 @@ long put_hex(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& 
 
 // The value's text as the DOM's support would convert it.
 wide_string converted(const VARIANT& value) {
-  char digits[32];
+  char digits[xml::real_room];
   const char* end = digits;
   switch (value.vt) {
     case VT_EMPTY:
@@ -114,7 +116,7 @@ wide_string converted(const VARIANT& value) {
       end = std::to_chars(digits, digits + sizeof digits, value.lVal).ptr;
       break;
     case VT_R8:
-      end = std::to_chars(digits, digits + sizeof digits, value.dblVal, std::chars_format::general, 15).ptr;
+      end = xml::write_real(digits, value.dblVal);
       break;
     default:
       throw _com_error(DISP_E_BADVARTYPE);
@@ -182,13 +184,54 @@ struct Decimal {
   }
 };
 
+// The power of ten of the first digit that counts in a decimal number that begins at `digits`.
+long long decimal_exponent(const char* digits) {
+  long long exponent = -1;
+  bool counts = false;
+  bool fraction = false;
+  for (;; ++digits) {
+    if (*digits == '.' && !fraction) {
+      fraction = true;
+      continue;
+    }
+    if (*digits < '0' || *digits > '9') break;
+    counts = counts || *digits != '0';
+    if (counts && !fraction) ++exponent;
+    if (!counts && fraction) --exponent;
+  }
+  if ((*digits | 0x20) != 'e') return exponent;
+  const bool negative = *++digits == '-';
+  if (*digits == '-' || *digits == '+') ++digits;
+  long long told = 0;
+  for (; *digits >= '0' && *digits <= '9' && told < LLONG_MAX / 100; ++digits)
+    told = told * 10 + (*digits - '0');
+  return exponent + (negative ? -told : told);
+}
+
+// Tells which way a number is out of range.
+bool is_above_range(const char* number, bool hexadecimal) {
+  if (!hexadecimal) return decimal_exponent(number) > 0;
+  const char* const exponent = std::strpbrk(number, "pP");
+  return !exponent || exponent[1] != '-';
+}
+
+// A number as strtod reads it, whatever the locale; one that is out of range is infinity or 0.
 double to_double(const std::string& text) {
   const char* begin = text.c_str();
+  const char* const end = begin + text.size();
   while (*begin == ' ' || (*begin >= '\t' && *begin <= '\r')) ++begin;
-  if (*begin == '+' && begin[1] != '-') ++begin;
+  const bool negative = *begin == '-';
+  if (*begin == '-' || *begin == '+') ++begin;
+  if (*begin == '-') return 0;
   double value = 0;
-  std::from_chars(begin, text.c_str() + text.size(), value);
-  return value;
+  const bool hexadecimal = *begin == '0' && (begin[1] | 0x20) == 'x' && begin[2] != '-';
+  const std::errc result = (hexadecimal ? std::from_chars(begin + 2, end, value, std::chars_format::hex)
+                                        : std::from_chars(begin, end, value))
+                               .ec;
+  if (result == std::errc::invalid_argument) return 0;
+  if (result == std::errc::result_out_of_range)
+    value = is_above_range(begin, hexadecimal) ? std::numeric_limits<double>::infinity() : 0;
+  return negative ? -value : value;
 }
 
 constexpr char kHex[] = "0123456789abcdef";

@@ -6,7 +6,9 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <random>
 
 #include <quillon/xml/attributes.h>
 
@@ -201,8 +203,55 @@ TEST(Attributes, ReadADoubleAsFarAsItGoes) {
   EXPECT_EQ(read<double>("+-5", 9), 0);
   EXPECT_EQ(read<double>("-+5", 9), 0);
   EXPECT_EQ(read<double>("7."), 7);
+  EXPECT_EQ(read<double>("0x1.8p3"), 12);
+  EXPECT_EQ(read<double>("-0X10z"), -16);
+  EXPECT_EQ(read<double>("0x"), 0);
+  EXPECT_FALSE(std::signbit(read<double>("-x")));
   EXPECT_TRUE(std::isinf(through(std::numeric_limits<double>::infinity())));
   EXPECT_TRUE(std::isnan(through(std::numeric_limits<double>::quiet_NaN())));
+}
+
+TEST(Attributes, ReadADoubleThatIsOutOfRangeAsInfinityOrZero) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  const std::string zeros(400, '0');
+  for (const std::string text : {"1e309", "1.8e308", "1e+99999999999999999999", "0x1p2000"}) {
+    EXPECT_EQ(read<double>(text), infinity) << text;
+    EXPECT_EQ(read<double>("-" + text), -infinity) << text;
+  }
+  EXPECT_EQ(read<double>("7" + zeros), infinity);
+  EXPECT_EQ(read<double>("." + zeros + "7e800"), infinity);
+  for (const std::string text : {"1e-400", "1e-99999999999999999999", "0x1p-2000"})
+    EXPECT_EQ(read<double>(text, 9), 0) << text;
+  EXPECT_EQ(read<double>("0." + zeros + "7", 9), 0);
+  EXPECT_EQ(read<double>("7" + zeros + "e-800", 9), 0);
+  EXPECT_EQ(read<double>("0." + zeros + "7e402"), 70);
+  EXPECT_EQ(read<double>("7" + zeros + "e-400"), 7);
+}
+
+TEST(Attributes, GiveTheLimitsOfADoubleBack) {
+  using Limits = std::numeric_limits<double>;
+  for (const double value : {Limits::max(), Limits::lowest(), std::nextafter(Limits::max(), 0.0)})
+    EXPECT_EQ(through(value), value);
+  EXPECT_EQ(written(Limits::max()), "1.7976931348623157e+308");
+  EXPECT_EQ(written(1.7e308), "1.7e+308");
+  EXPECT_EQ(through(Limits::denorm_min()), Limits::denorm_min());
+}
+
+// The number as the C library reads it, in its own locale.
+TEST(Attributes, ReadADoubleAsTheCLibraryDoes) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  std::setlocale(LC_ALL, "C");
+  std::mt19937 random(12);
+  const std::string_view alphabet = "0123456789..eE+-xXpPaf \t";
+  for (int n = 0; n < 20000; ++n) {
+    std::string text;
+    for (size_t i = random() % 12; i > 0; --i) text += alphabet[random() % alphabet.size()];
+    const double expected = std::strtod(text.c_str(), nullptr);
+    const double value = read<double>(text, 9);
+    EXPECT_TRUE(value == expected && std::signbit(value) == std::signbit(expected))
+        << '"' << text << "\": " << value << ", not " << expected;
+  }
+  std::setlocale(LC_ALL, before.c_str());
 }
 
 // Text

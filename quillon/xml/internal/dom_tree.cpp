@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <quillon/xml/internal/dom_tree.h>
+#include <quillon/xml/internal/real_text.h>
 
 namespace quillon::xml {
 
@@ -129,11 +130,9 @@ HRESULT TreeAttribute::get_nodeValue(VARIANT* out) {
 wide_string TreeAttribute::text() const {
   if (kind_ == Kind::text) return wide_string(text_, units_);
   if (kind_ == Kind::ascii) return wide_string(ascii_, ascii_ + units_);
-  char digits[32];
-  char* const end = digits + sizeof digits;
-  const char* const last = kind_ == Kind::integer
-                               ? std::to_chars(digits, end, integer_).ptr
-                               : std::to_chars(digits, end, real_, std::chars_format::general, 15).ptr;
+  char digits[real_room];
+  const char* const last = kind_ == Kind::integer ? std::to_chars(digits, digits + real_room, integer_).ptr
+                                                  : write_real(digits, real_);
   return wide_string(static_cast<const char*>(digits), last);
 }
 
