@@ -36,7 +36,7 @@ class QUILLON_API AtscMGT : public AtscLoopTable {
     int table_type = 0;
     int table_type_PID = 0;
     int table_type_version_number = 0;
-    int number_bytes = 0;  // wrong above 65535: the third byte counts 100 instead of 256, kept
+    int number_bytes = 0;  // wrong from 256 on: the third byte counts 100 instead of 256, kept
     int table_type_descriptors_length = 0;
   };
 

@@ -52,6 +52,7 @@ void PmtATSC::get_all_ca_descriptors(std::vector<DescriptorCa>& out) const {
 void PmtATSC::_reset() {
   streams_.clear();
   store_.clear();
+  positions_if(true)->clear();
 }
 
 void PmtATSC::_dump_state(std::ostream& stream) const {

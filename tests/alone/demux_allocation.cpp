@@ -79,6 +79,13 @@ TEST(DemuxAllocation, CountsWhatIsAllocated) {
   EXPECT_EQ(allocations, before + 1);
 }
 
+TEST(DemuxAllocation, IsAnIndexOfPidsForTheDemultiplexer) {
+  const size_t before = live;
+  const Counting<DemuxPush> demux;
+  EXPECT_GE(live - before, 64u * 1024);
+  EXPECT_LT(live - before, 64u * 1024 + 512);
+}
+
 TEST(DemuxAllocation, IsTheSameForEachHandler) {
   Counting<DemuxPush> demux;
   demux.add_psi_handler(kPid, kTable);

@@ -260,8 +260,10 @@ TEST(PmtATSC, KeepsADescriptorThatItsClassRefuses) {
 }
 
 TEST(PmtATSC, IsEmptiedByReset) {
-  auto pmt = parsed<PmtATSC>(kPmt);
+  auto pmt = parsed<PmtATSC>(kPmt, true);
+  EXPECT_FALSE(pmt.get_descriptor_pos().empty());
   pmt.reset();
+  EXPECT_TRUE(pmt.get_descriptor_pos().empty());
   EXPECT_FALSE(pmt.is_parsed());
   EXPECT_TRUE(pmt.get_pmt_stream_info().empty());
   EXPECT_TRUE(pmt.get_atsc_CA_descriptors().empty());

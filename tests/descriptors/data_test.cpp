@@ -2,6 +2,7 @@
 
 #include "tests/support/cases.h"
 #include "tests/support/expect.h"
+#include "tests/support/faulty_dom.h"
 
 #include <quillon/descriptors/data/ca_identifier.h>
 #include <quillon/descriptors/data/short_smoothing_buffer.h>
@@ -138,6 +139,16 @@ TEST(DescriptorPartialTransportStream, KeepsTagAndLengthAlone) {
   EXPECT_EQ(again.get_descriptor_tag(), 200);
   EXPECT_EQ(saved(again), R"(<d descriptor_id="200" descriptor_length="9" />)");
 }
+
+#if !defined(_WIN32)
+TEST(DescriptorPartialTransportStream, AsksForNothingBeyondTagAndLength) {
+  FaultyDom dom("get_attributes", 2);
+  DescriptorPartialTransportStream d;
+  EXPECT_EQ(failure([&] { d.Parse(dom.node()); }), "nothing");
+  EXPECT_EQ(dom.calls("get_attributes"), 1);
+  EXPECT_EQ(dom.calls("get_nodeValue"), 2);
+}
+#endif
 
 TEST(DescriptorTransportStream, KeepsItsBody) {
   EXPECT_EQ(DescriptorTransportStream(kTransportStream.data()).data, text("DVB"));

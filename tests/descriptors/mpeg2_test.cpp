@@ -350,6 +350,19 @@ TEST(DescriptorISO639Language, StopsAtTheEndOfTheSection) {
   EXPECT_EQ(DescriptorISO639Language(ByteView(kLanguage.data(), 2 + 4)).get_language_vector().size(), 1U);
 }
 
+TEST(DescriptorISO639Language, LoadsEightBitsOfAnAudioType) {
+  const auto loaded_type = [](const std::string& text) {
+    return loaded<DescriptorISO639Language::ISO639Lang>(R"(<d ISO_639_language_code="deu" audio_type=")" +
+                                                        text + R"(" />)")
+        .get_audio_type();
+  };
+  EXPECT_EQ(loaded_type("3"), 3);
+  EXPECT_EQ(loaded_type("255"), 255);
+  EXPECT_EQ(loaded_type("256"), 0);
+  EXPECT_EQ(loaded_type("321"), 65);
+  EXPECT_EQ(loaded_type("-1"), 255);
+}
+
 TEST(DescriptorISO639Language, MakesALanguageOfFourBytesOnTheirOwn) {
   ISO_639_LANGUAGE_CODE entry = {{'f', 'r', 'a'}, 2};
   const DescriptorISO639Language::ISO639Lang language(&entry);
@@ -364,7 +377,7 @@ TEST(DescriptorISO639Language, LoadsEveryChildOfTheListAndCutsItsCode) {
       R"(<d descriptor_id="10" descriptor_length="77"><other/><language_vector>)"
       R"(<anything audio_type="-1" ISO_639_language_code="english"/></language_vector></d>)");
   EXPECT_EQ(saved(d), R"(<d descriptor_id="10" descriptor_length="77"><language_vector>)"
-                      R"(<language ISO_639_language_code="eng" audio_type="-1" /></language_vector></d>)");
+                      R"(<language ISO_639_language_code="eng" audio_type="255" /></language_vector></d>)");
 }
 
 TEST(DescriptorISO639Language, NeedsItsListAndEachAttribute) {

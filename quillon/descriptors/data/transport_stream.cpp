@@ -16,10 +16,6 @@ void DescriptorDSNG::describe(V& v, S& s) {
 QUILLON_SILENT_FACES_OF(DescriptorDSNG, "DSNG_descriptor")
 
 template <class V, class S>
-void DescriptorPartialTransportStream::describe(V&, S&) {}
-QUILLON_SILENT_FACES_OF(DescriptorPartialTransportStream, "partial_transport_descriptor")
-
-template <class V, class S>
 void DescriptorAdaptationFieldData::describe(V& v, S& s) {
   v.field("adaptation_field_data_identifier", s.adaptation_field_data_identifier);
 }

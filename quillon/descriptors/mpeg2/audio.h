@@ -41,9 +41,13 @@ class QUILLON_API DescriptorISO639Language final : public DescriptorBase {
     explicit ISO639Lang(ByteView entry) : audio_type_(entry[3]) { iso_639_language_code_.parse(entry); }
 
     QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code);
-    QUILLON_FIELD(int, audio_type);
+
+   public:
+    int get_audio_type() const { return audio_type_; }  // 8 bits, after a load too
 
     QUILLON_RECORD_FACES;
+
+    uint8_t audio_type_ = 0;
   };
 
   DescriptorISO639Language() = default;
