@@ -34,9 +34,10 @@ Ait::Application::Application(ByteView p, int length, int& consumed, bool keep_r
   application_identifier_ = ApplicationIdentifier(p);
   application_control_code_ = p[6];
   application_descriptors_loop_length_ = p.bits(7, 3, 12);
-  consumed = 9 + application_descriptors_loop_length_;
-  if (!walk_descriptors(p, 9, consumed, {base, keep_raw ? &descriptor_positions_ : nullptr, failures}))
+  const int end = 9 + application_descriptors_loop_length_;
+  if (!walk_descriptors(p, 9, end, {base, keep_raw ? &descriptor_positions_ : nullptr, failures}))
     throw error(error::length_mismatch, kLoopMismatch);
+  consumed = end;
 }
 
 const char* Ait::get_application_type_text(int application_type) {

@@ -74,6 +74,7 @@ bool Int::_save_section(void* document, void* node) const {
 }
 
 bool Int::TargetOperationalDescriptors::SaveSection(void* document, void* element) const {
+  const xml::Writer held(document, element);
   const auto save_child = [&](const char* name, const auto& loop) {
     const auto child = xml::create_element(static_cast<IXMLDOMDocument*>(document), name);
     if (!child) return false;
@@ -109,7 +110,7 @@ void Int::_parse(void* node) {
 }
 
 void Int::TargetOperationalDescriptors::Parse(void* node) {
-  xml::attributes_of(node, "failed");
+  const xml::Reader held(node);
   const auto load_child = [node](const char* name, auto& member) {
     const auto child = xml::child_of(node, name, std::string("failed to get ") + name);
     std::decay_t<decltype(member)> loaded;

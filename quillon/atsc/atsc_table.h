@@ -23,7 +23,8 @@ class QUILLON_API AtscTable : public PsiTableBase {
   bool is_valid_reserved_header(int bits) const override { return bits == 3; }
 };
 
-// An ATSC table with descriptors of its own. A load wants them, and no save writes them: kept.
+// An ATSC table with descriptors of its own. A load reads them if they are there, and no save writes them:
+// kept.
 class QUILLON_API AtscLoopTable : public AtscTable, public AtscLoop {
  private:
   void _parse(void* node) override { _parse_descriptors(node); }

@@ -11,7 +11,7 @@ DescriptorAtscContentAdvisory::DescriptorAtscContentAdvisory(ByteView d)
     regions.emplace_back(d.from(pos), end - pos);
     pos = end;
   }
-  if (pos != end || !d.reaches(end)) throw error("DescriptorAtscContentAdvisory: region start end mismatch");
+  if (pos != end) throw error("DescriptorAtscContentAdvisory: region start end mismatch");
 }
 
 DescriptorAtscContentAdvisory::Region::Region(ByteView data, int length)

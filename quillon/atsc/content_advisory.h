@@ -37,7 +37,7 @@ class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWir
 
   DescriptorAtscContentAdvisory() = default;
   // Throws error("DescriptorAtscContentAdvisory: region start end mismatch") if there are bytes and no
-  // region, or if the section ends among them.
+  // region.
   explicit DescriptorAtscContentAdvisory(ByteView d);
 
   const char* get_tag_text() const override { return "content_advisory_descriptor"; }

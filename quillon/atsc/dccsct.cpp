@@ -18,8 +18,7 @@ void AtscDCCSCT::_parse(ByteView body, bool) {
         return length;
       });
   dccsct_descriptors_length = body.bits(pos, 1, 10);
-  if (!body.reaches(pos + 2) ||
-      !walk_descriptors(body, kDescriptors, kDescriptors + dccsct_descriptors_length, {body}))
+  if (!walk_descriptors(body, kDescriptors, kDescriptors + dccsct_descriptors_length, {body}))
     throw error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch");
 }
 
@@ -33,9 +32,10 @@ AtscDCCSCT::Update::Update(ByteView data, int& length, bool, ByteView)
   }
   const int pos = 2 + update_data_length;
   update_descriptors_length = data.bits(pos, 1, 10);
-  length = pos + 2 + update_descriptors_length;
-  if (!walk_descriptors(data, pos + 2, length, {data}))
+  const int end = pos + 2 + update_descriptors_length;
+  if (!walk_descriptors(data, pos + 2, end, {data}))
     throw error("AtscDCCSCT::Update descriptor start end mismatch");
+  length = end;
 }
 
 const char* AtscDCCSCT::Update::get_update_type_text(int update_type) {

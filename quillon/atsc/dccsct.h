@@ -6,13 +6,14 @@
 namespace quillon {
 
 // Directed channel change selection code table (A/65, 6.8). Its report is the header alone, and no text is
-// read. The table's own descriptors are sought at byte 11 of the body, wherever the updates end: kept.
+// read.
 //
 //   protocol_version            8
 //   updates_defined             8
 //   rows                           Update
 //   reserved                    6
 //   dccsct_descriptors_length  10
+//   descriptors                    read from byte 11 of the body on, wherever the updates end: kept
 class QUILLON_API AtscDCCSCT : public AtscLoopTable {
  public:
   //   update_type                 8
@@ -23,8 +24,9 @@ class QUILLON_API AtscDCCSCT : public AtscLoopTable {
   //   descriptors
   class QUILLON_API Update : public AtscLoop {
    public:
-    // `length` becomes the bytes of the update. Throws error("AtscDCCSCT::Update descriptor start end
-    // mismatch"), without the colon that others have: kept.
+    // `length` becomes the bytes of the update, whose data bounds no code: without data the codes are read
+    // from what follows. Throws error("AtscDCCSCT::Update descriptor start end mismatch"), without the colon
+    // that others have: kept.
     Update(ByteView data, int& length, bool keep_raw, ByteView section);
 
     static const char* get_update_type_text(int update_type);
@@ -50,8 +52,8 @@ class QUILLON_API AtscDCCSCT : public AtscLoopTable {
   int dccsct_descriptors_length = 0;
 
  private:
-  // Throws error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch"), the text of another table:
-  // kept.
+  // Throws what an update throws, and error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch"), the
+  // text of another table, for its own descriptors: kept.
   void _parse(ByteView body, bool keep_raw) override;
   bool is_valid_tablesid() const override { return get_table_id() == 0xD4; }
 };

@@ -29,16 +29,18 @@ AtscDCCT::DCCTest::DCCTest(ByteView data, int& length, bool, ByteView)
     return size;
   });
   dcc_test_descriptors_length = data.bits(pos, 1, 10);
-  length = pos + 2 + dcc_test_descriptors_length;
-  if (!walk_descriptors(data, pos + 2, length, {data}))
+  const int end = pos + 2 + dcc_test_descriptors_length;
+  if (!walk_descriptors(data, pos + 2, end, {data}))
     throw error("AtscDCCT::DCCTest: descriptor start end mismatch");
+  length = end;
 }
 
 AtscDCCT::DCCTest::DCCTerm::DCCTerm(ByteView data, int& length, bool, ByteView)
     : dcc_selection_type(data[0]), dcc_term_descriptors_length(data.bits(9, 1, 10)) {
-  length = 11 + dcc_term_descriptors_length;
-  if (!walk_descriptors(data, 11, length, {data}))
+  const int end = 11 + dcc_term_descriptors_length;
+  if (!walk_descriptors(data, 11, end, {data}))
     throw error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch");
+  length = end;
 }
 
 }  // namespace quillon

@@ -24,9 +24,10 @@ AtscEIT::Event::Event(ByteView data, int& length, bool, ByteView)
       length_in_seconds(data.bits(5, 3, 20)),
       title_length(data[8]),
       descriptors_length(data.bits(9 + title_length, 3, 12)) {
-  length = 11 + title_length + descriptors_length;
-  if (!walk_descriptors(data, 11 + title_length, length, {data}))
+  const int end = 11 + title_length + descriptors_length;
+  if (!walk_descriptors(data, 11 + title_length, end, {data}))
     throw error("AtscTVCT::Channel: descriptor start end mismatch");
+  length = end;
 }
 
 const char* AtscEIT::Event::get_ETM_location_text(int ETM_location) {

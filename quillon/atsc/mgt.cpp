@@ -59,8 +59,9 @@ AtscMGT::Table::Table(ByteView data, int& length, bool, ByteView)
       table_type_version_number(data.bits(4, 4, 5)),
       number_bytes(static_cast<int>((static_cast<uint32_t>(data.u16(5)) << 16) + data[7] * 100u + data[8])),
       table_type_descriptors_length(data.bits(9, 3, 12)) {
-  length = 11 + table_type_descriptors_length;
-  if (!walk_descriptors(data, 11, length, {data})) throw error(kMgtMismatch);
+  const int end = 11 + table_type_descriptors_length;
+  if (!walk_descriptors(data, 11, end, {data})) throw error(kMgtMismatch);
+  length = end;
 }
 
 const char* AtscMGT::Table::get_table_type_text(int table_type) {

@@ -12,8 +12,8 @@ class DescriptorLoop {
   // Writes the "descriptors" element under `parent`, kind by kind in the family's order. Always true: what
   // fails inside goes unseen.
   bool _save_descriptors(void* document, void* parent) const { return store_.save(family, document, parent); }
-  // Reads the "descriptors" child of `node`; elements of other names are passed over. Always true. Throws
-  // error.
+  // Reads the "descriptors" child of `node`, which may be absent; elements of other names are passed over.
+  // Always true. Throws error.
   bool _parse_descriptors(void* node) { return store_.load(family, node); }
 
  protected:

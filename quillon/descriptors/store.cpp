@@ -83,6 +83,8 @@ std::array<const DescriptorStore::Slot*, Family::max_kinds + 1> DescriptorStore:
 
 bool DescriptorStore::save(const Family& family, void* document, void* parent) const {
   auto* const dom = static_cast<IXMLDOMDocument*>(document);
+  const xml::Ref<IXMLDOMDocument> held_document(dom);
+  const xml::Ref<IXMLDOMElement> held_parent(static_cast<IXMLDOMElement*>(parent));
   const xml::Ref<IXMLDOMElement> list = xml::create_element(dom, "descriptors");
   if (list)
     for (const Slot* slot : in_saving_order(family)) {
@@ -95,7 +97,7 @@ bool DescriptorStore::save(const Family& family, void* document, void* parent) c
         list->appendChild(element.get(), nullptr);
       }
     }
-  static_cast<IXMLDOMElement*>(parent)->appendChild(list.get(), nullptr);
+  held_parent->appendChild(list.get(), nullptr);
   return true;
 }
 
@@ -103,7 +105,10 @@ bool DescriptorStore::load(const Family& family, void* node) {
   static const xml::ListFailures failures = {
       "failed to get descriptors node", "failed to get descriptors node list",
       "failed to get descriptors node list length", "failed to get item"};
-  xml::load_list(node, "descriptors", failures, [&](void* item) {
+  const xml::Ref<IXMLDOMNode> held(static_cast<IXMLDOMNode*>(node));
+  const xml::Ref<IXMLDOMNode> list = xml::find_child(node, "descriptors", failures.list);
+  if (!list) return true;
+  xml::load_items(list.get(), failures, [&](void* item) {
     struct Name {
       BSTR text = nullptr;
       ~Name() { SysFreeString(text); }

@@ -100,7 +100,8 @@ class QUILLON_API DescriptorStore {
 
   // The "descriptors" element under `parent`, whose failures go unseen. Always true.
   bool save(const Family& family, void* document, void* parent) const;
-  // Always true; names that the family does not know are passed over. Throws error.
+  // Always true; a "descriptors" element that is absent is an empty loop, and names that the family does not
+  // know are passed over. Throws error.
   bool load(const Family& family, void* node);
   // Reports the kinds in saving order, but for one.
   void dump(const Family& family, std::ostream& stream, const Kind& left_out) const;

@@ -69,12 +69,13 @@ class QUILLON_API ByteView {
 };
 
 // Walks rows from `begin` to `end`: `row(at, left)` reads one row and returns the bytes it used. True if the
-// last row ended exactly on `end`; a walk that passes the view's limit stops there, false.
+// last row ended exactly on `end`; a walk that passes the view's limit stops there, false. A walk of no bytes
+// can't miss its end.
 template <class Row>
 bool walk(ByteView view, int begin, int end, Row&& row) {
   int pos = begin;
   while (pos < end && view.has(pos)) pos += row(view.from(pos), end - pos);
-  return pos == end && view.reaches(pos);
+  return pos == end && (begin == end || view.reaches(end));
 }
 
 }  // namespace quillon

@@ -23,6 +23,8 @@ class QUILLON_API Bat : public PsiTableBase, public DvbLoop {
 
   int get_bouquet_id() const { return get_context_id(); }
   const std::vector<Stream_info>& get_stream_infos() const { return streams_; }
+  // Where each descriptor of the table lies in the body, if Parse kept the section.
+  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
 
  private:
   void _reset() override { streams_.clear(); }

@@ -343,7 +343,7 @@ TEST(Ait, RefusesWrongLengths) {
   EXPECT_EQ(refusal(body({.applications = 32})), applications);
   EXPECT_EQ(refusal(body({.applications = 41})), small);
   EXPECT_EQ(refusal(body({.applications = 43})), small);
-  EXPECT_EQ(refusal(body({.applications = 4095})), common);  // of an application that ends behind the CRC
+  EXPECT_EQ(refusal(body({.applications = 4095})), applications);  // the last ends past the CRC
   EXPECT_EQ(refusal(body({.loop = 0})),
             "3: application_name_descriptor: 1");  // descriptors taken for an application
   EXPECT_EQ(refusal(body({.loop = 23})), common);
@@ -379,6 +379,16 @@ TEST(Ait, RefusesAnApplicationOfLessThanNineBytes) {
   int consumed = 0;
   EXPECT_EQ(failure([&] { Ait::Application(Bytes(9).data(), 8, consumed, false, Bytes(9).data()); }),
             "3: application length to small");
+}
+
+TEST(Ait, TellsNoBytesOfAnApplicationThatFails) {
+  Bytes past = kGeneral;
+  past[1] += 1;
+  const Bytes bytes = application(1, 1, 1, past);
+  int consumed = -7;
+  EXPECT_EQ(failure([&] { Ait::Application(view(bytes), 99, consumed, false, view(bytes)); }),
+            "3: application common descriptors length mismatch");
+  EXPECT_EQ(consumed, -7);
 }
 
 TEST(Ait, TellsTheBytesOfAnApplication) {
@@ -471,8 +481,7 @@ TEST(Ait, NeedsItsAttributesAndLists) {
               "-1: failed");
   EXPECT_EQ(failure([] { loaded_table<Ait>(changed(kXml, "application_infos>", "other>")); }),
             "-1: failed to get program_infos node");
-  EXPECT_EQ(failure([] { loaded_table<Ait>(changed(kXml, "<descriptors />", "<other />")); }),
-            "-1: failed to get descriptors node");
+  EXPECT_EQ(failure([] { loaded_table<Ait>(changed(kXml, "<descriptors />", "<other />")); }), "nothing");
 }
 
 TEST(Ait, LoadsApplicationsOfAnyNameAndSkipsUnknownDescriptors) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include <quillon/atsc/atsc_classes.h>
+#include <quillon/atsc/stt.h>
 #include <quillon/platform/debug_output.h>
 
 using namespace quillon;
@@ -617,7 +618,21 @@ TEST(DescriptorAtscContentAdvisory, WantsARegionWhereThereAreBytesAndBytesWhereT
   EXPECT_EQ(of(0, 18), fails);
   EXPECT_EQ(of(0, 0), fails);
   EXPECT_EQ(of(1, 0), fails);
-  EXPECT_EQ(of(1, 60), fails);  // the section ends before the descriptor
+  // The section ends before the descriptor: the region is whole, and takes all that is left.
+  EXPECT_EQ(of(1, 60), "nothing");
+  EXPECT_EQ(refusal<DescriptorAtscContentAdvisory>(descriptor_claiming(0x87, 60, advisory_count(1))), fails);
+}
+
+TEST(DescriptorAtscContentAdvisory, StaysTypedWhereItsClaimPassesTheSection) {
+  const Bytes bytes = descriptor_claiming(0x87, 60, joined({advisory_count(2), kRegion}));
+  const auto d = read<DescriptorAtscContentAdvisory>(bytes);
+  ASSERT_EQ(d.regions.size(), 1u);
+  EXPECT_EQ(d.regions[0].rating_description_length, 10);
+  expect_text(d.regions[0].rating_description_text);
+  AtscSTT owner;
+  owner.ParseDescriptor(view(bytes));
+  EXPECT_EQ(owner.get_atsc_content_advisory_descriptor().size(), 1u);
+  EXPECT_TRUE(owner.get_general_descriptors().empty());
 }
 
 TEST(DescriptorAtscContentAdvisory, WantsTheTextOfARegionToHaveItsLength) {

@@ -54,9 +54,16 @@ struct Read {
   Row row;
 };
 
+// What a row throws for bytes. A length that it would write back is then as it was.
 template <class Row>
 std::string row_refusal(const Bytes& bytes, int length = -1) {
-  return failure([&] { Read<Row>(bytes, length); });
+  const int offered = length < 0 ? static_cast<int>(bytes.size()) : length;
+  int used = offered;
+  const std::string out = failure([&] { Row(view(bytes), used, false, nullptr); });
+  if (out != "nothing") {
+    EXPECT_EQ(used, offered);
+  }
+  return out;
 }
 
 // Where a number of a row stands: `width` bits from bit 7 - `first` % 8 of byte `first` / 8 on.
@@ -165,7 +172,7 @@ inline std::string header_document(int table_id, const std::string& inside) {
          inside + "</d>";
 }
 
-// A load reads the header and the descriptors, which must be there; a save writes the header.
+// A load reads the header and the descriptors, if they are there; a save writes the header, which loads.
 template <class T>
 void expect_descriptors_loaded(int table_id) {
   const auto table = loaded_table<T>(header_document(
@@ -175,10 +182,10 @@ void expect_descriptors_loaded(int table_id) {
   EXPECT_EQ(table.get_table_id(), table_id);
   EXPECT_EQ(table.get_crc32(), 0xFFFFFFFEu);
   EXPECT_EQ(table.get_atsc_genre_descriptor().size(), 1u);
-  EXPECT_EQ(failure([&] { loaded_table<T>(header_document(table_id, "")); }),
-            "-1: failed to get descriptors node");
   const std::string header = header_document(table_id, "");
-  EXPECT_EQ(saved(table), header.substr(0, header.size() - 5) + " />");
+  const std::string xml = header.substr(0, header.size() - 5) + " />";
+  EXPECT_EQ(saved(table), xml);
+  EXPECT_EQ(saved(loaded_table<T>(xml)), xml);
 }
 
 }  // namespace quillon::test

@@ -89,8 +89,8 @@ wide_string wide(std::initializer_list<uint16_t> units) {
   return wide_string(units);
 }
 
-const TableCases kTables = {table_case<AtscTVCT>("AtscTVCT", "atsc_tvct", kTvct, Back::refused),
-                            table_case<AtscCVCT>("AtscCVCT", "atsc_cvct", kCvct, Back::refused)};
+const TableCases kTables = {table_case<AtscTVCT>("AtscTVCT", "atsc_tvct", kTvct),
+                            table_case<AtscCVCT>("AtscCVCT", "atsc_cvct", kCvct)};
 
 }  // namespace
 
@@ -378,10 +378,10 @@ TEST(AtscTVCT, StopsAtTheSectionsEndWhateverItsCount) {
   for (const int told : {2, 3, 255}) {
     AtscTVCT vct;
     const Bytes bytes = tvct(static_cast<uint8_t>(told), joined({terrestrial({}), length_of(0)}));
-    // The second channel begins with the length and the CRC; its own end lies beyond them.
-    EXPECT_EQ(failure([&] { vct.Parse(bytes.data(), bytes.size(), false); }), kChannelMismatch) << told;
+    // The second channel begins with the length and the CRC, has no descriptors, and ends beyond them.
+    EXPECT_EQ(failure([&] { vct.Parse(bytes.data(), bytes.size(), false); }), kMismatch) << told;
     EXPECT_EQ(vct.num_channels_in_section, told);
-    EXPECT_EQ(vct.channels.size(), 1u);
+    EXPECT_EQ(vct.channels.size(), 2u);
   }
   // Two channels that end with the section itself: a name for which the CRC is such a length of descriptors.
   Bytes ended = tvct(255, Bytes(2 * 32 - 4));
@@ -394,16 +394,16 @@ TEST(AtscTVCT, StopsAtTheSectionsEndWhateverItsCount) {
   EXPECT_EQ(vct.channels.size(), 2u);
   AtscTVCT all;
   const Bytes longest = with_length(tvct(255, {}), 4095);
-  EXPECT_EQ(failure([&] { all.Parse(longest.data(), longest.size(), false); }), kChannelMismatch);
-  EXPECT_EQ(all.channels.size(), (4095u - 9 - 2 + 4) / 32);
+  EXPECT_EQ(failure([&] { all.Parse(longest.data(), longest.size(), false); }), kMismatch);
+  EXPECT_EQ(all.channels.size(), (4095u - 9 - 2 + 4 + 31) / 32);
 }
 
 TEST(AtscCVCT, StopsAtTheSectionsEndWhateverItsCount) {
   AtscCVCT vct;
   const Bytes bytes = with_length(cvct({255}), 4095);
-  EXPECT_EQ(failure([&] { vct.Parse(bytes.data(), bytes.size(), false); }), kChannelMismatch);
+  EXPECT_EQ(failure([&] { vct.Parse(bytes.data(), bytes.size(), false); }), kMismatch);
   EXPECT_EQ(vct.num_channels_in_section, 255);
-  EXPECT_EQ(vct.channels.size(), (4095u - 9 - 1 + 4) / 32);
+  EXPECT_EQ(vct.channels.size(), (4095u - 9 - 1 + 4 + 31) / 32);
   EXPECT_EQ(vct.channels[0].short_name, wide({0xFF00}));
 }
 

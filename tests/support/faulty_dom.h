@@ -34,13 +34,18 @@ class FaultyDom final : public IXMLDOMDocument,
   int calls(const std::string& operation) { return calls_[operation]; }
   // Every call, the one that failed included; that of a creation with its name.
   const std::vector<std::string>& trace() const { return trace_; }
-  // References that were handed out and not released.
+  // References that were handed out or taken, and not released.
   long references() const { return references_; }
+  // Those that the callers took themselves.
+  int taken() const { return taken_; }
 
   HRESULT QueryInterface(IID, void** out) override {
     return give("QueryInterface", reinterpret_cast<IXMLDOMElement**>(out));
   }
-  unsigned long AddRef() override { return static_cast<unsigned long>(++references_); }
+  unsigned long AddRef() override {
+    ++taken_;
+    return static_cast<unsigned long>(++references_);
+  }
   unsigned long Release() override { return static_cast<unsigned long>(--references_); }
 
   HRESULT get_nodeName(BSTR* out) override {
@@ -91,7 +96,7 @@ class FaultyDom final : public IXMLDOMDocument,
     const HRESULT result = count(operation, created);
     *out = nullptr;
     if (result != S_OK) return result;
-    AddRef();
+    ++references_;
     if constexpr (std::is_same_v<Interface, IXMLDOMNode>)
       *out = static_cast<IXMLDOMElement*>(this);
     else
@@ -112,6 +117,7 @@ class FaultyDom final : public IXMLDOMDocument,
   std::vector<std::string> trace_;
   std::string steps_;
   long references_ = 0;
+  int taken_ = 0;
 };
 
 }  // namespace quillon::test

@@ -55,8 +55,7 @@ class AnyTableOf final : public AnyTable {
 // What becomes of a table that is saved and loaded.
 enum class Back {
   same,     // it is saved again as it was
-  refused,  // a load wants descriptors that no save writes
-  unsaved,  // a save gives false behind the header
+  unsaved,  // a save gives false after the header
 };
 
 struct TableCase {

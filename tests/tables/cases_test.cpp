@@ -29,8 +29,8 @@ bool grows(const std::string& xml) {
 void expect_saved_and_loaded(const TableCase& table, const Outcome& out) {
   EXPECT_EQ(out.save_result, table.back != Back::unsaved);
   const Reloaded back = reloaded(table, out.saved);
-  EXPECT_EQ(back.parsed, back.failure == "nothing");
-  EXPECT_EQ(back.failure, table.back == Back::refused ? "-1: failed to get descriptors node" : "nothing");
+  EXPECT_TRUE(back.parsed);
+  EXPECT_EQ(back.failure, "nothing");
   if (!grows(out.saved)) {
     EXPECT_EQ(back.saved, out.saved);
   }

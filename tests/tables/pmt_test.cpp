@@ -455,15 +455,16 @@ TEST(PmtDVB, SaysWhatItsDocumentLacks) {
                      empty.find("<descriptors /></pmt>") - empty.find("<stream_infos>"));
   EXPECT_EQ(failure_of_load<PmtDVB>(without_list, "<descriptors />", "<descriptors />"),
             "-1: failed to get program_infos node");
-  EXPECT_EQ(failure_of_load<PmtDVB>(empty, row_of_empty, "</x>"), "-1: failed to get descriptors node");
-  EXPECT_EQ(failure_of_load<PmtDVB>(empty, "<descriptors /></pmt>", "</pmt>"),
-            "-1: failed to get descriptors node");
+  // An absent loop is an empty one.
+  EXPECT_EQ(failure_of_load<PmtDVB>(empty, row_of_empty, "</x>"), "nothing");
+  EXPECT_EQ(failure_of_load<PmtDVB>(empty, "<descriptors /></pmt>", "</pmt>"), "nothing");
 
-  // What was read until then stays.
+  // What was read until a failure stays.
   const auto document = xml::Document::from_text(
-      std::string(empty).replace(empty.find("<descriptors /></pmt>"), std::string::npos, "</pmt>"));
+      std::string(empty).replace(empty.find("<descriptors /></pmt>"), std::string::npos,
+                                 R"(<descriptors><CA_descriptor /></descriptors></pmt>)"));
   PmtDVB table;
-  EXPECT_EQ(failure([&] { table.ParseDOM(document.root()); }), "-1: failed to get descriptors node");
+  EXPECT_EQ(failure([&] { table.ParseDOM(document.root()); }), "-1: failed to get descriptor_id");
   EXPECT_EQ(table.get_pmt_stream_info().size(), 1u);
   EXPECT_FALSE(table.is_parsed());
 }

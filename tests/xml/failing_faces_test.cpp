@@ -8,6 +8,13 @@
 
 #include <functional>
 #include <list>
+#include <utility>
+
+#include <quillon/appsignal/int.h>
+#include <quillon/descriptors/mpeg2/audio.h>
+#include <quillon/fields/identifier.h>
+#include <quillon/fields/time.h>
+#include <quillon/tables/cat.h>
 
 using namespace quillon;
 using namespace quillon::test;
@@ -151,6 +158,39 @@ void expect_loads_survived(const Load& load) {
 }
 
 }  // namespace
+
+// References of their own are what lets a caller release its nodes while a save or a load runs.
+TEST(ReferencesOfTheFaces, AreTakenByValues) {
+  const auto taken_by = [](auto value) {
+    FaultyDom saved;
+    value.SaveSection(saved.document(), saved.node());
+    FaultyDom loaded;
+    value.Parse(loaded.node());
+    EXPECT_EQ(saved.references(), 0);
+    EXPECT_EQ(loaded.references(), 0);
+    return std::pair(saved.taken(), loaded.taken());
+  };
+  const std::pair document_and_node_then_node(2, 1);
+  EXPECT_EQ(taken_by(DateTime()), document_and_node_then_node);
+  EXPECT_EQ(taken_by(TimeOffset()), document_and_node_then_node);
+  EXPECT_EQ(taken_by(ApplicationIdentifier()), document_and_node_then_node);
+  EXPECT_EQ(taken_by(LengthPrefixedString()), document_and_node_then_node);
+  EXPECT_EQ(taken_by(MultilingualNameInfo()), document_and_node_then_node);
+  EXPECT_EQ(taken_by(DescriptorISO639Language::ISO639Lang()), document_and_node_then_node);
+  const auto [pair_saved, pair_loaded] = taken_by(Int::TargetOperationalDescriptors());
+  EXPECT_EQ(pair_saved, 2 + 2 * 4);  // its own, and those of two loops with a length
+  EXPECT_EQ(pair_loaded, 1 + 2 * 2);
+}
+
+TEST(ReferencesOfTheFaces, AreTakenByLoops) {
+  FaultyDom dom;
+  Cat loop;
+  loop._save_descriptors(dom.document(), dom.node());
+  EXPECT_EQ(dom.taken(), 2);
+  loop._parse_descriptors(dom.node());
+  EXPECT_EQ(dom.taken(), 3);
+  EXPECT_EQ(dom.references(), 0);
+}
 
 TEST(FailingDom, LeavesSavesOfDescriptorsInOrder) {
   for (const DescriptorCase& c : Cases::all()) {

@@ -22,10 +22,16 @@ Ref<IXMLDOMNamedNodeMap> attributes_of(void* node, const char* failure) {
   return out;
 }
 
-Ref<IXMLDOMNode> child_of(void* node, const XmlName& name, const std::string& failure) {
+Ref<IXMLDOMNode> find_child(void* node, const XmlName& name, const std::string& failure) {
   Ref<IXMLDOMNode> out;
-  if (static_cast<IXMLDOMNode*>(node)->selectSingleNode(name.get(), out.out()) < 0 || !out)
+  if (static_cast<IXMLDOMNode*>(node)->selectSingleNode(name.get(), out.out()) < 0)
     throw error(failure.c_str());
+  return out;
+}
+
+Ref<IXMLDOMNode> child_of(void* node, const XmlName& name, const std::string& failure) {
+  Ref<IXMLDOMNode> out = find_child(node, name, failure);
+  if (!out) throw error(failure.c_str());
   return out;
 }
 

@@ -78,7 +78,9 @@ bool save_list(void* document, void* element, const char* list_name, const char*
 // Throws error(failure) if the map can't be had.
 Ref<IXMLDOMNamedNodeMap> attributes_of(void* node, const char* failure);
 
-// The child element of that name; throws error(failure) if it can't be had or is not there.
+// The child element of that name, null if there is none; throws error(failure) if it can't be had.
+Ref<IXMLDOMNode> find_child(void* node, const XmlName& name, const std::string& failure);
+// The same for a child that must be there: throws error(failure) if it is not.
 Ref<IXMLDOMNode> child_of(void* node, const XmlName& name, const std::string& failure);
 
 // The failure texts of a list's four steps.
@@ -96,8 +98,7 @@ ListFailures list_failures(const std::string& name);
 
 // Calls `load(item)` with each child of a list element, whatever its name.
 template <class Load>
-void load_list(void* node, const XmlName& name, const ListFailures& failures, Load load) {
-  const Ref<IXMLDOMNode> list = child_of(node, name, failures.list);
+void load_items(IXMLDOMNode* list, const ListFailures& failures, Load load) {
   Ref<IXMLDOMNodeList> children;
   if (list->get_childNodes(children.out()) < 0) throw error(failures.children.c_str());
   long length = 0;
@@ -108,11 +109,16 @@ void load_list(void* node, const XmlName& name, const ListFailures& failures, Lo
     load(static_cast<void*>(item.get()));
   }
 }
+template <class Load>
+void load_list(void* node, const XmlName& name, const ListFailures& failures, Load load) {
+  load_items(child_of(node, name, failures.list).get(), failures, load);
+}
 
 // Reads attributes of one element; a missing one, or a missing map, throws error("failed").
 class Reader {
  public:
-  explicit Reader(void* node) : attributes_(attributes_of(node, "failed")) {}
+  explicit Reader(void* node)
+      : node_(static_cast<IXMLDOMNode*>(node)), attributes_(attributes_of(node, "failed")) {}
 
   template <class Value>
   void get(const XmlName& name, Value& value, const char* failure = "failed") {
@@ -124,6 +130,7 @@ class Reader {
   }
 
  private:
+  Ref<IXMLDOMNode> node_;
   Ref<IXMLDOMNamedNodeMap> attributes_;
 };
 
