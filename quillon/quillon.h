@@ -2,6 +2,9 @@
 
 // Everything that an application needs.
 
+#include <quillon/platform/api.h>
+
+#if __cplusplus >= 202002L  // what follows would bury the one message of that header
 #include <quillon/appsignal/ait.h>
 #include <quillon/appsignal/ait_classes.h>
 #include <quillon/appsignal/dsmcc.h>
@@ -34,4 +37,7 @@
 #include <quillon/tables/sdt.h>
 #include <quillon/tables/tdt.h>
 #include <quillon/tables/tot.h>
+#include <quillon/version.h>
 #include <quillon/xml/document.h>
+
+#endif

@@ -3,6 +3,9 @@
 
 #include <CLI/CLI.hpp>
 #include <optional>
+#include <string>
+
+#include <quillon/version.h>
 
 namespace {
 
@@ -31,7 +34,7 @@ void add_input_options(CLI::App& command, Options& options, std::string& standar
 
 int main(int argc, char** argv) {
   CLI::App app("quillon: the tables of an MPEG-2 transport stream", "quillon");
-  app.set_version_flag("--version", "quillon " QUILLON_VERSION);
+  app.set_version_flag("--version", std::string("quillon ") + quillon::version());
   app.require_subcommand(1);
   app.footer("Numbers may be hexadecimal (0x12). Exit codes: 0 ok, 1 bad input, 2 usage.");
 

@@ -1,5 +1,11 @@
 #pragma once
 
+// What every public header begins with, by itself or through another.
+
+#if __cplusplus < 202002L
+#error quillon needs C++20: compile with -std=c++20 or newer
+#endif
+
 // QUILLON_API marks what an application may link; everything else stays hidden in the shared library.
 #if defined(_WIN32)
 #if defined(QUILLON_STATIC)

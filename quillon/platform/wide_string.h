@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+#include <quillon/platform/api.h>
+
 namespace quillon {
 
 // The standard has no character traits for uint16_t, the unit of all wide text here.

@@ -11,6 +11,8 @@
 #include <string>
 #include <sys/wait.h>
 
+#include <quillon/version.h>
+
 using namespace quillon::test;
 
 namespace {
@@ -210,7 +212,12 @@ TEST_F(Program, AnswersWrongUseWithTwo) {
   EXPECT_EQ(run("report --pid 9000 s.ts").code, 2);
   EXPECT_EQ(run("report --standard isdb s.ts").code, 2);
   EXPECT_EQ(run("--help").code, 0);
-  EXPECT_EQ(run("--version").code, 0);
+}
+
+TEST_F(Program, TellsTheVersion) {
+  const Result result = run("--version");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, "quillon " QUILLON_VERSION_STRING "\n");
 }
 
 TEST(SampleStream, IsTheOneThatIsBundled) {
