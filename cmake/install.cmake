@@ -1,0 +1,37 @@
+# Installation: library, program, public headers, CMake package and pkg-config file. All of it may be moved together.
+
+include(CMakePackageConfigHelpers)
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/quillon)
+
+install(TARGETS quillon EXPORT quillon-targets)
+install(DIRECTORY quillon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  FILES_MATCHING PATTERN "*.h" PATTERN "*.inc" PATTERN "internal" EXCLUDE PATTERN "posix" EXCLUDE)
+if(TARGET quillon_program)
+  file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(quillon_program PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
+  install(TARGETS quillon_program)
+endif()
+
+configure_package_config_file(cmake/quillon-config.cmake.in quillon-config.cmake INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(quillon-config-version.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quillon-config.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/quillon-config-version.cmake
+        DESTINATION ${package_folder})
+if("isal" IN_LIST QUILLON_PACKAGES)
+  install(FILES cmake/Findisal.cmake DESTINATION ${package_folder})
+endif()
+install(EXPORT quillon-targets NAMESPACE quillon:: DESTINATION ${package_folder})
+
+# The folders of the pkg-config file, from its own; those that are absolute stay what they are.
+# pkg-config itself quotes the spaces in its folder's name.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig"
+           OUTPUT_VARIABLE QUILLON_PC_UP)
+foreach(kind LIB INCLUDE)
+  set(QUILLON_PC_${kind} "\${prefix}")
+  cmake_path(APPEND QUILLON_PC_${kind} "${CMAKE_INSTALL_${kind}DIR}")
+  string(REPLACE " " "\\ " QUILLON_PC_${kind} "${QUILLON_PC_${kind}}")
+endforeach()
+list(TRANSFORM QUILLON_PACKAGES REPLACE "^isal$" "libisal" OUTPUT_VARIABLE QUILLON_PC_REQUIRES)
+list(JOIN QUILLON_PC_REQUIRES " " QUILLON_PC_REQUIRES)
+configure_file(cmake/quillon.pc.in quillon.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quillon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

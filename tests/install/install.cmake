@@ -1,0 +1,29 @@
+# Installs the build, moves what was installed, and looks at it: it names no folder of this machine, and its program runs.
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
+
+file(REMOVE_RECURSE ${folder})
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${folder}/root)
+file(RENAME ${folder}/root ${root})
+
+file(GLOB_RECURSE texts "${root}/*.cmake" "${root}/*.pc" "${root}/*.h" "${root}/*.inc")
+set(looked_at ${texts})
+if(CONFIGURATION STREQUAL "Release")  # debug information names the sources
+  file(GLOB_RECURSE binaries "${root}/*.a" "${root}/*.so")
+  list(APPEND looked_at ${binaries})
+endif()
+foreach(file ${looked_at})
+  foreach(path "${SOURCE}" "${folder}" "${ISAL}")
+    if(path)
+      string(REGEX REPLACE "([][+.*()^$?|])" "\\\\\\1" pattern "${path}")
+      file(STRINGS "${file}" found REGEX "${pattern}")
+      if(found)
+        message(FATAL_ERROR "${file} names ${path}: ${found}")
+      endif()
+    endif()
+  endforeach()
+endforeach()
+
+run("${root}/bin/quillon" --version)
+if(NOT output STREQUAL "quillon ${VERSION}\n")
+  message(FATAL_ERROR "the installed program says: ${output}")
+endif()

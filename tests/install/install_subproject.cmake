@@ -1,0 +1,22 @@
+# A project that has quillon inside: it gets the library's target, and nothing that it didn't ask for.
+include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
+
+set(build ${BUILD}/subproject)
+configure(${CMAKE_CURRENT_LIST_DIR}/subproject ${build} -DQUILLON=${SOURCE})
+if(GENERATOR MATCHES "Ninja")
+  # How its program would be built, without the cost of doing so.
+  run(${MAKE} -C ${build} -n programs)
+  run(${MAKE} -C ${build} -t targets all)
+else()
+  run(${CMAKE_COMMAND} --build ${build} --target help)
+endif()
+string(REGEX MATCHALL "\n(\\.\\.\\. )?[A-Za-z_/]+" targets "${output}")
+list(TRANSFORM targets REPLACE "^.*[ \n/]" "")
+if(NOT "quillon" IN_LIST targets)
+  message(FATAL_ERROR "no target of the library: ${output}")
+endif()
+list(FILTER targets INCLUDE REGEX "^(Experimental|Nightly|Continuous|install|test$)|^quillon_|replay|bench")
+list(REMOVE_ITEM targets quillon_options)
+if(targets)
+  message(FATAL_ERROR "targets that nobody asked for: ${targets}")
+endif()
