@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # For the scripts that build, to be sourced from the top folder: the compiler's cache, where there is one. Copies of
 # the project in other folders share what it holds; precompiled headers are cached on the two assumptions stated here.
 if command -v ccache >/dev/null; then

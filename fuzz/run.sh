@@ -10,6 +10,7 @@ shift
 [ $# -gt 0 ] || set -- demux section agreement descriptor document overlay packets
 seconds=$(awk -v minutes="$minutes" -v targets=$# 'BEGIN { s = int(minutes * 60 / targets); print (s > 1 ? s : 1) }')
 
+. cmake/ccache.sh
 cmake --preset fuzz >/dev/null
 targets=""
 for target; do targets="$targets fuzz_$target"; done

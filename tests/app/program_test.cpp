@@ -220,6 +220,17 @@ TEST_F(Program, TellsTheVersion) {
   EXPECT_EQ(result.out, "quillon " QUILLON_VERSION_STRING "\n");
 }
 
+TEST_F(Program, PrintsWhatTheReadmeShows) {
+  const char* const folder = std::getenv("QUILLON_DATA");
+  if (!folder) GTEST_SKIP() << "QUILLON_DATA is not set";
+  const std::string readme = whole(std::filesystem::path(folder).parent_path() / "README.md");
+  const size_t begin = readme.find("```text\n") + 8;
+  const std::string shown = readme.substr(begin, readme.find("```", begin) - begin);
+  EXPECT_GT(shown.size(), 100u);
+  const std::string printed = run("report '" + std::string(folder) + "/sample.ts'").out;
+  EXPECT_EQ(printed.substr(0, shown.size()), shown);
+}
+
 TEST(SampleStream, IsTheOneThatIsBundled) {
   const char* const folder = std::getenv("QUILLON_DATA");
   if (!folder) GTEST_SKIP() << "QUILLON_DATA is not set";
