@@ -10,7 +10,7 @@ endif()
 # What a compiler says of a file that includes one header, under an older standard.
 function(say_under_17 header)
   file(WRITE ${folder}/old.cpp "#include <${header}>\n")
-  execute_process(COMMAND ${CXX} -std=c++17 "-I${root}/include" -fno-diagnostics-show-caret ${ARGN} ${folder}/old.cpp
+  execute_process(COMMAND ${CXX} -std=c++17 "-I${root}/include" ${ARGN} ${folder}/old.cpp
                   OUTPUT_QUIET ERROR_VARIABLE said)
   string(REGEX MATCHALL "error:[^\n]*" errors "${said}")
   set(errors "${errors}" PARENT_SCOPE)
