@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace quillon::platform {
+
+// A file that is read from its beginning to its end.
+class InputFile {
+ public:
+  InputFile() = default;
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile();
+
+  std::error_code open(const std::filesystem::path& file);
+  // Sets `got` to `size`, but at the end of the file to what is left.
+  std::error_code read(char* to, size_t size, size_t& got);
+
+ private:
+  int handle_ = -1;
+};
+
+// Makes `text` the content of a file, whole or not at all: it is written beside its target, under a name of
+// its own, which then takes the target's place and mode. A symbolic link stays and its target is replaced.
+// What is no regular file, a pipe or a device, is written to directly.
+std::error_code write_whole(const std::filesystem::path& file, std::string_view text);
+
+}  // namespace quillon::platform
