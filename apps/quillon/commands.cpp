@@ -10,7 +10,6 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -218,17 +217,20 @@ int guarded(Action action) {
     return exit_ok;
   } catch (const Failure& failure) {
     std::cerr << failure.text() << std::endl;
-    return exit_bad_input;
+  } catch (const error& e) {
+    std::cerr << e.what() << std::endl;
   }
+  return exit_bad_input;
 }
 
-std::string read_whole(const std::string& input) {
-  std::ifstream file;
-  if (input != "-") file.open(input, std::ios::binary);
-  std::istream& in = input == "-" ? std::cin : file;
-  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (input != "-" && !file.is_open()) throw Failure(input + ": can't be opened");
-  return text;
+// The error names the input.
+xml::Document read_document(const std::string& input) {
+  if (input != "-") return xml::Document::from_file(input);
+  try {
+    return xml::Document::from_text(std::string(std::istreambuf_iterator<char>(std::cin), {}));
+  } catch (const error& e) {
+    throw Failure(name_of(input) + ": " + e.what());
+  }
 }
 
 }  // namespace
@@ -245,34 +247,23 @@ int save_xml(const Options& options, const std::string& output) {
     Run(options, [&](const TableKind& kind, const Table& table) {
       table.save(document.dom(), document.append_element(root, kind.element));
     }).run();
-    if (output.empty()) {
+    if (output.empty())
       std::cout << document.to_text();
-      return;
-    }
-    try {
+    else
       document.to_file(output);
-    } catch (const error& e) {
-      throw Failure(e.what());
-    }
   });
 }
 
 int load_xml(const std::string& input) {
   return guarded([&] {
-    const std::string text = read_whole(input);
-    std::optional<xml::Document> document;
-    try {
-      document = xml::Document::from_text(text);
-    } catch (const error& e) {
-      throw Failure(name_of(input) + ": " + e.what());
-    }
-    if (document->name(document->root()) != "transport_stream")
+    const xml::Document document = read_document(input);
+    if (document.name(document.root()) != "transport_stream")
       throw Failure(name_of(input) + ": the root element is not transport_stream");
     int number = 0;
     bool failed = false;
-    for (void* const node : document->children(document->root())) {
+    for (void* const node : document.children(document.root())) {
       ++number;
-      const std::string name = document->name(node);
+      const std::string name = document.name(node);
       const std::string place = name_of(input) + ": element " + std::to_string(number) + ", " + name + ": ";
       const TableKind* const kind = kind_of_element(name);
       if (!kind) {

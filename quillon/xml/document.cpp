@@ -1,51 +1,63 @@
-#include <algorithm>
-#include <fstream>
-#include <pugixml.hpp>
-#include <sstream>
+#include <system_error>
 
-#include <quillon/platform/code_page.h>
+#include <quillon/platform/internal/file.h>
 #include <quillon/platform/utf8.h>
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
 #include <quillon/xml/internal/dom_tree.h>
+#include <quillon/xml/internal/xml_parser.h>
+#include <quillon/xml/internal/xml_text.h>
 
 namespace quillon::xml {
 
 namespace {
 
-[[noreturn]] void refuse(std::string_view text, ptrdiff_t offset, const std::string& what) {
-  const std::string_view before = text.substr(0, static_cast<size_t>(std::max<ptrdiff_t>(offset, 0)));
-  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-  const size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
-  std::ostringstream message;
-  message << "malformed XML, line " << line << ", column " << before.size() - line_start + 1 << ": " << what;
-  throw error(message.str().c_str());
+constexpr size_t kPiece = 64 * 1024;
+
+// Throws error on a failure of the system.
+void expect(const std::error_code& failed, const char* what, const std::filesystem::path& file) {
+  if (failed) throw error((what + file.string() + ": " + failed.message()).c_str());
 }
 
-// False if an attribute stands there twice.
-bool copy_attributes(TreeDocument& tree, TreeElement& to, pugi::xml_node from) {
-  std::vector<const Name*> names;
-  for (const pugi::xml_attribute attribute : from.attributes()) {
-    TreeAttribute* const made = tree.make_attribute(tree.intern(platform::to_utf16(attribute.name())));
-    const std::string_view value(attribute.value());
-    platform::is_ascii(value) ? made->set(value) : made->set(platform::to_utf16(value));
-    to.add_attribute(made);
-    names.push_back(made->name());
-  }
-  std::sort(names.begin(), names.end());
-  return std::adjacent_find(names.begin(), names.end()) == names.end();
-}
+const char kTooLong[] = "the text is longer than 2147483647 bytes";
 
-// The next node in document order behind `node` within `root`, `up` being called for each step upwards.
-template <class Up>
-pugi::xml_node next_in_order(pugi::xml_node node, pugi::xml_node root, Up up) {
-  if (node.first_child()) return node.first_child();
-  while (node != root && !node.next_sibling()) {
-    node = node.parent();
-    up();
+// Appends lines, and stops where no reader would take them.
+class Printer {
+ public:
+  explicit Printer(std::string& out) : out_(out) {}
+
+  void begin(const TreeElement& element, size_t depth) {
+    indent(depth);
+    out_ += '<';
+    out_ += platform::to_utf8(element.name()->view());
+    for (const TreeAttribute* a = element.first_attribute(); a; a = TreeElement::next(a)) {
+      out_ += ' ';
+      out_ += platform::to_utf8(a->name()->view());
+      out_ += "=\"";
+      append_attribute_text(a->text(), out_);
+      out_ += '"';
+      limit();
+    }
+    out_ += element.child_count() ? ">\n" : " />\n";
   }
-  return node == root ? pugi::xml_node() : node.next_sibling();
-}
+  void end(const TreeElement& element, size_t depth) {
+    indent(depth);
+    out_ += "</";
+    out_ += platform::to_utf8(element.name()->view());
+    out_ += ">\n";
+  }
+
+ private:
+  void indent(size_t depth) {
+    out_.append(2 * depth, ' ');
+    limit();
+  }
+  void limit() const {
+    if (out_.size() > Document::max_text) throw error(kTooLong);
+  }
+
+  std::string& out_;
+};
 
 }  // namespace
 
@@ -56,6 +68,18 @@ struct Document::Impl {
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
   ~Impl() { tree->Release(); }
+
+  // An element is the same pointer as element and as node.
+  TreeElement& element(void* node) const {
+    TreeElement* const found = TreeElement::from(*tree, static_cast<IXMLDOMNode*>(node));
+    if (!found) throw error("not an element of the document");
+    return *found;
+  }
+  TreeElement* make(std::string_view name) const {
+    const Name* const known = tree->intern(platform::to_utf16(name));
+    if (!known) throw error("not the name of an element");
+    return tree->make_element(known);
+  }
 };
 
 Document::Document() : impl_(std::make_unique<Impl>()) {}
@@ -63,82 +87,64 @@ Document::~Document() = default;
 Document::Document(Document&&) noexcept = default;
 Document& Document::operator=(Document&&) noexcept = default;
 
-Document Document::from_text(std::string_view utf8) {
-  pugi::xml_document parsed;
-  // White space in attribute values stays as it stands: it came from a text that held it.
-  const pugi::xml_parse_result result = parsed.load_buffer(
-      utf8.data(), utf8.size(), pugi::parse_escapes | pugi::parse_eol, pugi::encoding_auto);
-  if (!result) refuse(utf8, result.offset, result.description());
-  const pugi::xml_node root = parsed.document_element();
-  for (pugi::xml_node other = root.next_sibling(); other; other = other.next_sibling())
-    if (other.type() == pugi::node_element) refuse(utf8, other.offset_debug(), "a second root element");
-
+Document Document::from_text(std::string_view text) {
+  if (text.size() > max_text) throw error(kTooLong);
   Document out;
-  TreeDocument& tree = *out.impl_->tree;
-  TreeElement* parent = nullptr;
-  // Walked without recursion: the depth of a document is its author's choice.
-  for (pugi::xml_node node = root; node;) {
-    TreeElement* made = parent;
-    if (node.type() == pugi::node_element) {
-      made = tree.make_element(tree.intern(platform::to_utf16(node.name())));
-      if (!copy_attributes(tree, *made, node)) refuse(utf8, node.offset_debug(), "an attribute stands twice");
-      parent ? parent->add_child(made) : tree.set_root(made);
-    }
-    if (node.first_child()) parent = made;
-    node = next_in_order(node, root, [&parent] { parent = parent->parent(); });
-  }
+  XmlParser(*out.impl_->tree).parse(text);
   return out;
 }
 
 Document Document::from_file(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw error(("can't read " + file.string()).c_str());
-  std::string text;
-  char block[4096];
-  while (in.read(block, sizeof block), in.gcount() > 0) text.append(block, static_cast<size_t>(in.gcount()));
-  if (in.bad()) throw error(("can't read " + file.string()).c_str());
-  return from_text(text);
+  platform::InputFile in;
+  expect(in.open(file), "can't read ", file);
+  Document out;
+  XmlParser parser(*out.impl_->tree);
+  size_t taken = 0;
+  for (bool last = false; !last;) {
+    const XmlParser::Room room = parser.room(kPiece);
+    size_t got = 0;
+    expect(in.read(room.place, room.size, got), "can't read ", file);
+    last = got < room.size;
+    taken += got;
+    try {
+      if (taken > max_text) throw error(kTooLong);
+      parser.parse_room(got, last);
+    } catch (const error& e) {
+      throw error((file.string() + ": " + e.what()).c_str());
+    }
+  }
+  return out;
 }
 
 std::string Document::to_text() const {
-  pugi::xml_document printed;
-  pugi::xml_node declaration = printed.append_child(pugi::node_declaration);
-  declaration.append_attribute("version") = "1.0";
-  declaration.append_attribute("encoding") = "UTF-8";
-
+  std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+  Printer printer(text);
+  // Walked without recursion: the depth of a document is its author's choice.
   struct Step {
     const TreeElement* element;
-    pugi::xml_node node;
     size_t next_child;
   };
-  const auto open = [](const TreeElement* element, pugi::xml_node parent) {
-    pugi::xml_node node = parent.append_child(platform::to_utf8(element->name()->view()).c_str());
-    for (const TreeAttribute* a = element->first_attribute(); a; a = TreeElement::next(a))
-      node.append_attribute(platform::to_utf8(a->name()->view()).c_str()) =
-          platform::to_utf8(a->text()).c_str();
-    return Step{element, node, 0};
-  };
   std::vector<Step> path;
-  if (const TreeElement* root = impl_->tree->root()) path.push_back(open(root, printed));
+  const auto enter = [&](const TreeElement* element) {
+    printer.begin(*element, path.size());
+    if (element->child_count()) path.push_back({element, 0});
+  };
+  if (const TreeElement* const root = impl_->tree->root()) enter(root);
   while (!path.empty()) {
     Step& step = path.back();
-    if (step.next_child == step.element->child_count()) {
-      path.pop_back();
+    if (step.next_child < step.element->child_count()) {
+      enter(step.element->child(step.next_child++));
       continue;
     }
-    const TreeElement* const child = step.element->child(step.next_child++);
-    path.push_back(open(child, step.node));
+    const TreeElement* const done = step.element;
+    path.pop_back();
+    printer.end(*done, path.size());
   }
-  std::ostringstream text;
-  printed.save(text, "  ", pugi::format_indent, pugi::encoding_utf8);
-  return text.str();
+  return text;
 }
 
 void Document::to_file(const std::filesystem::path& file) const {
-  std::ofstream out(file, std::ios::binary);
-  out << to_text();
-  out.close();
-  if (!out) throw error(("can't write " + file.string()).c_str());
+  expect(platform::write_whole(file, to_text()), "can't write ", file);
 }
 
 void* Document::dom() const {
@@ -147,15 +153,15 @@ void* Document::dom() const {
 
 void* Document::create_root(std::string_view name) {
   if (impl_->tree->root()) throw error("the document has a root element");
-  TreeElement* const made = impl_->tree->make_element(impl_->tree->intern(platform::to_utf16(name)));
+  TreeElement* const made = impl_->make(name);
   impl_->tree->set_root(made);
   return static_cast<IXMLDOMElement*>(made);
 }
 
 void* Document::append_element(void* parent, std::string_view name) {
-  auto* const to = static_cast<TreeElement*>(static_cast<IXMLDOMElement*>(parent));
-  TreeElement* const made = impl_->tree->make_element(impl_->tree->intern(platform::to_utf16(name)));
-  to->add_child(made);
+  TreeElement& to = impl_->element(parent);
+  TreeElement* const made = impl_->make(name);
+  to.add_child(made);
   return static_cast<IXMLDOMElement*>(made);
 }
 
@@ -165,18 +171,16 @@ void* Document::root() const {
 }
 
 std::vector<void*> Document::children(void* node) const {
-  const auto* const parent =
-      static_cast<TreeElement*>(static_cast<IXMLDOMElement*>(static_cast<IXMLDOMNode*>(node)));
+  const TreeElement& parent = impl_->element(node);
   std::vector<void*> out;
-  for (size_t i = 0; i < parent->child_count(); ++i)
-    out.push_back(static_cast<IXMLDOMNode*>(static_cast<IXMLDOMElement*>(parent->child(i))));
+  out.reserve(parent.child_count());
+  for (size_t i = 0; i < parent.child_count(); ++i)
+    out.push_back(static_cast<IXMLDOMNode*>(static_cast<IXMLDOMElement*>(parent.child(i))));
   return out;
 }
 
 std::string Document::name(void* node) const {
-  const auto* const element =
-      static_cast<TreeElement*>(static_cast<IXMLDOMElement*>(static_cast<IXMLDOMNode*>(node)));
-  return platform::to_utf8(element->name()->view());
+  return platform::to_utf8(impl_->element(node).name()->view());
 }
 
 }  // namespace quillon::xml

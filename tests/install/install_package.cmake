@@ -3,7 +3,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(without -DCMAKE_DISABLE_FIND_PACKAGE_Boost=ON)
 if(TYPE STREQUAL "SHARED_LIBRARY")
-  list(APPEND without -DCMAKE_DISABLE_FIND_PACKAGE_pugixml=ON -DCMAKE_DISABLE_FIND_PACKAGE_isal=ON)
+  list(APPEND without -DCMAKE_DISABLE_FIND_PACKAGE_EXPAT=ON -DCMAKE_DISABLE_FIND_PACKAGE_isal=ON)
 endif()
 configure(${CMAKE_CURRENT_LIST_DIR}/package ${folder}/build "-DCMAKE_PREFIX_PATH=${root}" -DVERSION=${VERSION} ${without})
 run(${CMAKE_COMMAND} --build ${folder}/build)

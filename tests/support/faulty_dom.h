@@ -39,7 +39,9 @@ class FaultyDom final : public IXMLDOMDocument,
   // Those that the callers took themselves.
   int taken() const { return taken_; }
 
-  HRESULT QueryInterface(IID, void** out) override {
+  HRESULT QueryInterface(IID id, void** out) override {
+    // Another maker's private question is none of its operations.
+    if (id > IID_IXMLDOMNamedNodeMap) return *out = nullptr, E_NOINTERFACE;
     return give("QueryInterface", reinterpret_cast<IXMLDOMElement**>(out));
   }
   unsigned long AddRef() override {

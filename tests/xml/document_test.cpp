@@ -3,17 +3,21 @@
 #include "tests/support/faces.h"
 #include "tests/xml/nodes.h"
 
+#include <cerrno>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
 #include <quillon/platform/internal/log_file.h>
+#include <quillon/platform/utf8.h>
 #include <quillon/xml/document.h>
 
 using namespace quillon;
 using namespace quillon::test;
 using quillon::xml::Document;
+using quillon::xml::Ref;
 
 namespace {
 
@@ -59,6 +63,25 @@ TEST(Document, WritesAnIndentedTree) {
                                     "  </program_infos>\n"
                                     "  <last />\n"
                                     "</pat>\n");
+}
+
+TEST(Document, EscapesWhatAnAttributeCannotHold) {
+  const auto written = [](const std::u16string& text) {
+    Document document;
+    set_attribute(document, document.create_root("d"), "a", text);
+    return document.to_text();
+  };
+  const auto expect = [&](const std::u16string& text, const std::string& value) {
+    EXPECT_EQ(written(text), kDeclaration + "<d a=\"" + value + "\" />\n");
+  };
+  std::u16string ascii;
+  for (char16_t c = 0x20; c <= 0x7F; ++c) ascii += c;
+  expect(ascii,
+         " !&quot;#$%&amp;'()*+,-./0123456789:;&lt;=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`"
+         "abcdefghijklmnopqrstuvwxyz{|}~\x7F");
+  expect(u"\t\n\r", "&#09;&#10;&#13;");
+  expect(u"  \u0080\u0085\u00A0\u00E4\u2028\u20AC\uFEFF\uFFFD\U0001F4FA\U0010FFFF ",
+         "  \u0080\u0085\u00A0\u00E4\u2028\u20AC\uFEFF\uFFFD\U0001F4FA\U0010FFFF ");
 }
 
 TEST(Document, ReadsWhatItWrote) {
@@ -126,23 +149,30 @@ TEST(Document, RefusesMalformedTextWithLineAndColumn) {
     const char* text;
     const char* place;
   } rows[] = {
-      {"", "line 1, column 1: "},
-      {" \n ", "line 2, column 2: "},
-      {"<!-- alone -->", "line 1, column 15: "},
-      {"<a>", "line 1, column "},
-      {"<a></b>", "line 1, column 6: "},
-      {"<a>\n  <b>\n</a>", "line 3, column "},
-      {"<a>\n  <b x=1/>\n</a>", "line 2, column 8: "},
-      {"<a>\n\n<b x/></a>", "line 3, column 6: "},
-      {"<a x='1'y='2'/>", "line 1, column "},
-      {"<a x='1>\n", "line "},
-      {"<1a/>", "line 1, column 2: "},
-      {"</a>", "line 1, column "},
-      {"<a/></a>", "line 1, column "},
-      {"<a>\n<![CDATA[x</a>", "line 2, column "},
-      {"<?xml version='1.0'", "line 1, column "},
-      {"<a/>\n<b/>", "line 2, column 2: a second root element"},
-      {"<a/><!-- -->\n\n  <a/>", "line 3, column 4: a second root element"},
+      {"", "line 1, column 1: no element found"},
+      {" \n ", "line 2, column 2: no element found"},
+      {"<!-- alone -->", "line 1, column 15: no element found"},
+      {"<a>", "line 1, column 4: no element found"},
+      {"<a></b>", "line 1, column 6: mismatched tag"},
+      {"<a>\n  <b>\n</a>", "line 3, column 3: mismatched tag"},
+      {"<a>\n  <b x=1/>\n</a>", "line 2, column 8: not well-formed"},
+      {"<a>\n\n<b x/></a>", "line 3, column 5: not well-formed"},
+      {"<a x='1'y='2'/>", "line 1, column 9: not well-formed"},
+      {"<a x='1>\n", "line 1, column 1: unclosed token"},
+      {"<1a/>", "line 1, column 2: not well-formed"},
+      {"<a>\n<![CDATA[x</a>", "line 2, column 15: unclosed CDATA section"},
+      {"<?xml version='1.0'", "line 1, column 1: unclosed token"},
+      {"<a/>\n<b/>", "line 2, column 1: junk after document element"},
+      {"<a/><!-- -->\n\n  <a/>", "line 3, column 3: junk after document element"},
+      {"<a>\r\n<b x='1' x='2'/></a>", "line 2, column 10: duplicate attribute"},
+      {"<\u00E4 x='\u20AC'>&b;</\u00E4>", "line 1, column 10: undefined entity"},  // characters, not bytes
+      {"<a>&b;</a>", "line 1, column 4: undefined entity"},
+      {"<!DOCTYPE a [<!ENTITY b 'c'>]><a/>",
+       "line 1, column 13: a document type declaration with declarations of its own"},
+      {"<!DOCTYPE a SYSTEM 'b'>\n<a x='&c;'/>",
+       "line 2, column 1: a reference to an entity that is not known"},
+      {"<!DOCTYPE a SYSTEM 'b'>\n<a>&c;</a>", "line 2, column 4: a reference to an entity that is not known"},
+      {"<?xml version='1.0' encoding='windows-1252'?>\n<a/>", "line 1, column 31: unknown encoding"},
   };
   for (const auto& row : rows) {
     const std::string expected = std::string("-1: malformed XML, ") + row.place;
@@ -154,7 +184,7 @@ TEST(Document, RefusesMalformedTextWithLineAndColumn) {
 
 TEST(Document, SurvivesEachCutOfAText) {
   const std::string text =
-      "<?xml version=\"1.0\"?><!DOCTYPE a [<!ENTITY b 'c'>]><a x=\"&#x10FFFF;&amp;&b;\"><!-- d "
+      "<?xml version=\"1.0\"?><!DOCTYPE a SYSTEM 'b'><a x=\"&#x10FFFF;&amp;\"><!-- d "
       "--><b><![CDATA[e]]>"
       "</b><\xC3\xA4/></a>";
   EXPECT_EQ(refusal(text), "nothing");
@@ -168,20 +198,14 @@ TEST(Document, SurvivesEachCutOfAText) {
     }
 }
 
-TEST(Document, ExpandsNoEntities) {
-  const Document document = Document::from_text(
-      "<!DOCTYPE a [<!ENTITY b 'c'><!ENTITY d SYSTEM 'file:///etc/passwd'>]><a x='&b;' y='&d;'/>");
-  EXPECT_EQ(attribute(document, "x"), u"&b;");
-  EXPECT_EQ(attribute(document, "y"), u"&d;");
-}
-
 TEST(Document, ReadsCharacterReferences) {
   EXPECT_EQ(attribute(Document::from_text("<a x='&lt;&gt;&amp;&quot;&apos;&#65;&#x42;&#x1F4FA;&#9;'/>"), "x"),
             u"<>&\"'AB\U0001F4FA\t");
 }
 
-TEST(Document, LeavesTheWhiteSpaceOfAnAttributeAsItStands) {
-  EXPECT_EQ(attribute(Document::from_text("<a x=' a\tb\nc\r\nd  e '/>"), "x"), u" a\tb\nc\nd  e ");
+TEST(Document, MakesBlanksOfTheWhiteSpaceOfAnAttribute) {
+  EXPECT_EQ(attribute(Document::from_text("<a x=' a\tb\nc\r\nd  e&#9;&#10;&#13;'/>"), "x"),
+            u" a b c d  e\t\n\r");
 }
 
 TEST(Document, ReadsOtherEncodings) {
@@ -211,18 +235,22 @@ TEST(Document, GivesEveryCharacterOfAnAttributeBack) {
   // All of the first plane in one text.
   std::u16string all;
   for (uint32_t c = 1; c < 0x10000; ++c)
-    if (c < 0xD800 || c > 0xDFFF) all += static_cast<char16_t>(c);
+    if ((c < 0xD800 || c > 0xDFFF) && c < 0xFFFE) all += static_cast<char16_t>(c);
   EXPECT_EQ(there_and_back(all), all);
+  EXPECT_EQ(there_and_back(u"a\uFFFE\uFFFFb"), u"a\uFFFD\uFFFDb");
 }
 
-TEST(Document, WritesControlCharactersAsReferences) {
+TEST(Document, WritesControlCharactersAsPrivateOnes) {
   Document document;
   set_attribute(document, document.create_root("d"), "a", u"\x01\t\n\r\x1F x");
-  EXPECT_EQ(plain(document), "<d a=\"&#01;&#09;&#10;&#13;&#31; x\" />");
+  EXPECT_EQ(plain(document), "<d a=\"\uE001&#09;&#10;&#13;\uE01F x\" />");
+  // The tree has them as they are, before and after.
+  EXPECT_EQ(attribute(document, "a"), u"\x01\t\n\r\x1F x");
+  EXPECT_EQ(attribute(Document::from_text(document.to_text()), "a"), u"\x01\t\n\r\x1F x");
 }
 
-TEST(Document, EndsAnAttributeAtANul) {
-  EXPECT_EQ(there_and_back(std::u16string(u"a\0b", 3)), u"a");
+TEST(Document, KeepsANulOfAnAttribute) {
+  EXPECT_EQ(there_and_back(std::u16string(u"a\0b", 3)), std::u16string(u"a\0b", 3));
 }
 
 TEST(Document, KeepsSurrogatePairsAndReplacesHalves) {
@@ -240,27 +268,6 @@ TEST(Document, KeepsSurrogatePairsAndReplacesHalves) {
   Document document;
   set_attribute(document, document.create_root("d"), "a", {low, high});
   EXPECT_EQ(attribute(document, "a"), (std::u16string{low, high}));
-}
-
-TEST(Document, ReplacesWhatIsNotUtf8) {
-  const struct {
-    std::string bytes;
-    std::u16string text;
-  } rows[] = {
-      {"\xE4", u"\uFFFD"},              // Latin 1
-      {"\x80", u"\uFFFD"},              // a continuation alone
-      {"\xC3", u"\uFFFD"},              // cut
-      {"\xE2\x82", u"\uFFFD"},          //
-      {"\xC0\x80", u"\uFFFD"},          // longer than need be
-      {"\xE0\x80\x80", u"\uFFFD"},      //
-      {"\xED\xA0\x80", u"\uFFFD"},      // half of a surrogate pair
-      {"\xF4\x90\x80\x80", u"\uFFFD"},  // behind the last character
-      {"\xC3\xA4\xE2\x82\xAC", u"\u00E4\u20AC"},
-      {"\xF0\x9F\x93\xBA", u"\U0001F4FA"},
-      {"a\xFFz", u"a\uFFFDz"},
-  };
-  for (const auto& row : rows)
-    EXPECT_EQ(attribute(Document::from_text("<a x='" + row.bytes + "'/>"), "x"), row.text) << row.bytes;
 }
 
 TEST(Document, TakesNamesBeyondAscii) {
@@ -286,14 +293,17 @@ TEST(Document, GoesThroughAFile) {
 TEST(Document, NamesTheFileThatItCannotReadOrWrite) {
   const std::filesystem::path nowhere =
       std::filesystem::path(platform::executable_folder()) / "no such folder" / "d.xml";
-  EXPECT_EQ(failure([&] { Document::from_file(nowhere); }), "-1: can't read " + nowhere.string());
-  EXPECT_EQ(failure([&] { Document().to_file(nowhere); }), "-1: can't write " + nowhere.string());
+  const std::string missing = nowhere.string() + ": " + std::strerror(ENOENT);
+  EXPECT_EQ(failure([&] { Document::from_file(nowhere); }), "-1: can't read " + missing);
+  EXPECT_EQ(failure([&] { Document().to_file(nowhere); }), "-1: can't write " + missing);
   const std::filesystem::path folder = platform::executable_folder();
-  EXPECT_EQ(failure([&] { Document::from_file(folder); }), "-1: can't read " + folder.string());
-  EXPECT_EQ(failure([&] { Document().to_file(folder); }), "-1: can't write " + folder.string());
+  const std::string is_folder = folder.string() + ": " + std::strerror(EISDIR);
+  EXPECT_EQ(failure([&] { Document::from_file(folder); }), "-1: can't read " + is_folder);
+  EXPECT_EQ(failure([&] { Document().to_file(folder); }), "-1: can't write " + is_folder);
   const TemporaryFile file("document_bad.xml");
   std::ofstream(file.path) << "<a>\n<b></a>";
-  EXPECT_EQ(failure([&] { Document::from_file(file.path); }).substr(0, 27), "-1: malformed XML, line 2, ");
+  EXPECT_EQ(failure([&] { Document::from_file(file.path); }),
+            "-1: " + file.path.string() + ": malformed XML, line 2, column 6: mismatched tag");
 }
 
 // Size
@@ -335,4 +345,92 @@ TEST(Document, TakesChildrenInLinearTime) {
   seconds(1000);
   const double few = seconds(20000);
   EXPECT_LT(seconds(200000), few * 40 + 0.05);
+}
+
+TEST(Document, RefusesWhatIsTooLong) {
+  // The first one is refused before any of it is looked at.
+  const std::string text = "<a/>";
+  EXPECT_EQ(failure([&] { Document::from_text(std::string_view(text.data(), Document::max_text + 1)); }),
+            "-1: the text is longer than 2147483647 bytes");
+  const std::string longest(Document::max_attribute, 'x');
+  EXPECT_EQ(attribute(Document::from_text("<a x='" + longest + "'/>"), "x").size(), longest.size());
+  const std::string place = "-1: malformed XML, line 1, column 1: ";
+  EXPECT_EQ(refusal("<a x='" + longest + "x'/>"), place + "an attribute of more than 16777216 characters");
+  EXPECT_EQ(refusal("<a x='" + std::string(Document::max_attribute / 2, 'x') +
+                    std::string(Document::max_attribute / 2, '\x7F') + "\u00E4'/>"),
+            place + "an attribute of more than 16777216 characters");
+
+  Document document;
+  void* const root = document.create_root("d");
+  EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), "a", longest + "x"), E_FAIL);
+  VARIANT value = wide_value(std::u16string(Document::max_attribute + 1, u'\u00E4'));
+  EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), "a", value), E_FAIL);
+  const Ref<IXMLDOMAttribute> made = make_attribute(dom_of(document), "a");
+  EXPECT_EQ(made->put_nodeValue(value), E_INVALIDARG);
+  VariantClear(&value);
+  EXPECT_EQ(plain(document), "<d />");
+  EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), "a", longest), 0);
+}
+
+TEST(Document, PrintsNoMoreThanCanBeRead) {
+  // Each level is indented: the text grows with the square of the depth.
+  Document document;
+  void* at = document.create_root("a");
+  for (int i = 1; i < 50000; ++i) at = document.append_element(at, "a");
+  EXPECT_EQ(failure([&] { document.to_text(); }), "-1: the text is longer than 2147483647 bytes");
+}
+
+// Misuse
+
+TEST(Document, RefusesWhatIsNoElementOfItsOwn) {
+  Document document;
+  Document other;
+  void* const root = document.create_root("a");
+  void* const foreign = other.create_root("b");
+  const Ref<IXMLDOMAttribute> attribute_node = make_attribute(dom_of(document), "x");
+  Ref<IXMLDOMNamedNodeMap> map;
+  ASSERT_EQ(element_of(root)->get_attributes(map.out()), S_OK);
+  const std::string text = "-1: not an element of the document";
+  for (void* const node :
+       {static_cast<void*>(nullptr), foreign, document.dom(), other.dom(),
+        static_cast<void*>(static_cast<IXMLDOMNode*>(attribute_node.get())), static_cast<void*>(map.get())}) {
+    EXPECT_EQ(failure([&] { document.append_element(node, "c"); }), text);
+    EXPECT_EQ(failure([&] { document.children(node); }), text);
+    EXPECT_EQ(failure([&] { document.name(node); }), text);
+  }
+  EXPECT_EQ(plain(document), "<a />");
+  EXPECT_EQ(plain(other), "<b />");
+}
+
+TEST(Document, RefusesWhatIsNoName) {
+  for (const std::string name :
+       {"",        "<",      "1a",     "-",          ".",      "a b",  " a",   "a ",    "a\n",
+        "a=\"b\"", "a/",     "a>",     "a<b",        "&",      "\x7F", "\xE4", "a\xFF", "\xED\xA0\x80",
+        "\u00D7",  "\uE005", "\uFFFD", "\u00E4/><b", "a\u2028"}) {
+    Document document;
+    EXPECT_EQ(failure([&] { document.create_root(name); }), "-1: not the name of an element") << name;
+    EXPECT_EQ(document.root(), nullptr);
+    void* const root = document.create_root("d");
+    EXPECT_EQ(failure([&] { document.append_element(root, name); }), "-1: not the name of an element")
+        << name;
+    EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), name.c_str(), 1), E_FAIL) << name;
+    EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), XmlName::literal(name.c_str()), 1), E_FAIL);
+    IXMLDOMElement* element = element_of(root);
+    const wide_string wide = platform::to_utf16(name);
+    EXPECT_EQ(dom_of(document)->createElement(XmlName(wide.c_str()).get(), &element), E_INVALIDARG);
+    EXPECT_EQ(element, nullptr);
+    Ref<IXMLDOMAttribute> kept = make_attribute(dom_of(document), "kept");
+    IXMLDOMAttribute* attribute_node = kept.get();
+    EXPECT_EQ(dom_of(document)->createAttribute(XmlName(wide.c_str()).get(), &attribute_node), E_INVALIDARG);
+    EXPECT_EQ(attribute_node, nullptr);
+    EXPECT_EQ(plain(document), "<d />");
+  }
+  Document document;
+  EXPECT_EQ(failure([&] { document.create_root(std::string("a\0b", 3)); }), "-1: not the name of an element");
+  for (const char* name : {"a", "_", ":", "a:b", "A-1._", "tr\u00E4ger", "\u03B1\u4E00"}) {
+    Document good;
+    good.create_root(name);
+    const Document back = Document::from_text(good.to_text());
+    EXPECT_EQ(back.name(back.root()), name);
+  }
 }

@@ -2,11 +2,13 @@
 #include <charconv>
 #include <cstring>
 #include <new>
-#include <typeinfo>
 #include <utility>
 
+#include <quillon/xml/document.h>
+#include <quillon/xml/internal/com_failure.h>
 #include <quillon/xml/internal/dom_tree.h>
 #include <quillon/xml/internal/real_text.h>
+#include <quillon/xml/internal/xml_parser.h>
 
 namespace quillon::xml {
 
@@ -15,18 +17,30 @@ namespace {
 // Below the size at which a freed block makes the common allocators tidy up.
 constexpr size_t kBlockSize = 32 * 1024;
 
-// Null for a node of another document, or of another DOM.
-template <class Node>
-Node* own(IXMLDOMNode* node, const TreeDocument& document) {
-  if (!node || typeid(*node) != typeid(Node)) return nullptr;
-  Node* const found = static_cast<Node*>(node);
-  return &found->document() == &document ? found : nullptr;
+// Null for an object of another DOM.
+template <class Own, class Interface>
+Own* own(IID id, Interface* object) {
+  void* answer = nullptr;
+  const HRESULT result = object ? object->QueryInterface(id, &answer) : E_POINTER;
+  if (result == kOwn) return answer == object ? static_cast<Own*>(object) : nullptr;
+  // A DOM may have an answer to every question.
+  if (result >= 0 && answer) static_cast<IUnknown*>(answer)->Release();
+  return nullptr;
 }
 
-BSTR copy(wide_view text) {
-  BSTR const out = SysAllocStringLen(text.data(), static_cast<unsigned>(text.size()));
-  if (!out) throw _com_error(E_OUTOFMEMORY);
-  return out;
+// An operation of COM that takes memory: it gives a result, and throws nothing.
+template <class Operation>
+HRESULT with_memory(Operation operation) {
+  try {
+    return operation();
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+HRESULT copy(wide_view text, BSTR* out) {
+  *out = try_make_text(text.data(), text.size());
+  return *out ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT set_null(VARIANT* out) {
@@ -51,20 +65,6 @@ const Name* make_name(wide_view text, Arena& arena) {
   return out;
 }
 
-size_t hash_of(wide_view name) {
-  constexpr size_t step = sizeof(uint64_t) / sizeof(uint16_t);
-  uint64_t hash = name.size();
-  while (!name.empty()) {
-    uint64_t word = 0;
-    const size_t taken = std::min(step, name.size());
-    std::memcpy(&word, name.data(), taken * sizeof(uint16_t));
-    hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
-    hash ^= hash >> 32;
-    name.remove_prefix(taken);
-  }
-  return static_cast<size_t>(hash);
-}
-
 }  // namespace
 
 void Arena::grow(size_t size) {
@@ -75,30 +75,24 @@ void Arena::grow(size_t size) {
   left_ = room;
 }
 
-const Name* NameTable::intern(wide_view name, Arena& arena) {
-  if (used_ * 2 >= slots_.size()) {
-    std::vector<const Name*> bigger(std::max<size_t>(256, slots_.size() * 2), nullptr);
-    for (const Name* old : slots_) {
-      if (!old) continue;
-      size_t i = hash_of(old->view());
-      while (bigger[i % bigger.size()]) ++i;
-      bigger[i % bigger.size()] = old;
-    }
-    slots_ = std::move(bigger);
-  }
-  for (size_t i = hash_of(name);; ++i) {
-    const Name*& slot = slots_[i % slots_.size()];
-    if (!slot) {
-      slot = make_name(name, arena);
-      ++used_;
-    }
-    if (same(slot->view(), name)) return slot;
-  }
+bool NameTable::Less::less(wide_view a, wide_view b) {
+  if (a.size() != b.size()) return a.size() < b.size();
+  return !a.empty() && std::memcmp(a.data(), b.data(), a.size() * sizeof(uint16_t)) < 0;
+}
+
+const Name* NameTable::find(wide_view name) const {
+  const auto found = names_.find(name);
+  return found == names_.end() ? nullptr : *found;
+}
+
+const Name* NameTable::add(wide_view name, Arena& arena) {
+  return *names_.insert(make_name(name, arena)).first;
 }
 
 // Attributes
 
 HRESULT TreeAttribute::QueryInterface(IID id, void** out) {
+  if (id == IID_TreeAttribute) return *out = static_cast<IXMLDOMAttribute*>(this), kOwn;
   switch (id) {
     case IID_IUnknown:
     case IID_IXMLDOMNode:
@@ -117,14 +111,16 @@ unsigned long TreeAttribute::Release() {
   return document_.Release();
 }
 HRESULT TreeAttribute::get_nodeName(BSTR* out) {
-  return *out = copy(name_->view()), S_OK;
+  return copy(name_->view(), out);
 }
 
 HRESULT TreeAttribute::get_nodeValue(VARIANT* out) {
   VariantInit(out);
-  out->bstrVal = kind_ == Kind::text ? copy({text_, units_}) : copy(text());
-  out->vt = VT_BSTR;
-  return S_OK;
+  const HRESULT result = with_memory([&] {
+    return copy(kind_ == Kind::text ? wide_view(text_, units_) : wide_view(text()), &out->bstrVal);
+  });
+  if (result == S_OK) out->vt = VT_BSTR;
+  return result;
 }
 
 wide_string TreeAttribute::text() const {
@@ -143,36 +139,42 @@ HRESULT TreeAttribute::put_nodeValue(VARIANT value) {
     case VT_R8:
       return set(value.dblVal), S_OK;
     case VT_BSTR:
-      return set(view_of(value.bstrVal)), S_OK;
+      return with_memory([&] { return set(view_of(value.bstrVal)) ? S_OK : E_INVALIDARG; });
     default:
       return E_INVALIDARG;
   }
 }
 
-void TreeAttribute::set(wide_view text) {
+bool TreeAttribute::set(wide_view text) {
+  if (text.size() > Document::max_attribute) return false;
   auto* const stored = static_cast<uint16_t*>(document_.arena().allocate(text.size() * sizeof(uint16_t)));
   wide_traits::copy(stored, text.data(), text.size());
   kind_ = Kind::text;
   text_ = stored;
   units_ = static_cast<uint32_t>(text.size());
+  return true;
 }
 
-void TreeAttribute::set(std::string_view ascii) {
+bool TreeAttribute::set(std::string_view ascii) {
+  if (ascii.size() > Document::max_attribute) return false;
   auto* const stored = static_cast<char*>(document_.arena().allocate(ascii.size()));
   std::copy(ascii.begin(), ascii.end(), stored);
   kind_ = Kind::ascii;
   ascii_ = stored;
   units_ = static_cast<uint32_t>(ascii.size());
+  return true;
 }
 
-void TreeAttribute::set(int32_t value) {
+bool TreeAttribute::set(int32_t value) {
   kind_ = Kind::integer;
   integer_ = value;
+  return true;
 }
 
-void TreeAttribute::set(double value) {
+bool TreeAttribute::set(double value) {
   kind_ = Kind::real;
   real_ = value;
+  return true;
 }
 
 HRESULT TreeAttribute::get_attributes(IXMLDOMNamedNodeMap** out) {
@@ -192,6 +194,7 @@ HRESULT TreeAttribute::selectSingleNode(BSTR, IXMLDOMNode** out) {
 // Elements
 
 HRESULT TreeElement::QueryInterface(IID id, void** out) {
+  if (id == IID_TreeElement) return *out = static_cast<IXMLDOMElement*>(this), kOwn;
   switch (id) {
     case IID_IUnknown:
     case IID_IXMLDOMNode:
@@ -218,7 +221,7 @@ unsigned long TreeElement::Release() {
   return document_.Release();
 }
 HRESULT TreeElement::get_nodeName(BSTR* out) {
-  return *out = copy(name_->view()), S_OK;
+  return copy(name_->view(), out);
 }
 HRESULT TreeElement::get_nodeValue(VARIANT* out) {
   return set_null(out);
@@ -239,17 +242,19 @@ HRESULT TreeElement::get_childNodes(IXMLDOMNodeList** out) {
 
 HRESULT TreeElement::appendChild(IXMLDOMNode* node, IXMLDOMNode** out) {
   if (out) *out = nullptr;
-  TreeElement* const child = own<TreeElement>(node, document_);
+  TreeElement* const child = TreeElement::from(document_, node);
   if (!child || child->parent_ || child->is_root_) return E_FAIL;
   // No circles. A node without children, the usual case, can only be in its own way.
   for (const TreeElement* up = this; up; up = child->child_count_ ? up->parent_ : nullptr)
     if (up == child) return E_FAIL;
-  add_child(child);
-  if (out) {
-    AddRef();
-    *out = child;
-  }
-  return S_OK;
+  return with_memory([&] {
+    add_child(child);
+    if (out) {
+      AddRef();
+      *out = child;
+    }
+    return S_OK;
+  });
 }
 
 void TreeElement::add_child(TreeElement* child) {
@@ -276,8 +281,8 @@ HRESULT TreeElement::selectSingleNode(BSTR name, IXMLDOMNode** out) {
 
 HRESULT TreeElement::setAttributeNode(IXMLDOMAttribute* node, IXMLDOMAttribute** out) {
   if (out) *out = nullptr;
-  TreeAttribute* const attribute = own<TreeAttribute>(node, document_);
-  if (!attribute || attribute->attached_) return E_FAIL;
+  TreeAttribute* const attribute = own<TreeAttribute>(IID_TreeAttribute, node);
+  if (!attribute || &attribute->document() != &document_ || attribute->attached_) return E_FAIL;
   TreeAttribute* const old = attach(attribute);
   if (old && out) {
     AddRef();
@@ -332,6 +337,7 @@ HRESULT TreeElement::get_item(long index, IXMLDOMNode** out) {
 // Documents
 
 HRESULT TreeDocument::QueryInterface(IID id, void** out) {
+  if (id == IID_TreeDocument) return *out = static_cast<IXMLDOMDocument*>(this), kOwn;
   switch (id) {
     case IID_IUnknown:
     case IID_IXMLDOMNode:
@@ -355,7 +361,7 @@ unsigned long TreeDocument::Release() {
 }
 
 HRESULT TreeDocument::get_nodeName(BSTR* out) {
-  return *out = copy("#document"_w), S_OK;
+  return copy("#document"_w, out);
 }
 HRESULT TreeDocument::get_nodeValue(VARIANT* out) {
   return set_null(out);
@@ -374,7 +380,7 @@ HRESULT TreeDocument::get_childNodes(IXMLDOMNodeList** out) {
 
 HRESULT TreeDocument::appendChild(IXMLDOMNode* node, IXMLDOMNode** out) {
   if (out) *out = nullptr;
-  TreeElement* const element = own<TreeElement>(node, *this);
+  TreeElement* const element = TreeElement::from(*this, node);
   if (!element || element->parent_ || root_) return E_FAIL;
   set_root(element);
   if (out) {
@@ -396,15 +402,25 @@ HRESULT TreeDocument::selectSingleNode(BSTR name, IXMLDOMNode** out) {
 }
 
 HRESULT TreeDocument::createElement(BSTR name, IXMLDOMElement** out) {
-  *out = make_element(intern(view_of(name)));
-  AddRef();
-  return S_OK;
+  *out = nullptr;
+  return with_memory([&] {
+    const Name* const known = intern(view_of(name));
+    if (!known) return E_INVALIDARG;
+    *out = make_element(known);
+    AddRef();
+    return S_OK;
+  });
 }
 
 HRESULT TreeDocument::createAttribute(BSTR name, IXMLDOMAttribute** out) {
-  *out = make_attribute(intern(view_of(name)));
-  AddRef();
-  return S_OK;
+  *out = nullptr;
+  return with_memory([&] {
+    const Name* const known = intern(view_of(name));
+    if (!known) return E_INVALIDARG;
+    *out = make_attribute(known);
+    AddRef();
+    return S_OK;
+  });
 }
 
 HRESULT TreeDocument::get_length(long* out) {
@@ -425,6 +441,16 @@ TreeAttribute* TreeDocument::make_attribute(const Name* name) {
   return new (arena_.allocate(sizeof(TreeAttribute))) TreeAttribute(*this, name);
 }
 
+const Name* TreeDocument::intern(wide_view name) {
+  if (const Name* const known = names_.find(name)) return known;
+  return is_xml_name(name) ? names_.add(name, arena_) : nullptr;
+}
+
+const Name* TreeDocument::intern_parsed(wide_view name) {
+  const Name* const known = names_.find(name);
+  return known ? known : names_.add(name, arena_);
+}
+
 const Name* TreeDocument::intern(const XmlName& name) {
   if (!name.is_literal()) return intern(view_of(name.get()));
   const char* const place = name.ascii();
@@ -437,12 +463,17 @@ const Name* TreeDocument::intern(const XmlName& name) {
 }
 
 TreeDocument* TreeDocument::from(IXMLDOMDocument* document) {
-  return typeid(*document) == typeid(TreeDocument) ? static_cast<TreeDocument*>(document) : nullptr;
+  return own<TreeDocument>(IID_TreeDocument, document);
 }
 
 TreeElement* TreeElement::from(IXMLDOMDocument* document, IXMLDOMElement* element) {
-  const TreeDocument* const tree = TreeDocument::from(document);
-  return tree ? own<TreeElement>(element, *tree) : nullptr;
+  TreeElement* const found = own<TreeElement>(IID_TreeElement, element);
+  return found && &found->document_ == document ? found : nullptr;
+}
+
+TreeElement* TreeElement::from(const TreeDocument& document, IXMLDOMNode* node) {
+  TreeElement* const found = own<TreeElement>(IID_TreeElement, node);
+  return found && &found->document_ == &document ? found : nullptr;
 }
 
 }  // namespace quillon::xml

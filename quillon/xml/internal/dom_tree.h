@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,14 @@
 namespace quillon::xml {
 
 class TreeDocument;
+
+// Ask an object whether it is of this tree, which type information could not: other DOMs may have none. The
+// answer is kOwn, which no other DOM gives, with the very object that was asked, since one that wraps ours
+// may pass the question on; it holds no reference.
+inline constexpr IID IID_TreeDocument{0x51540001};
+inline constexpr IID IID_TreeElement{0x51540002};
+inline constexpr IID IID_TreeAttribute{0x51540003};
+inline constexpr HRESULT kOwn = 0x5154;
 
 // Memory that is given out piece by piece and released as a whole.
 class Arena {
@@ -45,14 +54,24 @@ struct Name {
   wide_view view() const { return {reinterpret_cast<const uint16_t*>(this + 1), units}; }
 };
 
-// The names of a document.
+// The names of a document. In an order, so that no choice of names makes it slow.
 class NameTable {
  public:
-  const Name* intern(wide_view name, Arena& arena);
+  // Null if there is no such name.
+  const Name* find(wide_view name) const;
+  // For one that is not there.
+  const Name* add(wide_view name, Arena& arena);
 
  private:
-  std::vector<const Name*> slots_;  // a power of two of them, at most half in use
-  size_t used_ = 0;
+  struct Less {
+    using is_transparent = void;
+    bool operator()(const Name* a, const Name* b) const { return less(a->view(), b->view()); }
+    bool operator()(const Name* a, wide_view b) const { return less(a->view(), b); }
+    bool operator()(wide_view a, const Name* b) const { return less(a, b->view()); }
+    static bool less(wide_view a, wide_view b);
+  };
+
+  std::set<const Name*, Less> names_;
 };
 
 class TreeAttribute final : public IXMLDOMAttribute {
@@ -73,10 +92,11 @@ class TreeAttribute final : public IXMLDOMAttribute {
   TreeDocument& document() { return document_; }
   const Name* name() const { return name_; }
   wide_string text() const;
-  void set(wide_view text);
-  void set(std::string_view ascii);
-  void set(int32_t value);
-  void set(double value);
+  // False, and no change, for more than Document::max_attribute units.
+  bool set(wide_view text);
+  bool set(std::string_view ascii);
+  bool set(int32_t value);
+  bool set(double value);
 
  private:
   friend class TreeElement;
@@ -103,6 +123,7 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
  public:
   // Null if the two do not belong together, or are of another DOM.
   static TreeElement* from(IXMLDOMDocument* document, IXMLDOMElement* element);
+  static TreeElement* from(const TreeDocument& document, IXMLDOMNode* node);
 
   TreeElement(TreeDocument& document, const Name* name) : document_(document), name_(name) {}
 
@@ -132,9 +153,10 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
   // For an attribute whose name the element does not have yet.
   void add_attribute(TreeAttribute* attribute);
   void add_child(TreeElement* child);
-  // Makes an attribute and attaches it, in the place of one of the same name.
+  // Makes an attribute and attaches it, in the place of one of the same name. False, and no change, for what
+  // is no name, or a text that is too long.
   template <class Value>
-  void set_attribute(const XmlName& name, Value value);
+  bool set_attribute(const XmlName& name, Value value);
 
  private:
   friend class TreeDocument;
@@ -179,8 +201,11 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
   void set_root(TreeElement* element);
   TreeElement* make_element(const Name* name);
   TreeAttribute* make_attribute(const Name* name);
-  const Name* intern(wide_view name) { return names_.intern(name, arena_); }
+  // Null for what is no name of an element or attribute. Only a name that is new is looked at.
+  const Name* intern(wide_view name);
   const Name* intern(const XmlName& name);
+  // For what a parser has taken for a name.
+  const Name* intern_parsed(wide_view name);
   Arena& arena() { return arena_; }
 
  private:
@@ -205,10 +230,13 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
 };
 
 template <class Value>
-void TreeElement::set_attribute(const XmlName& name, Value value) {
-  TreeAttribute* const attribute = document_.make_attribute(document_.intern(name));
-  attribute->set(value);
+bool TreeElement::set_attribute(const XmlName& name, Value value) {
+  const Name* const known = document_.intern(name);
+  if (!known) return false;
+  TreeAttribute* const attribute = document_.make_attribute(known);
+  if (!attribute->set(value)) return false;
   attach(attribute);
+  return true;
 }
 
 }  // namespace quillon::xml

@@ -8,8 +8,10 @@ namespace quillon::xml {
 Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const char* literal) {
   const XmlName name = XmlName::literal(literal);
 #if !defined(_WIN32)
-  if (TreeDocument* const own = TreeDocument::from(document))
-    return Ref<IXMLDOMElement>(own->make_element(own->intern(name)));
+  if (TreeDocument* const own = TreeDocument::from(document)) {
+    const Name* const known = own->intern(name);
+    return Ref<IXMLDOMElement>(known ? own->make_element(known) : nullptr);
+  }
 #endif
   Ref<IXMLDOMElement> out;
   if (document->createElement(name.get(), out.out()) < 0) return {};

@@ -1,0 +1,35 @@
+#pragma once
+
+// Failures of the COM support itself: for those who catch std::exception, as all else that the library
+// throws, and for those who catch _com_error.
+
+#include <climits>
+#include <cstddef>
+#include <new>
+
+#include <quillon/sections/error.h>
+#include <quillon/xml/dom.h>
+
+namespace quillon::xml {
+
+class ComFailure final : public error, public _com_error {
+ public:
+  ComFailure(HRESULT result, const char* text) : error(text), _com_error(result) {}
+};
+
+class ComOutOfMemory final : public std::bad_alloc, public _com_error {
+ public:
+  ComOutOfMemory() : _com_error(E_OUTOFMEMORY) {}
+};
+
+// The text may be null for one that is filled in later. Null for more than a BSTR takes too.
+inline BSTR try_make_text(const uint16_t* text, size_t units) {
+  return units <= UINT_MAX ? SysAllocStringLen(text, static_cast<unsigned>(units)) : nullptr;
+}
+inline BSTR make_text(const uint16_t* text, size_t units) {
+  BSTR const out = try_make_text(text, units);
+  if (!out) throw ComOutOfMemory();
+  return out;
+}
+
+}  // namespace quillon::xml

@@ -1,0 +1,91 @@
+// A DOM of another maker: nothing is known of its objects but what they answer.
+
+#if !defined(_WIN32)
+
+#include "tests/xml/foreign_dom.h"
+
+#include "tests/support/table_cases.h"
+#include "tests/xml/nodes.h"
+
+#include <string>
+
+using namespace quillon;
+using namespace quillon::test;
+using quillon::xml::Document;
+
+// The sanitizer asks each object for its type.
+#if defined(__has_feature)
+#if __has_feature(undefined_behavior_sanitizer)
+#define QUILLON_TYPES_ARE_CHECKED
+#endif
+#endif
+#if defined(QUILLON_TYPES_ARE_CHECKED)
+#define QUILLON_NEEDS_UNCHECKED_TYPES GTEST_SKIP() << "types are checked"
+#else
+#define QUILLON_NEEDS_UNCHECKED_TYPES static_cast<void>(0)
+#endif
+
+TEST(ForeignDom, TakesEveryTableAndGivesItBack) {
+  QUILLON_NEEDS_UNCHECKED_TYPES;
+  int loaded = 0;
+  for (const TableCase& c : TableCases::all())
+    for (const Unknown unknown : {Unknown::refuse, Unknown::answer_with_itself}) {
+      SCOPED_TRACE(c.name);
+      const ForeignDom dom(unknown);
+      IXMLDOMElement* const root = dom.make_element("d");
+      const auto table = c.make();
+      table->parse(c.section.data(), c.section.size());
+      EXPECT_EQ(table->save(dom.document(), root), c.back != Back::unsaved);
+      EXPECT_EQ(dom.references(), 0);
+      if (c.back != Back::same) continue;
+      const auto back = c.make();
+      back->load(root);
+      EXPECT_EQ(dom.references(), 0);
+      Document ours;
+      Document again;
+      EXPECT_TRUE(table->save(ours.dom(), ours.create_root("d")));
+      const auto expected = c.make();
+      expected->load(ours.root());
+      EXPECT_EQ(back->report(), expected->report());
+      ++loaded;
+    }
+  EXPECT_GT(loaded, 20);
+}
+
+TEST(ForeignDom, HasNoPlaceInATree) {
+  QUILLON_NEEDS_UNCHECKED_TYPES;
+  Document document;
+  auto* const root = element_of(document.create_root("d"));
+  for (const Unknown unknown : {Unknown::refuse, Unknown::answer_with_itself, Unknown::pass_on}) {
+    const ForeignDom dom(unknown, root);
+    IXMLDOMNode* node = root;
+    EXPECT_EQ(root->appendChild(dom.make_element("e"), &node), E_FAIL);
+    EXPECT_EQ(node, nullptr);
+    EXPECT_EQ(root->appendChild(dom.document(), nullptr), E_FAIL);
+    EXPECT_EQ(root->setAttributeNode(dom.make_attribute("a"), nullptr), E_FAIL);
+    EXPECT_EQ(dom_of(document)->appendChild(dom.make_element("e"), nullptr), E_FAIL);
+    for (void* const foreign :
+         {static_cast<void*>(dom.make_element("e")), static_cast<void*>(dom.document())}) {
+      EXPECT_EQ(failure([&] { document.append_element(foreign, "c"); }),
+                "-1: not an element of the document");
+      EXPECT_EQ(failure([&] { document.name(foreign); }), "-1: not an element of the document");
+    }
+    EXPECT_EQ(dom.references(), 0);
+    EXPECT_EQ(plain(document), "<d />");
+  }
+}
+
+// It hands questions that it does not know to our element, which is not the one that is written to.
+TEST(ForeignDom, IsNotTakenForTheTreeThatItWraps) {
+  QUILLON_NEEDS_UNCHECKED_TYPES;
+  Document document;
+  auto* const root = element_of(document.create_root("d"));
+  const ForeignDom dom(Unknown::pass_on, root);
+  IXMLDOMElement* const element = dom.make_element("e");
+  EXPECT_EQ(AddAttribute(dom.document(), element, "a", 1), 0);
+  EXPECT_EQ(attribute(element, "a"), u"1");
+  EXPECT_EQ(dom.references(), 0);
+  EXPECT_EQ(plain(document), "<d />");
+}
+
+#endif
