@@ -6,6 +6,7 @@
 #include <limits>
 
 #include <quillon/xml/attributes.h>
+#include <quillon/xml/internal/com_failure.h>
 #include <quillon/xml/internal/real_text.h>
 #include <quillon/xml/internal/ref.h>
 #if !defined(_WIN32)
@@ -18,12 +19,7 @@ namespace {
 
 void clear(VARIANT& value) {
   const HRESULT result = VariantClear(&value);
-  if (result < 0) throw _com_error(result);
-}
-
-BSTR allocated(BSTR text) {
-  if (!text) throw _com_error(E_OUTOFMEMORY);
-  return text;
+  if (result < 0) throw xml::ComFailure(result, "the value of an attribute can't be released");
 }
 
 VARIANT to_variant(int32_t value) {
@@ -46,16 +42,16 @@ VARIANT text_value(BSTR text) {
   VARIANT out;
   VariantInit(&out);
   out.vt = VT_BSTR;
-  out.bstrVal = allocated(text);
+  out.bstrVal = text;
   return out;
 }
 
 VARIANT to_variant(wide_view text) {
-  return text_value(SysAllocStringLen(text.data(), static_cast<unsigned>(text.size())));
+  return text_value(xml::make_text(text.data(), text.size()));
 }
 
 VARIANT to_variant(std::string_view ascii) {
-  VARIANT out = text_value(SysAllocStringLen(nullptr, static_cast<unsigned>(ascii.size())));
+  VARIANT out = text_value(xml::make_text(nullptr, ascii.size()));
   std::copy(ascii.begin(), ascii.end(), out.bstrVal);
   return out;
 }
@@ -65,7 +61,7 @@ template <class Finish>
 long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, VARIANT value,
          Finish finish) {
   xml::Ref<IXMLDOMAttribute> attribute;
-  if (document->createAttribute(name.get(), attribute.out()) < 0) {
+  if (document->createAttribute(name.get(), attribute.out()) < 0 || !attribute) {
     finish(value);
     return E_FAIL;
   }
@@ -80,10 +76,8 @@ long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name
 template <class Value>
 long put(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, Value value) {
 #if !defined(_WIN32)
-  if (xml::TreeElement* const own = xml::TreeElement::from(document, element)) {
-    own->set_attribute(name, value);
-    return 0;
-  }
+  if (xml::TreeElement* const own = xml::TreeElement::from(document, element))
+    return own->set_attribute(name, value) ? 0 : E_FAIL;
 #endif
   return add(document, element, name, to_variant(value), clear);
 }
@@ -119,7 +113,7 @@ wide_string converted(const VARIANT& value) {
       end = xml::write_real(digits, value.dblVal);
       break;
     default:
-      throw _com_error(DISP_E_BADVARTYPE);
+      throw xml::ComFailure(DISP_E_BADVARTYPE, "the value of an attribute is no text");
   }
   return wide_string(static_cast<const char*>(digits), end);
 }
@@ -134,7 +128,7 @@ long read(IXMLDOMNamedNodeMap* map, const XmlName& name, Take take) {
     }
   } value;
   xml::Ref<IXMLDOMNode> node;
-  if (map->getNamedItem(name.get(), node.out()) != S_OK || node->get_nodeValue(&value) != S_OK) {
+  if (map->getNamedItem(name.get(), node.out()) != S_OK || !node || node->get_nodeValue(&value) != S_OK) {
     clear(value);
     return E_FAIL;
   }
@@ -302,7 +296,7 @@ void XmlName::assign(const Unit* name, size_t units) const {
     std::memcpy(place_ + 2, &size, sizeof size);
     text_[units] = 0;
   } else {
-    text_ = allocated(SysAllocStringLen(nullptr, static_cast<unsigned>(units)));
+    text_ = xml::make_text(nullptr, units);
   }
   for (size_t i = 0; i < units; ++i) text_[i] = static_cast<uint16_t>(name[i]);
 }

@@ -54,8 +54,8 @@ class QUILLON_API XmlName {
 
 // Writes one value as one attribute of `element`. Numbers stand as signed decimal text (an unsigned value as
 // the same 32 bits), narrow text goes through the ANSI code page, bytes and addresses are lower-case
-// hexadecimal. On a failure the element keeps the attributes added before. Throws _com_error when memory runs
-// out.
+// hexadecimal. On a failure the element keeps the attributes added before. Out of memory throws what is both
+// std::bad_alloc and _com_error.
 QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const XmlName&, const int&);
 QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const XmlName&,
                               const unsigned long&);
@@ -84,7 +84,8 @@ QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const X
 QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const XmlName&, VARIANT);
 
 // Reads one attribute into one value, which keeps what it had on a failure; a missing attribute is one. Text
-// that is no number, or of the wrong length, is not. Vectors are added to, not cleared.
+// that is no number, or of the wrong length, is not. Vectors are added to, not cleared. A value of the DOM
+// that is not of a known type throws what is both error and _com_error.
 QUILLON_API long GetAttributeValue(IXMLDOMNamedNodeMap*, const XmlName&, int&);
 QUILLON_API long GetAttributeValue(IXMLDOMNamedNodeMap*, const XmlName&, unsigned long&);
 QUILLON_API long GetAttributeValue(IXMLDOMNamedNodeMap*, const XmlName&, unsigned int&);

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include <quillon/platform/wide_string.h>
+#include <quillon/xml/internal/com_failure.h>
 
 namespace quillon {
 
@@ -16,12 +17,13 @@ constexpr size_t kPrefix = sizeof(uint64_t);  // the length stands in its upper 
 }  // namespace
 
 BSTR SysAllocString(const uint16_t* text) {
-  return text ? SysAllocStringLen(text, static_cast<unsigned>(wide_traits::length(text))) : nullptr;
+  return text ? xml::try_make_text(text, wide_traits::length(text)) : nullptr;
 }
 
 BSTR SysAllocStringLen(const uint16_t* text, unsigned units) {
+  if (units > UINT32_MAX / sizeof(uint16_t)) return nullptr;
   const uint32_t size = units * uint32_t{sizeof(uint16_t)};
-  char* const memory = static_cast<char*>(std::malloc(kPrefix + size + sizeof(uint16_t)));
+  char* const memory = static_cast<char*>(std::malloc(kPrefix + size_t{size} + sizeof(uint16_t)));
   if (!memory) return nullptr;
   std::memcpy(memory + kPrefix - sizeof size, &size, sizeof size);
   BSTR const out = reinterpret_cast<BSTR>(memory + kPrefix);

@@ -54,6 +54,13 @@ TEST(Tree, GivesTheElementThatAppendingReturnsAsANode) {
   EXPECT_EQ(element.get(), made.get());
 }
 
+TEST(Tree, IsHandedNullToFill) {
+  const Document document;
+  Ref<IXMLDOMElement> out = make_element(dom_of(document), "e");
+  EXPECT_EQ(*out.out(), nullptr);
+  EXPECT_FALSE(out);
+}
+
 TEST(Tree, FindsNothingWithoutAFailure) {
   const Document document = Document::from_text("<d a='1'><e/></d>");
   auto* const root = static_cast<IXMLDOMNode*>(document.root());
@@ -368,6 +375,11 @@ TEST(Com, KeepsTheLengthOfAText) {
   EXPECT_EQ(SysAllocString(nullptr), nullptr);
   EXPECT_EQ(SysStringLen(nullptr), 0u);
   SysFreeString(nullptr);
+}
+
+TEST(Com, MakesNoTextWhoseLengthItCannotState) {
+  for (const unsigned units : {0x80000000u, 0x80000001u, 0xFFFFFFFFu})
+    EXPECT_EQ(SysAllocStringLen(nullptr, units), nullptr) << units;
 }
 
 TEST(Com, ClearsTheVariantsThatItKnows) {

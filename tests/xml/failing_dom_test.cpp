@@ -292,6 +292,23 @@ TEST(AttributesOfAFailingDom, RaiseAComErrorWhereAValueCannotBeConvertedOrCleare
   EXPECT_EQ(raised({.tell = E_FAIL, .told = VT_NULL}), S_OK);
 }
 
+TEST(AttributesOfAFailingDom, RaiseWhatIsAnErrorToo) {
+  const auto text_of = [](Script script) {
+    FakeMap map(script);
+    int value = 0;
+    return failure([&] { GetAttributeValue(&map, "a", value); });
+  };
+  const auto strange = static_cast<VARENUM>(77);
+  EXPECT_EQ(text_of({.told = strange}), "-1: the value of an attribute is no text");
+  EXPECT_EQ(text_of({.tell = E_FAIL, .told = strange}), "-1: the value of an attribute can't be released");
+  // So it leaves a load as all that a load throws.
+  Script script;
+  script.told = strange;
+  FakeMap map(script);
+  int value = 0;
+  EXPECT_THROW(GetAttributeValue(&map, "a", value), std::exception);
+}
+
 TEST(AttributesOfAnotherDom, ArePutAsVariants) {
   Script script;
   auto* const document = new FakeDocument(script);

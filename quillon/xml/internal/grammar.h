@@ -50,9 +50,10 @@ bool save_table_list(void* document, void* element, const char* list_name, const
     const Ref<IXMLDOMElement> item = create_element(dom, item_name);
     if (!item) return false;
     Ref<IXMLDOMNode> node;
-    if (list->appendChild(item.get(), node.out()) < 0) return false;
+    if (list->appendChild(item.get(), node.out()) < 0 || !node) return false;
     Ref<IXMLDOMElement> attached;
     if (node->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(attached.out())) < 0) return false;
+    if (!attached) return false;
     if (!save(row, document, attached.get())) return false;
   }
   return true;
@@ -100,7 +101,7 @@ ListFailures list_failures(const std::string& name);
 template <class Load>
 void load_items(IXMLDOMNode* list, const ListFailures& failures, Load load) {
   Ref<IXMLDOMNodeList> children;
-  if (list->get_childNodes(children.out()) < 0) throw error(failures.children.c_str());
+  if (list->get_childNodes(children.out()) < 0 || !children) throw error(failures.children.c_str());
   long length = 0;
   if (children->get_length(&length) < 0) throw error(failures.length.c_str());
   for (long i = 0; i < length; ++i) {

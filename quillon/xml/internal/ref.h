@@ -22,8 +22,11 @@ class Ref {
     if (object_) object_->Release();
   }
 
-  // For an operation that hands out a reference.
-  T** out() { return &object_; }
+  // For an operation that hands out a reference; null until then, whatever the operation does.
+  T** out() {
+    if (object_) std::exchange(object_, nullptr)->Release();
+    return &object_;
+  }
   T* get() const { return object_; }
   T* operator->() const { return object_; }
   explicit operator bool() const { return object_; }
