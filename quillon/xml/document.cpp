@@ -59,6 +59,32 @@ class Printer {
   std::string& out_;
 };
 
+// Calls `begin` and `end` with each element, `end` with those that have children, and its depth. Without
+// recursion: the depth of a document is its author's choice.
+template <class Begin, class End>
+void walk(const TreeElement& root, Begin begin, End end) {
+  struct Step {
+    const TreeElement* element;
+    size_t next_child;
+  };
+  std::vector<Step> path;
+  const auto enter = [&](const TreeElement& element) {
+    begin(element, path.size());
+    if (element.child_count()) path.push_back({&element, 0});
+  };
+  enter(root);
+  while (!path.empty()) {
+    Step& step = path.back();
+    if (step.next_child < step.element->child_count()) {
+      enter(*step.element->child(step.next_child++));
+      continue;
+    }
+    const TreeElement* const done = step.element;
+    path.pop_back();
+    end(*done, path.size());
+  }
+}
+
 }  // namespace
 
 struct Document::Impl {
@@ -118,28 +144,18 @@ Document Document::from_file(const std::filesystem::path& file) {
 
 std::string Document::to_text() const {
   std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+  const TreeElement* const root = impl_->tree->root();
+  if (!root) return text;
+  // In a deep tree the text is mostly blanks: they are looked at before memory is.
+  uint64_t blanks = 0;
+  walk(
+      *root, [&](const TreeElement&, size_t depth) { blanks += 2 * depth; },
+      [](const TreeElement&, size_t) {});
+  if (blanks > max_text) throw error(kTooLong);
   Printer printer(text);
-  // Walked without recursion: the depth of a document is its author's choice.
-  struct Step {
-    const TreeElement* element;
-    size_t next_child;
-  };
-  std::vector<Step> path;
-  const auto enter = [&](const TreeElement* element) {
-    printer.begin(*element, path.size());
-    if (element->child_count()) path.push_back({element, 0});
-  };
-  if (const TreeElement* const root = impl_->tree->root()) enter(root);
-  while (!path.empty()) {
-    Step& step = path.back();
-    if (step.next_child < step.element->child_count()) {
-      enter(step.element->child(step.next_child++));
-      continue;
-    }
-    const TreeElement* const done = step.element;
-    path.pop_back();
-    printer.end(*done, path.size());
-  }
+  walk(
+      *root, [&](const TreeElement& element, size_t depth) { printer.begin(element, depth); },
+      [&](const TreeElement& element, size_t depth) { printer.end(element, depth); });
   return text;
 }
 

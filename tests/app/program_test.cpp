@@ -2,6 +2,7 @@
 
 #include "tests/support/packets.h"
 #include "tests/support/sample.h"
+#include "tests/support/xmllint.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -122,6 +123,39 @@ TEST_F(Program, WritesADocumentAndLoadsItBack) {
   EXPECT_EQ(run("xml s.ts").out, whole(folder_ / "s.xml"));
   EXPECT_EQ(run("load - < s.xml").out, report.out);
   EXPECT_EQ(run("report - < s.ts").out, report.out);
+}
+
+TEST_F(Program, SaysWhyADocumentCannotBeWritten) {
+  file("s.ts", sample_stream());
+  const Result full = run("xml s.ts -o /dev/full");
+  EXPECT_EQ(full.code, 1);
+  EXPECT_EQ(full.messages, "can't write /dev/full: No space left on device\n");
+  const Result nowhere = run("xml s.ts -o none/s.xml");
+  EXPECT_EQ(nowhere.code, 1);
+  EXPECT_EQ(nowhere.messages, "can't write none/s.xml: No such file or directory\n");
+  EXPECT_EQ(run("xml s.ts -o /dev/stdout").out, run("xml s.ts").out);
+  const Result folder = run("load .");
+  EXPECT_EQ(folder.code, 1);
+  EXPECT_EQ(folder.messages, "can't read .: Is a directory\n");
+}
+
+// The bundled stream, and the recorded ones where they are.
+TEST_F(Program, WritesDocumentsForOtherReaders) {
+  std::vector<std::string> documents;
+  for (const char* const place : {"QUILLON_DATA", "QUILLON_STREAMS"}) {
+    const char* const streams = std::getenv(place);
+    if (!streams || !std::filesystem::is_directory(streams)) continue;
+    for (const auto& entry : std::filesystem::directory_iterator(streams)) {
+      if (entry.path().extension() != ".ts" && entry.path().extension() != ".bin") continue;
+      const Result result = run("xml '" + std::filesystem::canonical(entry.path()).string() + "'");
+      EXPECT_EQ(result.code, 0) << entry.path();
+      documents.push_back(result.out);
+    }
+  }
+  if (std::getenv("QUILLON_DATA")) {
+    EXPECT_GT(documents.size(), 0u);
+  }
+  expect_taken_by_xmllint(documents);
 }
 
 TEST_F(Program, ReadsPacketsOf192And204BytesAndGarbage) {

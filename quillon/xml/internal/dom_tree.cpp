@@ -58,13 +58,6 @@ bool same(wide_view a, wide_view b) {
          (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(uint16_t)) == 0);
 }
 
-const Name* make_name(wide_view text, Arena& arena) {
-  auto* const out = static_cast<Name*>(arena.allocate(sizeof(Name) + text.size() * sizeof(uint16_t)));
-  out->units = text.size();
-  wide_traits::copy(reinterpret_cast<uint16_t*>(out + 1), text.data(), text.size());
-  return out;
-}
-
 }  // namespace
 
 void Arena::grow(size_t size) {
@@ -75,18 +68,27 @@ void Arena::grow(size_t size) {
   left_ = room;
 }
 
+// Any order will do: four units at a time, by what they are as a number.
 bool NameTable::Less::less(wide_view a, wide_view b) {
   if (a.size() != b.size()) return a.size() < b.size();
-  return !a.empty() && std::memcmp(a.data(), b.data(), a.size() * sizeof(uint16_t)) < 0;
+  size_t i = 0;
+  for (; i + 4 <= a.size(); i += 4) {
+    uint64_t left;
+    uint64_t right;
+    std::memcpy(&left, a.data() + i, sizeof left);
+    std::memcpy(&right, b.data() + i, sizeof right);
+    if (left != right) return left < right;
+  }
+  for (; i < a.size(); ++i)
+    if (a[i] != b[i]) return a[i] < b[i];
+  return false;
 }
 
-const Name* NameTable::find(wide_view name) const {
-  const auto found = names_.find(name);
-  return found == names_.end() ? nullptr : *found;
-}
-
-const Name* NameTable::add(wide_view name, Arena& arena) {
-  return *names_.insert(make_name(name, arena)).first;
+const Name* NameTable::make(wide_view name) {
+  auto* const out = static_cast<Name*>(arena_.allocate(sizeof(Name) + name.size() * sizeof(uint16_t)));
+  out->units = name.size();
+  wide_traits::copy(reinterpret_cast<uint16_t*>(out + 1), name.data(), name.size());
+  return out;
 }
 
 // Attributes
@@ -442,13 +444,11 @@ TreeAttribute* TreeDocument::make_attribute(const Name* name) {
 }
 
 const Name* TreeDocument::intern(wide_view name) {
-  if (const Name* const known = names_.find(name)) return known;
-  return is_xml_name(name) ? names_.add(name, arena_) : nullptr;
+  return names_.intern(name, is_xml_name);
 }
 
 const Name* TreeDocument::intern_parsed(wide_view name) {
-  const Name* const known = names_.find(name);
-  return known ? known : names_.add(name, arena_);
+  return names_.intern(name, [](wide_view) { return true; });
 }
 
 const Name* TreeDocument::intern(const XmlName& name) {

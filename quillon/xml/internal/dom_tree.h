@@ -54,13 +54,32 @@ struct Name {
   wide_view view() const { return {reinterpret_cast<const uint16_t*>(this + 1), units}; }
 };
 
+template <class T>
+struct ArenaAllocator {
+  using value_type = T;
+
+  explicit ArenaAllocator(Arena& store) : arena(&store) {}
+  template <class U>
+  ArenaAllocator(const ArenaAllocator<U>& other) : arena(other.arena) {}
+  T* allocate(size_t count) { return static_cast<T*>(arena->allocate(count * sizeof(T))); }
+  void deallocate(T*, size_t) {}
+  friend bool operator==(const ArenaAllocator&, const ArenaAllocator&) = default;
+
+  Arena* arena;
+};
+
 // The names of a document. In an order, so that no choice of names makes it slow.
 class NameTable {
  public:
-  // Null if there is no such name.
-  const Name* find(wide_view name) const;
-  // For one that is not there.
-  const Name* add(wide_view name, Arena& arena);
+  explicit NameTable(Arena& arena) : arena_(arena), names_(ArenaAllocator<const Name*>(arena)) {}
+
+  // A new name is made if `accept` takes it; null otherwise.
+  template <class Accept>
+  const Name* intern(wide_view name, Accept accept) {
+    const auto place = names_.lower_bound(name);
+    if (place != names_.end() && !Less()(name, *place)) return *place;
+    return accept(name) ? *names_.insert(place, make(name)) : nullptr;
+  }
 
  private:
   struct Less {
@@ -71,7 +90,10 @@ class NameTable {
     static bool less(wide_view a, wide_view b);
   };
 
-  std::set<const Name*, Less> names_;
+  const Name* make(wide_view name);
+
+  Arena& arena_;
+  std::set<const Name*, Less, ArenaAllocator<const Name*>> names_;
 };
 
 class TreeAttribute final : public IXMLDOMAttribute {
@@ -223,8 +245,8 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
   };
 
   Arena arena_;
-  NameTable names_;
-  std::array<LiteralPair, 128> literals_{};
+  NameTable names_{arena_};
+  std::array<LiteralPair, 256> literals_{};
   TreeElement* root_ = nullptr;
   unsigned long references_ = 1;
 };

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstdlib>
 #include <expat.h>
@@ -37,6 +38,15 @@ bool is_predefined(std::string_view entity) {
   constexpr std::string_view names[] = {"amp", "lt", "gt", "quot", "apos"};
   return std::find(std::begin(names), std::end(names), entity) != std::end(names);
 }
+
+// The characters of a name, as far as ASCII goes.
+constexpr std::array<bool, 0x80> set_of(std::string_view characters) {
+  std::array<bool, 0x80> out{};
+  for (const char c : characters) out[static_cast<size_t>(c)] = true;
+  return out;
+}
+constexpr auto kMayBegin = set_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_:");
+constexpr auto kMayFollow = set_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_:0123456789-.");
 
 }  // namespace
 
@@ -146,14 +156,14 @@ void XmlParser::refuse_entities() {
 }
 
 bool is_xml_name(wide_view name) {
-  const auto is_letter = [](uint16_t c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-  const auto may_begin = [&](uint16_t c) { return is_letter(c) || c == '_' || c == ':' || c >= 0x80; };
-  if (name.empty() || name.size() > Document::max_attribute || !may_begin(name[0])) return false;
+  if (name.empty() || name.size() > Document::max_attribute) return false;
+  if (name[0] < 0x80 && !kMayBegin[name[0]]) return false;
   bool is_ascii = true;
-  for (const uint16_t c : name) {
-    if (!may_begin(c) && !(c >= '0' && c <= '9') && c != '-' && c != '.') return false;
-    is_ascii = is_ascii && c < 0x80;
-  }
+  for (const uint16_t unit : name)
+    if (unit >= 0x80)
+      is_ascii = false;
+    else if (!kMayFollow[unit])
+      return false;
   if (is_ascii) return true;
   // Beyond ASCII a name is what can be read back.
   std::string element(1, '<');
