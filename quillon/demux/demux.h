@@ -18,7 +18,7 @@ namespace quillon {
 // Derive from it, supply read_buf, override the hooks of interest. Hooks run nested in start, on the caller's
 // thread. From inside any hook handlers may be added and removed, and reset be called: what is in use is
 // released when the packet is done. A hook that throws leaves the demultiplexer usable; the section in
-// progress stays in its buffer.
+// progress stays in its buffer. For threads the rule of the tables holds (PsiBase1): stop is for hooks alone.
 class QUILLON_API Demux {
  public:
   static constexpr int packet_size = 188;

@@ -14,7 +14,7 @@ namespace quillon {
 
 // What every descriptor has: tag and length (ISO/IEC 13818-1, 2.6.1), and three faces. Its constructor from
 // bytes is the wire parser, with the view on the tag byte; dump_state is the report; Parse and SaveSection
-// are the XML form.
+// are the XML form. For threads the rule of the tables holds (PsiBase1).
 class QUILLON_API DescriptorBase {
  public:
   DescriptorBase() = default;

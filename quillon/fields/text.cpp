@@ -27,34 +27,48 @@ void Text::parse(int length, ByteView bytes) {
     text.remove_prefix(1);
   }
   const unsigned ansi_page = get_ansi_code_page();
-  if (narrow_.empty() && !wide_) {
-    narrow_ = text;
+  if (bytes_.empty() && !late_.get()) {
+    bytes_ = text;
     ascii_ = platform::is_ascii(text);
     undecoded_ = !ascii_;
     selection_ = selection;
     ansi_page_ = static_cast<uint16_t>(ansi_page);
     return;
   }
-  wide_string& units = wide();
-  narrow_.append(text);
-  ansi_to_wide(selection, ansi_page, narrow_, units);
-  wide_to_ansi(ansi_page, units, narrow_);
+  wide_string& units = decode().wide;
   ascii_ = false;
+  bytes_.append(text);
+  ansi_to_wide(selection, ansi_page, bytes_, units);
+  wide_to_ansi(ansi_page, units, bytes_);
 }
 
-void Text::decode() const {
+Text::Late& Text::make_late() const {
+  auto made = std::make_unique<Late>();
+  if (undecoded_) {
+    ansi_to_wide(selection_, ansi_page_, bytes_, made->wide);
+    made->narrow = bytes_;
+    wide_to_ansi(ansi_page_, made->wide, made->narrow);
+  } else {
+    made->wide.assign(bytes_.begin(), bytes_.end());
+  }
+  return late_.publish(std::move(made));
+}
+
+Text::Late& Text::decode() {
+  Late* const made = late_.get();
+  Late& both = made ? *made : make_late();
+  if (undecoded_) bytes_ = std::move(both.narrow);
   undecoded_ = false;
-  wide_.emplace();
-  ansi_to_wide(selection_, ansi_page_, narrow_, *wide_);
-  wide_to_ansi(ansi_page_, *wide_, narrow_);
+  return both;
 }
 
 void Text::set_textA(uint8_t char_set, const char* text) {
-  wide_string& units = wide();
-  narrow_ = text;
-  char_set_ = char_set;
-  ansi_to_wide(char_set, get_ansi_code_page(), narrow_, units);
+  std::string narrow(text);  // which may be this one's own
+  wide_string& units = decode().wide;
   ascii_ = false;
+  bytes_ = std::move(narrow);
+  char_set_ = char_set;
+  ansi_to_wide(char_set, get_ansi_code_page(), bytes_, units);
 }
 
 void Text::set_textW(uint8_t char_set, const uint16_t* text) {
@@ -67,11 +81,11 @@ void Text::set_textW(uint8_t char_set, const char16_t* text) {
 }
 
 void Text::set_units(uint8_t char_set, wide_string units) {
-  if (undecoded_) decode();
-  wide_.emplace(std::move(units));
-  char_set_ = char_set;
-  wide_to_ansi(get_ansi_code_page(), *wide_, narrow_);
+  wide_string& wide = decode().wide;
   ascii_ = false;
+  wide = std::move(units);
+  char_set_ = char_set;
+  wide_to_ansi(get_ansi_code_page(), wide, bytes_);
 }
 
 void Text::ansi_to_wide(uint8_t char_set, unsigned ansi_page, std::string_view in, wide_string& out) {

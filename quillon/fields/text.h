@@ -1,10 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include <quillon/platform/code_page.h>
 #include <quillon/platform/wide_string.h>
@@ -14,28 +14,36 @@ namespace quillon {
 
 namespace detail {
 
-// A value that is seldom there, on the heap when it is.
+// A value that `const` members make when it is first asked for, each thread its own; the first one stays.
 template <class T>
-class Boxed {
+class LateMade {
  public:
-  Boxed() = default;
-  Boxed(const Boxed& other) : value_(other ? std::make_unique<T>(*other) : nullptr) {}
-  Boxed(Boxed&&) noexcept = default;
-  Boxed& operator=(Boxed other) noexcept {
-    value_ = std::move(other.value_);
+  LateMade() = default;
+  LateMade(const LateMade& other) : value_(other.get() ? new T(*other.get()) : nullptr) {}
+  LateMade(LateMade&& other) noexcept : value_(other.get()) { other.set(nullptr); }
+  LateMade& operator=(LateMade other) noexcept {
+    T* const old = get();
+    set(other.get());
+    other.set(old);
     return *this;
   }
-  ~Boxed() = default;
+  ~LateMade() { delete get(); }
 
-  explicit operator bool() const { return value_ != nullptr; }
-  T& operator*() const { return *value_; }
-  template <class... Parts>
-  void emplace(Parts&&... parts) {
-    value_ = std::make_unique<T>(std::forward<Parts>(parts)...);
+  // Null until it is made.
+  T* get() const { return value_.load(std::memory_order_acquire); }
+  // The one that stays.
+  T& publish(std::unique_ptr<T> made) const {
+    T* first = nullptr;
+    if (!value_.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel,
+                                        std::memory_order_acquire))
+      return *first;
+    return *made.release();
   }
 
  private:
-  std::unique_ptr<T> value_;
+  void set(T* value) { value_.store(value, std::memory_order_relaxed); }
+
+  mutable std::atomic<T*> value_ = nullptr;
 };
 
 }  // namespace detail
@@ -45,6 +53,9 @@ class Boxed {
 // The first byte may select a table: 0x01 to 0x05 are ISO 8859-5 to -9, every other selection value decodes
 // as code page 1252, no selection as the ANSI code page. 0x10 is taken alone, control codes stay as they are,
 // and a NUL ends the text. What the ANSI page cannot show is `?` in the narrow text.
+//
+// The texts are decoded when they are first asked for. Even so several threads may read one object at once,
+// by the rule of the tables (PsiBase1), copies included.
 class QUILLON_API Text {
  public:
   Text() = default;
@@ -56,11 +67,8 @@ class QUILLON_API Text {
   void parse(int length, ByteView bytes);
   void parse(ByteView bytes, int& consumed);
 
-  const std::string& get_textA() const {
-    if (undecoded_) decode();
-    return narrow_;
-  }
-  const wide_string& get_textW() const { return wide(); }
+  const std::string& get_textA() const { return undecoded_ ? late().narrow : bytes_; }
+  const wide_string& get_textW() const { return late().wide; }
   const char* c_strA() const { return get_textA().c_str(); }
   const uint16_t* c_strW() const { return get_textW().c_str(); }
   // True of what was parsed from ASCII alone: both forms are the same characters then.
@@ -82,24 +90,32 @@ class QUILLON_API Text {
   static void ansi_to_wide(uint8_t char_set, unsigned ansi_page, std::string_view in, wide_string& out);
   static void wide_to_ansi(unsigned ansi_page, wide_view in, std::string& out);
 
-  void decode() const;
-  void set_units(uint8_t char_set, wide_string units);
-  wide_string& wide() const {
-    if (undecoded_) decode();
-    if (!wide_) wide_.emplace(narrow_.begin(), narrow_.end());
-    return *wide_;
+  // What is made of the bytes when it is first asked for.
+  struct Late {
+    wide_string wide;
+    std::string narrow;  // of bytes that are undecoded
+  };
+
+  const Late& late() const {
+    const Late* const made = late_.get();
+    return made ? *made : make_late();
   }
+  Late& make_late() const;
+  // Both forms, to be changed: the bytes are the narrow text then.
+  Late& decode();
+  void set_units(uint8_t char_set, wide_string units);
 
   // Most texts of a stream are never asked for, and ASCII is the same on every page: a parse takes the bytes
-  // alone, the first question decodes them, and ASCII gets a wide form when that is asked for.
-  mutable std::string narrow_;  // the bytes behind the selection while they are undecoded
-  mutable detail::Boxed<wide_string> wide_;
+  // alone, the first question decodes them, and ASCII gets a wide form when that is asked for. The bytes
+  // themselves change in a parse or a set alone.
+  std::string bytes_;  // behind the selection while they are undecoded, otherwise the narrow text
+  detail::LateMade<Late> late_;
   uint32_t length_ = 0;
   uint16_t ansi_page_ = 0;  // the pages for decoding: those of the parse
   uint8_t selection_ = 0;
   uint8_t char_set_ = 0;
   bool ascii_ = true;
-  mutable bool undecoded_ = false;
+  bool undecoded_ = false;
 };
 
 }  // namespace quillon

@@ -12,7 +12,8 @@
 namespace quillon {
 
 // The ANSI code page is the 8-bit page of every narrow text; 1252 unless the application sets another.
-// Known pages are 1252 and 28595 to 28599. False, and no change, for a page that is not known.
+// Known pages are 1252 and 28595 to 28599. False, and no change, for a page that is not known. Both may be
+// called on any thread at any time.
 QUILLON_API bool set_ansi_code_page(unsigned page);
 QUILLON_API unsigned get_ansi_code_page();
 

@@ -23,6 +23,10 @@ struct DescriptorFailure {
 using DescriptorFailures = std::vector<DescriptorFailure>;
 
 // What all tables can do: parse a section, load from a DOM, save to a DOM.
+//
+// Threads, here and wherever a class does not say otherwise: distinct objects are independent. `const`
+// members of one object may run on several threads at once; anything else on one object is one thread's at a
+// time.
 class QUILLON_API PsiBase1 {
  public:
   virtual void Parse(const uint8_t* section, bool keep_raw) = 0;

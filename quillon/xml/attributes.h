@@ -17,7 +17,8 @@
 namespace quillon {
 
 // The name of an element or attribute, from UTF-16 or from an ASCII literal that outlives it. The BSTR that a
-// DOM wants is put together when it is first asked for, in place: naming takes no heap.
+// DOM wants is put together when it is first asked for, in place: naming takes no heap. A name is made for a
+// call, and is one thread's, `const` members included.
 class QUILLON_API XmlName {
  public:
   XmlName(const uint16_t* name) : units_(name) {}

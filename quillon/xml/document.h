@@ -24,6 +24,9 @@ namespace quillon::xml {
 // Reading reverses that. U+FFFE, U+FFFF and halves of surrogate pairs are written as U+FFFD.
 //
 // Out of memory is std::bad_alloc, all else that can go wrong is error.
+//
+// For threads the rule of the tables holds (PsiBase1). The pointers that it hands out share one reference count:
+// what is done with them, a load included, is one thread's at a time.
 class QUILLON_API Document {
  public:
   // What a document takes at most. A longer attribute is refused where it is set too.
