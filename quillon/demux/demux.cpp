@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <ostream>
 
 #include <quillon/demux/demux.h>
@@ -25,8 +26,8 @@ class Demux::PacketScope {
   explicit PacketScope(Demux& demux) : demux_(demux) { ++demux_.packets_in_progress_; }
   ~PacketScope() {
     if (--demux_.packets_in_progress_ > 0) return;
-    if (!demux_.removed_handlers_.empty()) demux_.removed_handlers_.clear();
-    if (!demux_.removed_pids_.empty()) demux_.removed_pids_.clear();
+    demux_.removed_handlers_.release();
+    demux_.removed_pids_.release();
   }
   PacketScope(const PacketScope&) = delete;
   PacketScope& operator=(const PacketScope&) = delete;
@@ -99,8 +100,10 @@ Demux::PidHandler::~PidHandler() {
 }
 
 void Demux::PidHandler::AddPsiHandler(int table_id) {
-  PSIHandler*& handler = psi_handlers_[table_id];
-  if (!handler) handler = new PSIHandler(demux_, table_id);
+  if (psi_handlers_.contains(table_id)) return;
+  auto handler = std::make_unique<PSIHandler>(demux_, table_id);
+  psi_handlers_.emplace(table_id, handler.get());
+  handler.release();
 }
 
 void Demux::PidHandler::AddPsiHandler(const uint8_t* data, const uint8_t* mask, int length,
@@ -109,19 +112,20 @@ void Demux::PidHandler::AddPsiHandler(const uint8_t* data, const uint8_t* mask, 
     log_write(3, "Demux::PidHandler::AddPsiHandler(%#x,%#x,%d,%#x)", low_bits(data), low_bits(mask), length,
               static_cast<unsigned>(key));
   auto handler = std::make_unique<PSIFilterHandler>(demux_, data, mask, length, key);
-  handler->number_ = filters_made_++;
+  handler->number_ = filters_made_;
   filter_handlers_.insert(handler.get());
   handler.release();
+  ++filters_made_;
 }
 
 void Demux::PidHandler::RemovePsiHandler(int table_id) {
   const auto place = psi_handlers_.find(table_id);
   if (place == psi_handlers_.end()) return;
-  std::unique_ptr<PSIHandler> handler(place->second);
-  psi_handlers_.erase(place);
+  PSIHandler* const handler = place->second;
   handler->removed_ = true;
-  if (current_handler_ == handler.get()) current_handler_ = nullptr;
-  if (demux_.packets_in_progress_ > 0) demux_.removed_handlers_.push_back(std::move(handler));
+  if (current_handler_ == handler) current_handler_ = nullptr;
+  demux_.removed_handlers_.keep(psi_handlers_.extract(place));
+  if (demux_.packets_in_progress_ == 0) demux_.removed_handlers_.release();
 }
 
 void Demux::PidHandler::parse(TSHeader& header, const uint8_t* data, int length) {
@@ -225,19 +229,22 @@ void Demux::process(const uint8_t* packet, const uint8_t* hook_base, int pid) {
 }
 
 void Demux::add_psi_handler(int pid, int table_id) {
-  handler_of(pid).AddPsiHandler(table_id);
+  add_to(pid, [&](PidHandler& handler) { handler.AddPsiHandler(table_id); });
 }
 
 void Demux::add_psi_handler(int pid, const uint8_t* data, const uint8_t* mask, int length,
                             unsigned long key) {
-  handler_of(pid).AddPsiHandler(data, mask, length, key);
+  add_to(pid, [&](PidHandler& handler) { handler.AddPsiHandler(data, mask, length, key); });
 }
 
-Demux::PidHandler& Demux::handler_of(int pid) {
-  PidHandler*& handler = pid_handlers_[pid];
-  if (!handler) handler = new PidHandler(*this);
-  if (static_cast<size_t>(pid) < index_.size()) index_[static_cast<size_t>(pid)] = handler;
-  return *handler;
+template <class Add>
+void Demux::add_to(int pid, Add add) {
+  if (PidHandler* const there = find(pid)) return add(*there);
+  auto handler = std::make_unique<PidHandler>(*this);
+  add(*handler);
+  pid_handlers_.emplace(pid, handler.get());
+  if (PidHandler** const place = place_in_index(pid)) *place = handler.get();
+  handler.release();
 }
 
 Demux::PidHandler* Demux::find_in_map(int pid) const {
@@ -253,11 +260,10 @@ void Demux::remove_psi_handler(int pid, int table_id) {
 }
 
 void Demux::remove_pid(std::map<int, PidHandler*>::iterator place) {
-  std::unique_ptr<PidHandler> handler(place->second);
-  if (static_cast<size_t>(place->first) < index_.size()) index_[static_cast<size_t>(place->first)] = nullptr;
-  pid_handlers_.erase(place);
-  handler->removed_ = true;
-  if (packets_in_progress_ > 0) removed_pids_.push_back(std::move(handler));
+  place->second->removed_ = true;
+  if (PidHandler** const indexed = place_in_index(place->first)) *indexed = nullptr;
+  removed_pids_.keep(pid_handlers_.extract(place));
+  if (packets_in_progress_ == 0) removed_pids_.release();
 }
 
 void Demux::reset() {

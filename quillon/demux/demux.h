@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <iosfwd>
 #include <map>
-#include <memory>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include <quillon/platform/api.h>
@@ -177,13 +177,15 @@ class QUILLON_API Demux {
   // called (its value, after one more read_buf).
   int start();
 
-  // Sections of `table_id` on `pid` go to on_psi_section(pid, ...).
+  // Sections of `table_id` on `pid` go to on_psi_section(pid, ...). Where this or the other form throws, as
+  // memory runs out, nothing has changed.
   void add_psi_handler(int pid, int table_id);
   // Sections on `pid` of which each byte i below `length` satisfies (byte AND mask[i]) == data[i] go to
   // on_psi_section(key, ...); the first byte is the table_id. A length of 0 takes every section, one above
   // 8192 none. `data` and `mask` are not copied.
   void add_psi_handler(int pid, const uint8_t* data, const uint8_t* mask, int length, unsigned long key);
-  // With the last table id of a PID its filters go too. A PID that was never added is left alone.
+  // With the last table id of a PID its filters go too. A PID that was never added is left alone. Neither
+  // removal can fail.
   void remove_psi_handler(int pid, int table_id);
   // Removes all handlers. A stopped demultiplexer stays stopped.
   void reset();
@@ -223,13 +225,39 @@ class QUILLON_API Demux {
     return static_cast<unsigned>(pid) < index_.size() ? index_[static_cast<unsigned>(pid)] : find_in_map(pid);
   }
   PidHandler* find_in_map(int pid) const;
-  PidHandler& handler_of(int pid);
+  // Where packets find the handler of a PID; null for one that no packet carries.
+  PidHandler** place_in_index(int pid) {
+    return static_cast<unsigned>(pid) < index_.size() ? &index_[static_cast<unsigned>(pid)] : nullptr;
+  }
+  // Calls `add` with the handler of a PID, made if there is none.
+  template <class Add>
+  void add_to(int pid, Add add);
   void remove_pid(std::map<int, PidHandler*>::iterator place);
   // One packet with a right sync byte. The adaptation hook's pointer counts from `hook_base`; the payload
   // goes to the handler of `pid`, of the packet's own if that is negative.
   void process(const uint8_t* packet, const uint8_t* hook_base, int pid = -1);
 
   class PacketScope;
+
+  // Handlers that were removed while in use. They come in the nodes of their maps, so that no removal fails.
+  template <class Handler>
+  class Removed {
+   public:
+    Removed() = default;
+    Removed(const Removed&) = delete;
+    Removed& operator=(const Removed&) = delete;
+    ~Removed() { release(); }
+
+    void keep(typename std::map<int, Handler*>::node_type handler) { handlers_.insert(std::move(handler)); }
+    void release() {
+      if (handlers_.empty()) return;
+      for (const auto& [id, handler] : handlers_) delete handler;
+      handlers_.clear();
+    }
+
+   private:
+    std::multimap<int, Handler*> handlers_;
+  };
 
   std::map<int, PidHandler*> pid_handlers_;
   bool stopped_ = false;
@@ -238,8 +266,8 @@ class QUILLON_API Demux {
 
   std::vector<PidHandler*> index_;  // the handlers of pid_handlers_ by PID
   int packets_in_progress_ = 0;
-  std::vector<std::unique_ptr<PidHandler>> removed_pids_;  // removed while in use
-  std::vector<std::unique_ptr<PSIHandler>> removed_handlers_;
+  Removed<PidHandler> removed_pids_;
+  Removed<PSIHandler> removed_handlers_;
 };
 
 }  // namespace quillon

@@ -105,16 +105,18 @@ const char* name_of(registry_kind kind, int id) {
   return "<unknown>";
 }
 
-// A copy that stays: names that were given out outlive the overlay that they came from.
-const char* kept(std::string name) {
+// Names that were given out outlive the overlay that they came from.
+std::set<std::string>& kept_names() {
   static std::set<std::string> names;
-  return names.insert(std::move(name)).first->c_str();
+  return names;
 }
 
 }  // namespace
 
 void init() {
-  for (size_t i = 0; i < registries.size(); ++i) registries[i].index = index_of(detail::registry_rows[i]);
+  std::array<Index, registries.size()> indexes;
+  for (size_t i = 0; i < indexes.size(); ++i) indexes[i] = index_of(detail::registry_rows[i]);
+  for (size_t i = 0; i < indexes.size(); ++i) registries[i].index = std::move(indexes[i]);
 }
 
 const char* get_network_id(int id) {
@@ -146,12 +148,17 @@ std::span<const registry_row> get_registry_rows(registry_kind kind) {
 void load_registry_overlay(registry_kind kind, const std::filesystem::path& file) {
   IndexBuilder builder;
   std::string name;
+  std::set<std::string>& kept = kept_names();
+  std::set<std::string> fresh;
   for (const auto& line :
        detail::read_registry_file(file, detail::registry_lists[number_of(kind)].largest_id)) {
     platform::encode(kPage, line.name, name);
-    builder.add({line.first, line.last, kept(name)});
+    const auto there = kept.find(name);
+    const std::string& stays = there != kept.end() ? *there : *fresh.insert(name).first;
+    builder.add({line.first, line.last, stays.c_str()});
   }
   registries[number_of(kind)].overlay = builder.build();
+  kept.merge(fresh);  // the strings stay where they are, and nothing fails
 }
 
 }  // namespace quillon

@@ -11,8 +11,8 @@ namespace quillon {
 // Windows-1252, mark-up of the registries included, and live as long as the library.
 
 // Fills the indexes of the registries; until then no id has a name. To be called once, by the application.
-// Neither this nor load_registry_overlay may run beside any function of this header; the lookups may run on
-// any number of threads.
+// Where it throws, as memory runs out, nothing has changed. Neither this nor load_registry_overlay may run
+// beside any function of this header; the lookups may run on any number of threads.
 QUILLON_API void init();
 
 // The name of an id; "<unknown>" if it has none. A registered name may be empty.
@@ -48,8 +48,8 @@ QUILLON_API std::span<const registry_row> get_registry_rows(registry_kind kind);
 //
 // The file is UTF-8: the line "first_id<TAB>last_id<TAB>name", then such lines with ids as 0x12AB, both ends
 // included; where lines overlap the last one counts. Empty lines and lines that begin with # are passed over.
-// A character that Windows-1252 lacks becomes `?`. Throws error, naming file and line, and takes nothing of a
-// file with a bad line.
+// A character that Windows-1252 lacks becomes `?`. Throws error, naming file and line; nothing has changed
+// then, nor when memory runs out.
 QUILLON_API void load_registry_overlay(registry_kind kind, const std::filesystem::path& file);
 
 }  // namespace quillon

@@ -3,9 +3,9 @@
 namespace quillon {
 
 error::error(const char* text) : code_(-1), message_(text) {}
-error::error(errorcode_enum code, unsigned int extra) : code_(code), extra_(extra) {}
-error::error(errorcode_enum code) : code_(code) {}
-error::error(int code) : code_(code) {}
+error::error(errorcode_enum code, unsigned int extra) : code_(code), extra_(extra), message_("") {}
+error::error(errorcode_enum code) : error(int{code}) {}
+error::error(int code) : code_(code), message_("") {}
 error::error(errorcode_enum code, const char* text) : code_(code), message_(text) {}
 
 }  // namespace quillon

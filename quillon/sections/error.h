@@ -2,13 +2,14 @@
 
 #include <cstdint>
 #include <exception>
-#include <string>
+#include <stdexcept>
 
 #include <quillon/platform/api.h>
 
 namespace quillon {
 
-// The one exception type of the library, thrown and caught by value.
+// The one exception type of the library, thrown and caught by value. Copies share the text: a handler that
+// takes one by value needs no memory.
 class QUILLON_API error : public std::exception {
  public:
   enum errorcode_enum {
@@ -23,7 +24,7 @@ class QUILLON_API error : public std::exception {
   error(int code);
   error(errorcode_enum code, const char* text);
 
-  const char* what() const noexcept override { return message_.c_str(); }
+  const char* what() const noexcept override { return message_.what(); }
 
   // The number of the failure, -1 where it has only a text.
   int get_code() const { return code_; }
@@ -33,7 +34,7 @@ class QUILLON_API error : public std::exception {
  private:
   int code_;
   uint32_t extra_ = 0xFFFFFFFF;
-  std::string message_;
+  std::runtime_error message_;
 };
 
 }  // namespace quillon

@@ -62,13 +62,14 @@ const char* level_word(int level) {
 }  // namespace
 
 int log_open(int flags, int max_level, const char* file_name) {
+  const std::string folder = platform::executable_folder();
+  const std::string path = folder + file_name;
   log_flags = flags;
   detail::log_max_level = max_level;
-  const std::string folder = platform::executable_folder();
   if (folder.empty()) return 0;
   log_file.close();
   bool existed = false;
-  if (!log_file.open(folder + file_name, flags & log_create_always, existed)) return 0;
+  if (!log_file.open(path, flags & log_create_always, existed)) return 0;
   if (flags & log_thread_id) log_lock_ready = true;
   // A new file gets no header and an old one does, written over its start: readers of these logs rely on it.
   if (flags & log_header && existed)

@@ -14,8 +14,9 @@ enum log_flag {
 };
 
 // Opens the CSV log `file_name` in the folder of the running executable; records up to `max_level` are
-// written. Always 0: a log that cannot be opened stays closed. Neither this nor log_close may run beside
-// log_write, nor beside the parsers and demultiplexers, which call it.
+// written. Always 0: a log that cannot be opened, stays closed. Throws std::bad_alloc,
+// having changed nothing, when memory runs out. Neither this nor log_close may run beside log_write, nor
+// beside the parsers and demultiplexers, which call it.
 QUILLON_API int log_open(int flags, int max_level, const char* file_name);
 QUILLON_API int log_close();
 

@@ -13,8 +13,13 @@ void Pat::_parse(ByteView body, bool) {
 }
 
 void Pat::add(program_info program) {
-  pids_[program.get_program_number()] = program.get_program_map_pid();
   programs_.push_back(program);
+  try {
+    pids_[program.get_program_number()] = program.get_program_map_pid();
+  } catch (...) {
+    programs_.pop_back();
+    throw;
+  }
 }
 
 int Pat::get_pid_from_program_number(int program_number) const {

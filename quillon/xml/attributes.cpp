@@ -61,11 +61,14 @@ template <class Finish>
 long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, VARIANT value,
          Finish finish) {
   xml::Ref<IXMLDOMAttribute> attribute;
-  if (document->createAttribute(name.get(), attribute.out()) < 0 || !attribute) {
+  HRESULT put = E_FAIL;
+  try {
+    if (document->createAttribute(name.get(), attribute.out()) >= 0 && attribute)
+      put = attribute->put_nodeValue(value);
+  } catch (...) {  // as memory runs out
     finish(value);
-    return E_FAIL;
+    throw;
   }
-  const HRESULT put = attribute->put_nodeValue(value);
   finish(value);
   if (put < 0) return E_FAIL;
   xml::Ref<IXMLDOMAttribute> replaced;

@@ -15,10 +15,11 @@
 
 namespace quillon::test {
 
-// dump_state on a fresh stream.
+// dump_state on a fresh stream. Where memory runs out the stream throws: it would cut the report otherwise.
 template <class T>
 std::string report(const T& object) {
   std::ostringstream stream;
+  stream.exceptions(std::ios::badbit);
   object.dump_state(stream);
   return stream.str();
 }
