@@ -2,6 +2,7 @@
 
 #include "apps/quillon/output.h"
 #include "apps/quillon/section_input.h"
+#include "apps/quillon/seen_sections.h"
 
 #include <algorithm>
 #include <chrono>
@@ -13,7 +14,6 @@
 #include <sstream>
 #include <string>
 #include <unistd.h>
-#include <unordered_set>
 
 namespace quillon::app {
 
@@ -157,7 +157,7 @@ class Run {
     if (!wanted(options_.pids, section.pid) || !wanted(options_.tables, section.table_id())) return;
     const Standard standard = options_.standard.value_or(map_.standard);
     const TableKind* const kind = kind_of_table_id(section.table_id(), standard);
-    if (!kind || !(options_.all || is_new(section))) return;
+    if (!kind || !(options_.all || seen_.add(section))) return;
     const std::unique_ptr<Table> table = kind->make();
     try {
       table->parse(section.bytes, section.size);
@@ -176,12 +176,6 @@ class Run {
     return choice.empty() || value < 0 || std::find(choice.begin(), choice.end(), value) != choice.end();
   }
 
-  bool is_new(const Section& section) {
-    std::string key = std::to_string(section.pid) + ":";
-    key.append(reinterpret_cast<const char*>(section.bytes), section.size);
-    return seen_.insert(std::move(key)).second;
-  }
-
   static std::string place(const Section& section) {
     const std::string table = "table " + hex(static_cast<unsigned>(section.table_id()), 2) + ": ";
     if (section.pid < 0) return "section " + std::to_string(section.packet) + ": " + table;
@@ -196,7 +190,7 @@ class Run {
   const Options& options_;
   Show show_;
   StreamMap map_;
-  std::unordered_set<std::string> seen_;
+  SeenSections seen_;
 };
 
 // A table's report on a stream of its own, so that it does not depend on what was shown before.
