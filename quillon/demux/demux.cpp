@@ -215,7 +215,7 @@ int Demux::start() {
   }
 }
 
-void Demux::process(const uint8_t* packet, const uint8_t* hook_base, int pid) {
+void Demux::process(const uint8_t* packet, const uint8_t* hook_base, std::optional<int> pid) {
   TSHeader header(packet);
   on_ts_packet(header, packet + kHeaderSize);
   int skip = 0;
@@ -223,7 +223,7 @@ void Demux::process(const uint8_t* packet, const uint8_t* hook_base, int pid) {
     const AdaptionFieldHeader field(packet + kHeaderSize, skip);
     on_adaption_field_header_(field, hook_base + std::min(kHeaderSize + skip, packet_size));
   }
-  PidHandler* const handler = find(pid < 0 ? header.get_pid() : pid);
+  PidHandler* const handler = find(pid.value_or(header.get_pid()));
   const int size = packet_size - kHeaderSize - skip;
   if (handler) handler->parse(header, packet + packet_size - std::max(size, 0), size);
 }

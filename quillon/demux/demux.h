@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -178,7 +179,9 @@ class QUILLON_API Demux {
   int start();
 
   // Sections of `table_id` on `pid` go to on_psi_section(pid, ...). Where this or the other form throws, as
-  // memory runs out, nothing has changed.
+  // memory runs out, nothing has changed. A PID outside 0 to 0x1FFF, or a table id outside 0 to 0xFF, is one
+  // that no packet carries: its handler is kept like any other, and hears nothing; but the PIDs of a Demux2
+  // are its device's.
   void add_psi_handler(int pid, int table_id);
   // Sections on `pid` of which each byte i below `length` satisfies (byte AND mask[i]) == data[i] go to
   // on_psi_section(key, ...); the first byte is the table_id. A length of 0 takes every section, one above
@@ -234,8 +237,8 @@ class QUILLON_API Demux {
   void add_to(int pid, Add add);
   void remove_pid(std::map<int, PidHandler*>::iterator place);
   // One packet with a right sync byte. The adaptation hook's pointer counts from `hook_base`; the payload
-  // goes to the handler of `pid`, of the packet's own if that is negative.
-  void process(const uint8_t* packet, const uint8_t* hook_base, int pid = -1);
+  // goes to the handler of `pid`, of the packet's own if there is none.
+  void process(const uint8_t* packet, const uint8_t* hook_base, std::optional<int> pid = std::nullopt);
 
   class PacketScope;
 

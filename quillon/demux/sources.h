@@ -32,7 +32,8 @@ class QUILLON_API DemuxPush : public Demux {
 };
 
 // Reads one packet a PID in turn, from a device that delivers each PID apart. No PID may be added while start
-// runs; stop has no effect.
+// runs; stop has no effect. The numbers are the device's: a PID that no packet carries is read like any
+// other.
 class QUILLON_API Demux2 : public Demux {
  public:
   // Runs until at_end gives true; calls idle after each pass over the PIDs. A PID whose read failed or was

@@ -21,7 +21,8 @@ class QUILLON_API ApplicationIdentifier {
   void dump_state(std::ostream& stream) const;
   // "0000002A 0001"
   std::string application_identifier_as_text() const;
-  // Reads both numbers as hexadecimal; one that the text lacks stays as it was. Always true.
+  // Reads both numbers as hexadecimal; one that the text lacks, a null one both, stays as it was. Always
+  // true.
   bool set_application_identifier_from_text(const char* text);
 
   // The two attributes of an element; Parse throws error("failed").

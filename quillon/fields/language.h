@@ -4,6 +4,7 @@
 #include <cstring>
 #include <ostream>
 
+#include <quillon/platform/or_empty.h>
 #include <quillon/sections/byte_view.h>
 
 namespace quillon {
@@ -16,7 +17,9 @@ class ISO639LanguageCode {
     for (; n < 3 && bytes[n]; ++n) code_[n] = static_cast<char>(bytes[n]);
     code_[n] = '\0';
   }
+  // A null text is the empty one.
   void set_textA(const char* text) {
+    text = detail::or_empty(text);
     int n = 0;
     for (; n < 3 && text[n]; ++n) code_[n] = text[n];
     code_[n] = '\0';

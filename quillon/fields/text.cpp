@@ -1,4 +1,5 @@
 #include <quillon/fields/text.h>
+#include <quillon/platform/or_empty.h>
 
 namespace quillon {
 
@@ -63,7 +64,7 @@ Text::Late& Text::decode() {
 }
 
 void Text::set_textA(uint8_t char_set, const char* text) {
-  std::string narrow(text);  // which may be this one's own
+  std::string narrow(detail::or_empty(text));  // which may be this one's own
   wide_string& units = decode().wide;
   ascii_ = false;
   bytes_ = std::move(narrow);
@@ -72,11 +73,11 @@ void Text::set_textA(uint8_t char_set, const char* text) {
 }
 
 void Text::set_textW(uint8_t char_set, const uint16_t* text) {
-  set_units(char_set, wide_string(text));
+  set_units(char_set, text ? wide_string(text) : wide_string());
 }
 
 void Text::set_textW(uint8_t char_set, const char16_t* text) {
-  const std::u16string_view units(text);
+  const std::u16string_view units(text ? text : u"");
   set_units(char_set, wide_string(units.begin(), units.end()));
 }
 

@@ -79,6 +79,7 @@ class QUILLON_API Text {
   uint32_t get_text_len() const { return length_; }
 
   // `char_set` is a selection value, 0 the ANSI code page. The narrow text keeps the bytes it is handed.
+  // A null text is the empty one.
   void set_textA(uint8_t char_set, const char* text);
   void set_textW(uint8_t char_set, const uint16_t* text);
   void set_textW(uint8_t char_set, const char16_t* text);

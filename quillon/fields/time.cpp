@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include <quillon/fields/time.h>
+#include <quillon/platform/or_empty.h>
 #include <quillon/report/internal/line.h>
 
 namespace quillon {
@@ -62,7 +63,7 @@ std::string DateTime::get_date_as_text() const {
 }
 
 bool DateTime::set_date_from_text(const char* text) {
-  std::sscanf(text, "%d %d %d %d %d %d", &day, &month, &year, &hour, &minute, &second);
+  std::sscanf(detail::or_empty(text), "%d %d %d %d %d %d", &day, &month, &year, &hour, &minute, &second);
   return true;
 }
 
@@ -79,7 +80,7 @@ std::string Duration::get_time_as_text() const {
 }
 
 bool Duration::set_time_from_text(const char* text) {
-  std::sscanf(text, "%d %d %d", &hours_, &minutes_, &seconds_);
+  std::sscanf(detail::or_empty(text), "%d %d %d", &hours_, &minutes_, &seconds_);
   return true;
 }
 

@@ -19,7 +19,7 @@ class QUILLON_API DateTime {
   void dump_state(std::ostream& stream) const;
   // "7 3 2006 9 5 0".
   std::string get_date_as_text() const;
-  // Numbers that the text lacks stay as they were. Always true.
+  // Numbers that the text lacks, a null one all, stay as they were. Always true.
   bool set_date_from_text(const char* text);
 
   // The six attributes of an element; Parse throws error("failed").
@@ -48,7 +48,7 @@ class QUILLON_API Duration {
   void dump_state(std::ostream& stream) const;
   // "1 30 0".
   std::string get_time_as_text() const;
-  // Numbers that the text lacks stay as they were. Always true.
+  // Numbers that the text lacks, a null one all, stay as they were. Always true.
   bool set_time_from_text(const char* text);
 
  private:

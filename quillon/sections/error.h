@@ -18,6 +18,7 @@ class QUILLON_API error : public std::exception {
     length_mismatch = 3,  // a length inside a body does not add up; the text names the place
   };
 
+  // A null text is the empty one.
   error(const char* text);
   error(errorcode_enum code, unsigned int extra);
   error(errorcode_enum code);

@@ -63,7 +63,7 @@ const char* level_word(int level) {
 
 int log_open(int flags, int max_level, const char* file_name) {
   const std::string folder = platform::executable_folder();
-  const std::string path = folder + file_name;
+  const std::string path = folder + (file_name ? file_name : "");  // the folder alone can't be opened
   log_flags = flags;
   detail::log_max_level = max_level;
   if (folder.empty()) return 0;
@@ -86,7 +86,7 @@ int log_close() {
 }
 
 int log_write(int level, const char* format, ...) {
-  if (level < 1 || !log_wants(level)) return 0;
+  if (level < 1 || !log_wants(level) || !format) return 0;
   std::unique_lock<std::mutex> guard(log_lock, std::defer_lock);
   if (log_lock_ready) guard.lock();
   if (!log_file.is_open()) return 0;

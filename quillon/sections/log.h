@@ -14,14 +14,14 @@ enum log_flag {
 };
 
 // Opens the CSV log `file_name` in the folder of the running executable; records up to `max_level` are
-// written. Always 0: a log that cannot be opened, stays closed. Throws std::bad_alloc,
+// written. Always 0: a log that cannot be opened, as one without a name, stays closed. Throws std::bad_alloc,
 // having changed nothing, when memory runs out. Neither this nor log_close may run beside log_write, nor
 // beside the parsers and demultiplexers, which call it.
 QUILLON_API int log_open(int flags, int max_level, const char* file_name);
 QUILLON_API int log_close();
 
 // Writes one record, printf-style; 1 is a failure, 2 a warning, 3 and above tracing. Always 0. A record
-// longer than 4095 bytes is cut.
+// longer than 4095 bytes is cut; a null format writes none.
 [[gnu::format(printf, 2, 3)]] QUILLON_API int log_write(int level, const char* format, ...);
 
 namespace detail {

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 
+#include <quillon/platform/or_empty.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/internal/com_failure.h>
 #include <quillon/xml/internal/real_text.h>
@@ -63,7 +64,7 @@ long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name
   xml::Ref<IXMLDOMAttribute> attribute;
   HRESULT put = E_FAIL;
   try {
-    if (document->createAttribute(name.get(), attribute.out()) >= 0 && attribute)
+    if (!name.is_null() && document->createAttribute(name.get(), attribute.out()) >= 0 && attribute)
       put = attribute->put_nodeValue(value);
   } catch (...) {  // as memory runs out
     finish(value);
@@ -131,7 +132,8 @@ long read(IXMLDOMNamedNodeMap* map, const XmlName& name, Take take) {
     }
   } value;
   xml::Ref<IXMLDOMNode> node;
-  if (map->getNamedItem(name.get(), node.out()) != S_OK || !node || node->get_nodeValue(&value) != S_OK) {
+  if (name.is_null() || map->getNamedItem(name.get(), node.out()) != S_OK || !node ||
+      node->get_nodeValue(&value) != S_OK) {
     clear(value);
     return E_FAIL;
   }
@@ -280,13 +282,13 @@ void integers_of_hex(const std::string& text, std::vector<Element>& out) {
 }  // namespace
 
 XmlName::XmlName(const char16_t* name) {
-  assign(name, std::char_traits<char16_t>::length(name));
+  if (name) assign(name, std::char_traits<char16_t>::length(name));
 }
 
 BSTR XmlName::make() const {
   if (ascii_)
     assign(ascii_, std::strlen(ascii_));
-  else
+  else if (units_)
     assign(units_, wide_traits::length(units_));
   return text_;
 }
@@ -326,7 +328,7 @@ long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, co
   return put_narrow(d, e, name, value.c_str());
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const char* value) {
-  return put_narrow(d, e, name, value);
+  return put_narrow(d, e, name, detail::or_empty(value));
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const Text& value) {
   if (value.is_ascii()) return put(d, e, name, std::string_view(value.get_textA()));

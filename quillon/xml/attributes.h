@@ -18,7 +18,7 @@ namespace quillon {
 
 // The name of an element or attribute, from UTF-16 or from an ASCII literal that outlives it. The BSTR that a
 // DOM wants is put together when it is first asked for, in place: naming takes no heap. A name is made for a
-// call, and is one thread's, `const` members included.
+// call, and is one thread's, `const` members included. Null is no name: what is to be done with it fails.
 class QUILLON_API XmlName {
  public:
   XmlName(const uint16_t* name) : units_(name) {}
@@ -35,6 +35,7 @@ class QUILLON_API XmlName {
   BSTR get() const { return text_ ? text_ : make(); }
   // Null for a name from UTF-16.
   const char* ascii() const { return ascii_; }
+  bool is_null() const { return !ascii_ && !units_ && !text_; }
   bool is_literal() const { return is_literal_; }
 
  private:
@@ -55,8 +56,8 @@ class QUILLON_API XmlName {
 
 // Writes one value as one attribute of `element`. Numbers stand as signed decimal text (an unsigned value as
 // the same 32 bits), narrow text goes through the ANSI code page, bytes and addresses are lower-case
-// hexadecimal. On a failure the element keeps the attributes added before. Out of memory throws what is both
-// std::bad_alloc and _com_error.
+// hexadecimal; a null text is the empty one. On a failure the element keeps the attributes added before. Out of
+// memory throws what is both std::bad_alloc and _com_error.
 QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const XmlName&, const int&);
 QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const XmlName&,
                               const unsigned long&);

@@ -210,3 +210,62 @@ TEST(PSIFilterHandler, ReportsNothing) {
   const Demux::PSIFilterHandler handler(demux, nullptr, nullptr, 0, 5);
   EXPECT_EQ(report(handler), "");
 }
+
+// PIDs and table ids that no packet carries
+
+namespace {
+
+// Of ids that nothing carries, those whose low bits are the ids that are sent.
+const int kStrangePids[] = {kPid + 0x2000, kPid - 0x2000, 0x2000, -1, INT_MIN, INT_MAX, kPid + 0x10000};
+const int kStrangeTables[] = {kTable + 0x100, kTable - 0x100, 0x100, -1, INT_MIN, INT_MAX};
+
+}  // namespace
+
+TEST(StrangeIds, AreKeptListedAndRemovedAndHearNothing) {
+  const uint8_t none = 0;
+  RecordingDemux demux;
+  for (const int pid : kStrangePids) {
+    demux.add_psi_handler(pid, kTable);
+    demux.add_psi_handler(pid, &none, &none, 0, 5);
+  }
+  for (const int table_id : kStrangeTables) demux.add_psi_handler(kPid, table_id);
+  EXPECT_EQ(report(demux), R"(pid: 80000000
+table_id: 42
+pid: ffffe100
+table_id: 42
+pid: ffffffff
+table_id: 42
+pid: 100
+table_id: 80000000
+table_id: ffffff42
+table_id: ffffffff
+table_id: 100
+table_id: 142
+table_id: 7fffffff
+pid: 2000
+table_id: 42
+pid: 2100
+table_id: 42
+pid: 10100
+table_id: 42
+pid: 7fffffff
+table_id: 42
+)");
+
+  for (const int pid : {0, kPid, 0x1FFF})
+    for (const int table_id : {0x00, kTable, 0xFF})
+      EXPECT_EQ(demux.feed(packets({section_of(table_id, 300)}, {.pid = pid})), 1);
+  EXPECT_TRUE(demux.heard.empty());
+
+  // Beside them the others work.
+  demux.add_psi_handler(kPid, kTable);
+  demux.feed(packets({section_of(kTable, 300)}));
+  EXPECT_EQ(demux.order(), Texts{"section 256/66"});
+
+  for (const int pid : kStrangePids) demux.remove_psi_handler(pid, kTable);
+  for (const int table_id : kStrangeTables) demux.remove_psi_handler(kPid, table_id);
+  EXPECT_EQ(report(demux), "pid: 100\ntable_id: 42\n");
+  demux.add_psi_handler(-1, -1);
+  demux.reset();
+  EXPECT_EQ(report(demux), "");
+}

@@ -348,6 +348,20 @@ TEST(Demux2, TakesNumbersThatNoPacketHas) {
   EXPECT_EQ(device.sections(), (Sections{section}));
 }
 
+TEST(Demux2, GivesThePacketsOfANumberToItsOwnHandlers) {
+  const Bytes section = section_of(kTable, 20);
+  for (const int number : {kPid - 0x2000, -1, kPid + 0x2000}) {
+    Device device;
+    device.add_psi_handler(kPid, kTable);
+    device.add_psi_handler(number, kTable + 1);
+    device.give(number, packets({section}));  // which say that they are of kPid
+    device.give(kPid, packets({section_of(0, 20)}));
+    EXPECT_EQ(device.start(), 1);
+    EXPECT_EQ(device.count("read " + std::to_string(number)), 1u);
+    EXPECT_TRUE(device.heard.empty());
+  }
+}
+
 TEST(Demux2, TracesAtLevelThree) {
   const TemporaryLog log("demux2_trace.csv", log_create_always, 3);
   const Bytes good = packets({section_of(kTable, 20)});

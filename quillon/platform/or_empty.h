@@ -1,0 +1,10 @@
+#pragma once
+
+namespace quillon::detail {
+
+// Wherever a function takes text, null stands for the empty one.
+inline const char* or_empty(const char* text) {
+  return text ? text : "";
+}
+
+}  // namespace quillon::detail
