@@ -56,8 +56,8 @@ class QUILLON_API XmlName {
 
 // Writes one value as one attribute of `element`. Numbers stand as signed decimal text (an unsigned value as
 // the same 32 bits), narrow text goes through the ANSI code page, bytes and addresses are lower-case
-// hexadecimal; a null text is the empty one. On a failure the element keeps the attributes added before. Out of
-// memory throws what is both std::bad_alloc and _com_error.
+// hexadecimal; a null text is the empty one. On a failure the element keeps the attributes added before. Out
+// of memory throws what is both std::bad_alloc and _com_error.
 QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const XmlName&, const int&);
 QUILLON_API long AddAttribute(IXMLDOMDocument*, IXMLDOMElement* element, const XmlName&,
                               const unsigned long&);

@@ -25,8 +25,8 @@ namespace quillon::xml {
 //
 // Out of memory is std::bad_alloc, all else that can go wrong is error.
 //
-// For threads the rule of the tables holds (PsiBase1). The pointers that it hands out share one reference count:
-// what is done with them, a load included, is one thread's at a time.
+// For threads the rule of the tables holds (PsiBase1). The pointers that it hands out share one reference
+// count: what is done with them, a load included, is one thread's at a time.
 class QUILLON_API Document {
  public:
   // What a document takes at most. A longer attribute is refused where it is set too.

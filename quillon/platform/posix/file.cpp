@@ -38,8 +38,7 @@ class OutputFile {
   std::error_code create_in(const fs::path& folder) {
     static std::atomic<unsigned> number = 0;
     do {
-      fs::path name =
-          folder / (".quillon-" + std::to_string(getpid()) + "-" + std::to_string(++number));
+      fs::path name = folder / (".quillon-" + std::to_string(getpid()) + "-" + std::to_string(++number));
       handle_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
       if (handle_ >= 0) temporary_ = std::move(name);
     } while (handle_ < 0 && errno == EEXIST);
