@@ -145,7 +145,7 @@ constexpr int kTable = 0x42;
 constexpr uint8_t kData[] = {kTable};
 constexpr uint8_t kMask[] = {0xFF};
 
-struct TestDemux : DemuxPush {
+struct TestDemux final : DemuxPush {
   int tables = 0;
   int filtered = 0;
   std::function<void()> then = [] {};
@@ -454,7 +454,7 @@ TEST(AllocationFailures, OfDescriptors) {
   }
 }
 
-struct Reader : DemuxPush {
+struct Reader final : DemuxPush {
   int sections = 0;
   void on_psi_section(int, int table_id, int, const uint8_t* section) override {
     ++sections;
