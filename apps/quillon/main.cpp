@@ -2,6 +2,7 @@
 #include "apps/quillon/names.h"
 
 #include <CLI/CLI.hpp>
+#include <new>
 #include <optional>
 #include <string>
 
@@ -76,6 +77,9 @@ int main(int argc, char** argv) {
     if (*xml) return quillon::app::save_xml(options, output);
     if (*names) return quillon::app::names(kind, id);
     return quillon::app::load_xml(options.input);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "quillon: out of memory" << std::endl;
+    return quillon::app::exit_bad_input;
   } catch (const std::exception& e) {
     std::cerr << "quillon: " << e.what() << std::endl;
     return quillon::app::exit_bad_input;

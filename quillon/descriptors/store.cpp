@@ -1,6 +1,7 @@
 #include <ostream>
 
 #include <quillon/descriptors/store.h>
+#include <quillon/xml/internal/com_failure.h>
 #include <quillon/xml/internal/grammar.h>
 
 namespace quillon::detail {
@@ -113,7 +114,11 @@ bool DescriptorStore::load(const Family& family, void* node) {
       BSTR text = nullptr;
       ~Name() { SysFreeString(text); }
     } name;
-    if (static_cast<IXMLDOMNode*>(item)->get_nodeName(&name.text) < 0) throw error("failed to get node name");
+    auto* const element = static_cast<IXMLDOMNode*>(item);
+    if (const HRESULT result = element->get_nodeName(&name.text); result < 0) {
+      xml::expect_memory(result, element);
+      throw error("failed to get node name");
+    }
     const wide_view wanted(name.text, SysStringLen(name.text));
     for (size_t i = 0; i < family.kind_count; ++i) {
       const Kind& kind = family.kinds[i];

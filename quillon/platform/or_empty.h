@@ -1,5 +1,7 @@
 #pragma once
 
+#include <quillon/platform/api.h>
+
 namespace quillon::detail {
 
 // Wherever a function takes text, null stands for the empty one.

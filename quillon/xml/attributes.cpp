@@ -132,9 +132,11 @@ long read(IXMLDOMNamedNodeMap* map, const XmlName& name, Take take) {
     }
   } value;
   xml::Ref<IXMLDOMNode> node;
-  if (name.is_null() || map->getNamedItem(name.get(), node.out()) != S_OK || !node ||
-      node->get_nodeValue(&value) != S_OK) {
+  HRESULT result = name.is_null() ? E_FAIL : map->getNamedItem(name.get(), node.out());
+  if (result == S_OK) result = node ? node->get_nodeValue(&value) : E_FAIL;
+  if (result != S_OK) {
     clear(value);
+    xml::expect_memory(result, node.get());
     return E_FAIL;
   }
   if (value.vt == VT_BSTR) {

@@ -51,9 +51,10 @@ class Program : public testing::Test {
     return name;
   }
 
-  Result run(const std::string& arguments) const {
-    const std::string command =
-        "cd '" + folder_.string() + "' && '" + program_ + "' " + arguments + " >out.txt 2>messages.txt";
+  // `first` is done in the same shell before the program.
+  Result run(const std::string& arguments, const std::string& first = ":") const {
+    const std::string command = "cd '" + folder_.string() + "' && " + first + " && '" + program_ + "' " +
+                                arguments + " >out.txt 2>messages.txt";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, whole(folder_ / "out.txt"),
             whole(folder_ / "messages.txt")};
@@ -246,6 +247,24 @@ TEST_F(Program, AnswersWrongUseWithTwo) {
   EXPECT_EQ(run("report --pid 9000 s.ts").code, 2);
   EXPECT_EQ(run("report --standard isdb s.ts").code, 2);
   EXPECT_EQ(run("--help").code, 0);
+}
+
+TEST_F(Program, WritesNoPartOfADocumentWhenMemoryRunsOut) {
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+  GTEST_SKIP() << "the memory of a sanitizer takes more than the limit";
+#endif
+#endif
+  Bytes stream;
+  for (int i = 0; i < 100; ++i) stream = joined({stream, sample_stream()});
+  file("s.ts", stream);
+  file("s.xml", text("old"));
+  const Result result = run("xml --all s.ts -o s.xml", "ulimit -v 40000");
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.messages, "quillon: out of memory\n");
+  EXPECT_EQ(whole(folder_ / "s.xml"), "old");
+  EXPECT_EQ(run("xml --all s.ts", "ulimit -v 40000").code, 1);
+  EXPECT_EQ(whole(folder_ / "out.txt"), "");
 }
 
 TEST_F(Program, TellsTheVersion) {

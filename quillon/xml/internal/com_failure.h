@@ -22,6 +22,10 @@ class ComOutOfMemory final : public std::bad_alloc, public _com_error {
   ComOutOfMemory() : _com_error(E_OUTOFMEMORY) {}
 };
 
+// Throws ComOutOfMemory where `result` says that a node of our own tree ran out of memory. What another DOM
+// says is a failure like any other.
+void expect_memory(HRESULT result, IXMLDOMNode* node);
+
 // The text may be null for one that is filled in later. Null for more than a BSTR takes too.
 inline BSTR try_make_text(const uint16_t* text, size_t units) {
   return units <= UINT_MAX ? SysAllocStringLen(text, static_cast<unsigned>(units)) : nullptr;

@@ -462,6 +462,12 @@ const Name* TreeDocument::intern(const XmlName& name) {
   return recent.name;
 }
 
+void expect_memory(HRESULT result, IXMLDOMNode* node) {
+  if (result != E_OUTOFMEMORY) return;
+  if (own<TreeAttribute>(IID_TreeAttribute, node) || own<TreeElement>(IID_TreeElement, node))
+    throw ComOutOfMemory();
+}
+
 TreeDocument* TreeDocument::from(IXMLDOMDocument* document) {
   return own<TreeDocument>(IID_TreeDocument, document);
 }

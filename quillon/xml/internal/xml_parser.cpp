@@ -157,14 +157,14 @@ void XmlParser::refuse_entities() {
 
 bool is_xml_name(wide_view name) {
   if (name.empty() || name.size() > Document::max_attribute) return false;
-  if (name[0] < 0x80 && !kMayBegin[name[0]]) return false;
-  bool is_ascii = true;
-  for (const uint16_t unit : name)
-    if (unit >= 0x80)
-      is_ascii = false;
-    else if (!kMayFollow[unit])
-      return false;
-  if (is_ascii) return true;
+  unsigned all = 0;
+  bool good = true;
+  for (const uint16_t unit : name) {
+    all |= unit;
+    good &= unit >= 0x80 || kMayFollow[unit];
+  }
+  if (!good || (name[0] < 0x80 && !kMayBegin[name[0]])) return false;
+  if (all < 0x80) return true;
   // Beyond ASCII a name is what can be read back.
   std::string element(1, '<');
   element.append(platform::to_utf8(name)).append("/>");
