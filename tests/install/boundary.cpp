@@ -64,16 +64,15 @@ class Stream : public quillon::DemuxIstream {
     add_psi_handler(0x12, 0x4E);
   }
   std::vector<uint8_t> pat;
-  std::vector<quillon::Eit> eits;
+  std::vector<std::vector<uint8_t>> eits;
 
  private:
   void on_psi_section(int, int table_id, int, const uint8_t* section) override {
-    if (table_id == 0x00) {
-      pat.assign(section, section + 3 + ((section[1] & 0x0F) << 8 | section[2]));
-    } else {
-      eits.emplace_back();
-      eits.back().Parse(section, true);
-    }
+    const std::vector<uint8_t> bytes(section, section + 3 + ((section[1] & 0x0F) << 8 | section[2]));
+    if (table_id == 0x00)
+      pat = bytes;
+    else
+      eits.push_back(bytes);
   }
 };
 
@@ -115,7 +114,9 @@ void tables(const Stream& stream) {
 
 void loops(const Stream& stream) {
   expect(!stream.eits.empty(), "the stream has events");
-  for (const quillon::Eit& eit : stream.eits) {
+  for (const std::vector<uint8_t>& section : stream.eits) {
+    quillon::Eit eit;
+    eit.Parse(section.data(), section.size(), true);
     for (const auto& event : eit.get_eventinfo()) {
       expect(!event.get_short_event_descriptors().empty(), "an event has a short event descriptor");
       const quillon::Eit::EventInfo copy = event;
