@@ -215,7 +215,8 @@ int Demux::start() {
   }
 }
 
-void Demux::process(const uint8_t* packet, const uint8_t* hook_base, std::optional<int> pid) {
+template <class PidOf>
+void Demux::process_for(const uint8_t* packet, const uint8_t* hook_base, PidOf pid_of) {
   TSHeader header(packet);
   on_ts_packet(header, packet + kHeaderSize);
   int skip = 0;
@@ -223,9 +224,17 @@ void Demux::process(const uint8_t* packet, const uint8_t* hook_base, std::option
     const AdaptionFieldHeader field(packet + kHeaderSize, skip);
     on_adaption_field_header_(field, hook_base + std::min(kHeaderSize + skip, packet_size));
   }
-  PidHandler* const handler = find(pid.value_or(header.get_pid()));
+  PidHandler* const handler = find(pid_of(header));
   const int size = packet_size - kHeaderSize - skip;
   if (handler) handler->parse(header, packet + packet_size - std::max(size, 0), size);
+}
+
+void Demux::process(const uint8_t* packet, const uint8_t* hook_base) {
+  process_for(packet, hook_base, [](const TSHeader& header) { return header.get_pid(); });
+}
+
+void Demux::process_as(int pid, const uint8_t* packet) {
+  process_for(packet, packet, [pid](const TSHeader&) { return pid; });
 }
 
 void Demux::add_psi_handler(int pid, int table_id) {

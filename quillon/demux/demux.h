@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <iosfwd>
 #include <map>
-#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -236,9 +235,12 @@ class QUILLON_API Demux {
   template <class Add>
   void add_to(int pid, Add add);
   void remove_pid(std::map<int, PidHandler*>::iterator place);
-  // One packet with a right sync byte. The adaptation hook's pointer counts from `hook_base`; the payload
-  // goes to the handler of `pid`, of the packet's own if there is none.
-  void process(const uint8_t* packet, const uint8_t* hook_base, std::optional<int> pid = std::nullopt);
+  // One packet with a right sync byte. The adaptation hook's pointer counts from `hook_base`.
+  void process(const uint8_t* packet, const uint8_t* hook_base);
+  // The same for a device that says of which PID the packet is.
+  void process_as(int pid, const uint8_t* packet);
+  template <class PidOf>
+  void process_for(const uint8_t* packet, const uint8_t* hook_base, PidOf pid_of);
 
   class PacketScope;
 

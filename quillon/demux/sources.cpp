@@ -76,7 +76,7 @@ void Demux2::serve(int pid, uint8_t* slot, const uint8_t& sync) {
     invalidate();
     return;
   }
-  process(slot, slot, pid);
+  process_as(pid, slot);
 }
 
 void Demux2::invalidate() {
