@@ -156,7 +156,7 @@ TEST(Bat, DoesNotNoticeADescriptorThatOverrunsItsLoop) {
   EXPECT_EQ(table.get_stream_infos()[1].get_transport_stream_id(), 0x0344);
 }
 
-TEST(Bat, RefusesALoopThatLiesBehindTheSection) {
+TEST(Bat, ReadsNoLoopPastTheSection) {
   // The length of the rows then lies past the section, and is 0, or is in part of the CRC.
   for (const int claimed : {4, 5, 200, 4095})
     EXPECT_TRUE(parsed_table<Bat>(long_section(0x4A, loop({}, claimed))).get_stream_infos().empty());

@@ -216,7 +216,7 @@ TEST(Nit, TakesALoopThatEndsBeforeTheSection) {
   EXPECT_EQ(table.get_stream_infos().size(), 1u);
 }
 
-TEST(Nit, RefusesALoopThatLiesBehindTheSection) {
+TEST(Nit, ReadsNoLoopPastTheSection) {
   // The table's loop reaches up to the end of the CRC and past it: the length of the rows is 0. Where it ends
   // in the CRC, that length is in part of the CRC.
   for (const int claimed : {4, 5, 200, 4095})
