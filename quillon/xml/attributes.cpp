@@ -7,12 +7,10 @@
 
 #include <quillon/platform/or_empty.h>
 #include <quillon/xml/attributes.h>
+#include <quillon/xml/internal/backend.h>
 #include <quillon/xml/internal/com_failure.h>
 #include <quillon/xml/internal/real_text.h>
 #include <quillon/xml/internal/ref.h>
-#if !defined(_WIN32)
-#include <quillon/xml/internal/dom_tree.h>
-#endif
 
 namespace quillon {
 
@@ -76,14 +74,11 @@ long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name
   return element->setAttributeNode(attribute.get(), replaced.out()) < 0 ? E_FAIL : 0;
 }
 
-// A number, UTF-16 or ASCII text. Our own DOM takes it as it is, any other as a VARIANT.
+// A number, UTF-16 or ASCII text. The DOM of Document takes it as it is, any other as a VARIANT.
 template <class Value>
 long put(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, Value value) {
-#if !defined(_WIN32)
-  if (xml::TreeElement* const own = xml::TreeElement::from(document, element))
-    return own->set_attribute(name, value) ? 0 : E_FAIL;
-#endif
-  return add(document, element, name, to_variant(value), clear);
+  const HRESULT result = xml::backend::set_attribute(document, element, name, value);
+  return result == S_FALSE ? add(document, element, name, to_variant(value), clear) : result;
 }
 
 // Narrow text, up to its first NUL.

@@ -16,6 +16,10 @@
 
 namespace quillon {
 
+namespace xml {
+class LiteralName;
+}
+
 // The name of an element or attribute, from UTF-16 or from an ASCII literal that outlives it. The BSTR that a
 // DOM wants is put together when it is first asked for, in place: naming takes no heap. A name is made for a
 // call, and is one thread's, `const` members included. Null is no name: what is to be done with it fails.
@@ -24,8 +28,6 @@ class QUILLON_API XmlName {
   XmlName(const uint16_t* name) : units_(name) {}
   XmlName(const char16_t* name);
   XmlName(const char* name) : ascii_(name) {}
-  // A name that is there, and the same, as long as the program runs: a document need not look at it twice.
-  static XmlName literal(const char* name) { return XmlName(name, true); }
   ~XmlName() {
     if (text_ && text_ != place_ + 4) SysFreeString(text_);
   }
@@ -33,13 +35,10 @@ class QUILLON_API XmlName {
   XmlName& operator=(const XmlName&) = delete;
 
   BSTR get() const { return text_ ? text_ : make(); }
-  // Null for a name from UTF-16.
-  const char* ascii() const { return ascii_; }
   bool is_null() const { return !ascii_ && !units_ && !text_; }
-  bool is_literal() const { return is_literal_; }
 
  private:
-  XmlName(const char* name, bool is_literal) : ascii_(name), is_literal_(is_literal) {}
+  friend class xml::LiteralName;
 
   BSTR make() const;
   template <class Unit>
@@ -49,7 +48,7 @@ class QUILLON_API XmlName {
 
   const char* ascii_ = nullptr;
   const uint16_t* units_ = nullptr;
-  bool is_literal_ = false;
+  bool is_literal_ = false;  // of a LiteralName
   mutable BSTR text_ = nullptr;
   alignas(8) mutable uint16_t place_[4 + kRoom];
 };

@@ -16,8 +16,8 @@
 #include <quillon/sections/error.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/document.h>
-#include <quillon/xml/internal/dom_tree.h>
 #include <quillon/xml/internal/ref.h>
+#include <quillon/xml/tree/dom_tree.h>
 
 #if defined(__clang__)
 #define QUILLON_NOT_COUNTED __attribute__((no_sanitize("coverage")))

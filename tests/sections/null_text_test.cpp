@@ -11,6 +11,7 @@
 #include <quillon/fields/time.h>
 #include <quillon/sections/error.h>
 #include <quillon/sections/log.h>
+#include <quillon/xml/internal/literal_name.h>
 
 using namespace quillon;
 using namespace quillon::test;
@@ -91,7 +92,11 @@ TEST(NullText, OfAnAttributeIsEmpty) {
 TEST(NullText, IsNoName) {
   const uint16_t* const no_units = nullptr;
   const char16_t* const no_characters = nullptr;
-  const XmlName names[] = {no_text, no_units, no_characters, XmlName::literal(no_text)};
+  const XmlName from_text(no_text);
+  const XmlName from_units(no_units);
+  const XmlName from_characters(no_characters);
+  const xml::LiteralName from_literal(no_text);
+  const XmlName* const names[] = {&from_text, &from_units, &from_characters, &from_literal};
   xml::Document document;
   void* const root = document.create_root("d");
   xml::Document other;
@@ -99,7 +104,8 @@ TEST(NullText, IsNoName) {
   VariantInit(&number);
   number.vt = VT_I4;
   number.lVal = 5;
-  for (const XmlName& name : names) {
+  for (const XmlName* const each : names) {
+    const XmlName& name = *each;
     EXPECT_TRUE(name.is_null());
     // In our own DOM, and as a stranger would.
     for (xml::Document* const creator : {&document, &other}) {

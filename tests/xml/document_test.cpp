@@ -13,10 +13,12 @@
 #include <quillon/platform/internal/log_file.h>
 #include <quillon/platform/utf8.h>
 #include <quillon/xml/document.h>
+#include <quillon/xml/internal/literal_name.h>
 
 using namespace quillon;
 using namespace quillon::test;
 using quillon::xml::Document;
+using quillon::xml::LiteralName;
 using quillon::xml::Ref;
 
 namespace {
@@ -414,7 +416,7 @@ TEST(Document, RefusesWhatIsNoName) {
     EXPECT_EQ(failure([&] { document.append_element(root, name); }), "-1: not the name of an element")
         << name;
     EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), name.c_str(), 1), E_FAIL) << name;
-    EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), XmlName::literal(name.c_str()), 1), E_FAIL);
+    EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), LiteralName(name.c_str()), 1), E_FAIL);
     IXMLDOMElement* element = element_of(root);
     const wide_string wide = platform::to_utf16(name);
     EXPECT_EQ(dom_of(document)->createElement(XmlName(wide.c_str()).get(), &element), E_INVALIDARG);

@@ -10,9 +10,12 @@
 #include <cstring>
 #include <vector>
 
+#include <quillon/xml/internal/literal_name.h>
+
 using namespace quillon;
 using namespace quillon::test;
 using quillon::xml::Document;
+using quillon::xml::LiteralName;
 using quillon::xml::Ref;
 
 TEST(Tree, AnswersForItsInterfaces) {
@@ -163,7 +166,7 @@ TEST(Tree, KnowsLiteralsByTheirPlaceAndOtherNamesByTheirText) {
   for (*name = 'a'; *name <= 'c'; ++*name) EXPECT_EQ(AddAttribute(dom_of(document), root, name, *name), 0);
   for (int i = 0; i < 2; ++i)
     for (const char* literal : {"b", twin, "d"})
-      EXPECT_EQ(AddAttribute(dom_of(document), root, XmlName::literal(literal), i), 0);
+      EXPECT_EQ(AddAttribute(dom_of(document), root, LiteralName(literal), i), 0);
   EXPECT_EQ(plain(document), "<d a=\"97\" b=\"1\" c=\"99\" d=\"1\" />");
 }
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include <quillon/platform/utf8.h>
-#include <quillon/xml/internal/xml_text.h>
+#include <quillon/xml/tree/xml_text.h>
 
 using namespace quillon;
 using namespace quillon::test;

@@ -9,6 +9,7 @@
 
 #include <quillon/sections/error.h>
 #include <quillon/xml/dom.h>
+#include <quillon/xml/internal/backend.h>
 
 namespace quillon::xml {
 
@@ -22,9 +23,11 @@ class ComOutOfMemory final : public std::bad_alloc, public _com_error {
   ComOutOfMemory() : _com_error(E_OUTOFMEMORY) {}
 };
 
-// Throws ComOutOfMemory where `result` says that a node of our own tree ran out of memory. What another DOM
-// says is a failure like any other.
-void expect_memory(HRESULT result, IXMLDOMNode* node);
+// Throws ComOutOfMemory where `result` says that a node of Document's own DOM ran out of memory. What another
+// DOM says is a failure like any other.
+inline void expect_memory(HRESULT result, IXMLDOMNode* node) {
+  if (result == E_OUTOFMEMORY && backend::is_own(node)) throw ComOutOfMemory();
+}
 
 // The text may be null for one that is filled in later. Null for more than a BSTR takes too.
 inline BSTR try_make_text(const uint16_t* text, size_t units) {

@@ -1,20 +1,14 @@
+#include <quillon/xml/internal/backend.h>
 #include <quillon/xml/internal/grammar.h>
-#if !defined(_WIN32)
-#include <quillon/xml/internal/dom_tree.h>
-#endif
 
 namespace quillon::xml {
 
 Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const char* literal) {
-  const XmlName name = XmlName::literal(literal);
-#if !defined(_WIN32)
-  if (TreeDocument* const own = TreeDocument::from(document)) {
-    const Name* const known = own->intern(name);
-    return Ref<IXMLDOMElement>(known ? own->make_element(known) : nullptr);
-  }
-#endif
+  const LiteralName name(literal);
   Ref<IXMLDOMElement> out;
-  if (document->createElement(name.get(), out.out()) < 0) return {};
+  HRESULT result = backend::make_element(document, name, out.out());
+  if (result == S_FALSE) result = document->createElement(name.get(), out.out());
+  if (result < 0) return {};
   return out;
 }
 

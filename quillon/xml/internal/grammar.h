@@ -8,6 +8,7 @@
 #include <quillon/sections/error.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/dom.h>
+#include <quillon/xml/internal/literal_name.h>
 #include <quillon/xml/internal/ref.h>
 
 namespace quillon::xml {
@@ -20,7 +21,7 @@ class Writer {
 
   template <class Value>
   bool add(const char* name, const Value& value) {
-    if (ok_) ok_ = AddAttribute(document_.get(), element_.get(), XmlName::literal(name), value) >= 0;
+    if (ok_) ok_ = AddAttribute(document_.get(), element_.get(), LiteralName(name), value) >= 0;
     return ok_;
   }
   bool ok() const { return ok_; }

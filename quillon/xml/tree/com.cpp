@@ -1,11 +1,8 @@
-#include <quillon/xml/dom.h>
-
-#if !defined(_WIN32)
-
 #include <cstdlib>
 #include <cstring>
 
 #include <quillon/platform/wide_string.h>
+#include <quillon/xml/dom.h>
 #include <quillon/xml/internal/com_failure.h>
 
 namespace quillon {
@@ -65,5 +62,3 @@ HRESULT VariantClear(VARIANT* value) {
 }
 
 }  // namespace quillon
-
-#endif

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include <quillon/platform/wide_string.h>
-#include <quillon/xml/internal/dom_tree.h>
+#include <quillon/xml/tree/dom_tree.h>
 
 struct XML_ParserStruct;
 

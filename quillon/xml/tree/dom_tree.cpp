@@ -5,10 +5,12 @@
 #include <utility>
 
 #include <quillon/xml/document.h>
+#include <quillon/xml/internal/backend.h>
 #include <quillon/xml/internal/com_failure.h>
-#include <quillon/xml/internal/dom_tree.h>
+#include <quillon/xml/internal/literal_name.h>
 #include <quillon/xml/internal/real_text.h>
-#include <quillon/xml/internal/xml_parser.h>
+#include <quillon/xml/tree/dom_tree.h>
+#include <quillon/xml/tree/xml_parser.h>
 
 namespace quillon::xml {
 
@@ -194,6 +196,11 @@ HRESULT TreeAttribute::selectSingleNode(BSTR, IXMLDOMNode** out) {
 }
 
 // Elements
+
+TreeElement* TreeElement::from(const TreeDocument& document, IXMLDOMNode* node) {
+  TreeElement* const found = own<TreeElement>(IID_TreeElement, node);
+  return found && &found->document_ == &document ? found : nullptr;
+}
 
 HRESULT TreeElement::QueryInterface(IID id, void** out) {
   if (id == IID_TreeElement) return *out = static_cast<IXMLDOMElement*>(this), kOwn;
@@ -452,8 +459,8 @@ const Name* TreeDocument::intern_parsed(wide_view name) {
 }
 
 const Name* TreeDocument::intern(const XmlName& name) {
-  if (!name.is_literal()) return intern(view_of(name.get()));
-  const char* const place = name.ascii();
+  const char* const place = LiteralName::place_of(name);
+  if (!place) return intern(view_of(name.get()));
   const uint64_t mixed = reinterpret_cast<uintptr_t>(place) * uint64_t{0x9E3779B97F4A7C15};
   auto& [recent, older] = literals_[(mixed >> 32) % literals_.size()];
   if (recent.place == place) return recent.name;
@@ -462,24 +469,53 @@ const Name* TreeDocument::intern(const XmlName& name) {
   return recent.name;
 }
 
-void expect_memory(HRESULT result, IXMLDOMNode* node) {
-  if (result != E_OUTOFMEMORY) return;
-  if (own<TreeAttribute>(IID_TreeAttribute, node) || own<TreeElement>(IID_TreeElement, node))
-    throw ComOutOfMemory();
+// What the XML form asks
+
+namespace {
+
+template <class Value>
+HRESULT set(IXMLDOMDocument* document, IXMLDOMElement* node, const XmlName& name, Value value) {
+  TreeElement* const element = own<TreeElement>(IID_TreeElement, node);
+  if (!element || &element->document() != document) return S_FALSE;
+  const Name* const known = element->document().intern(name);
+  if (!known) return E_FAIL;
+  TreeAttribute* const attribute = element->document().make_attribute(known);
+  if (!attribute->set(value)) return E_FAIL;
+  element->attach(attribute);
+  return S_OK;
 }
 
-TreeDocument* TreeDocument::from(IXMLDOMDocument* document) {
-  return own<TreeDocument>(IID_TreeDocument, document);
+}  // namespace
+
+HRESULT backend::make_element(IXMLDOMDocument* document, const XmlName& name, IXMLDOMElement** out) {
+  TreeDocument* const tree = own<TreeDocument>(IID_TreeDocument, document);
+  if (!tree) return S_FALSE;
+  const Name* const known = tree->intern(name);
+  if (!known) return E_FAIL;
+  *out = tree->make_element(known);
+  tree->AddRef();
+  return S_OK;
 }
 
-TreeElement* TreeElement::from(IXMLDOMDocument* document, IXMLDOMElement* element) {
-  TreeElement* const found = own<TreeElement>(IID_TreeElement, element);
-  return found && &found->document_ == document ? found : nullptr;
+HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
+                               int32_t value) {
+  return set(document, element, name, value);
+}
+HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
+                               double value) {
+  return set(document, element, name, value);
+}
+HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
+                               wide_view text) {
+  return set(document, element, name, text);
+}
+HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
+                               std::string_view ascii) {
+  return set(document, element, name, ascii);
 }
 
-TreeElement* TreeElement::from(const TreeDocument& document, IXMLDOMNode* node) {
-  TreeElement* const found = own<TreeElement>(IID_TreeElement, node);
-  return found && &found->document_ == &document ? found : nullptr;
+bool backend::is_own(IXMLDOMNode* node) {
+  return own<TreeAttribute>(IID_TreeAttribute, node) || own<TreeElement>(IID_TreeElement, node);
 }
 
 }  // namespace quillon::xml

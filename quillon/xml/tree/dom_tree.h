@@ -143,8 +143,7 @@ class TreeAttribute final : public IXMLDOMAttribute {
 
 class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, public IXMLDOMNodeList {
  public:
-  // Null if the two do not belong together, or are of another DOM.
-  static TreeElement* from(IXMLDOMDocument* document, IXMLDOMElement* element);
+  // Null for what is no element of the document.
   static TreeElement* from(const TreeDocument& document, IXMLDOMNode* node);
 
   TreeElement(TreeDocument& document, const Name* name) : document_(document), name_(name) {}
@@ -174,17 +173,12 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
 
   // For an attribute whose name the element does not have yet.
   void add_attribute(TreeAttribute* attribute);
+  // For any attribute: gives that of the same name whose place it takes, if there is one.
+  TreeAttribute* attach(TreeAttribute* attribute);
   void add_child(TreeElement* child);
-  // Makes an attribute and attaches it, in the place of one of the same name. False, and no change, for what
-  // is no name, or a text that is too long.
-  template <class Value>
-  bool set_attribute(const XmlName& name, Value value);
 
  private:
   friend class TreeDocument;
-
-  // Gives the attribute of the same name that it replaced, if there was one.
-  TreeAttribute* attach(TreeAttribute* attribute);
 
   TreeDocument& document_;
   const Name* name_;
@@ -201,8 +195,6 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
  public:
   // With one reference, the caller's.
   static TreeDocument* create() { return new TreeDocument; }
-  // Null for a document of another DOM.
-  static TreeDocument* from(IXMLDOMDocument* document);
 
   HRESULT QueryInterface(IID id, void** out) override;
   unsigned long AddRef() override { return ++references_; }
@@ -250,15 +242,5 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
   TreeElement* root_ = nullptr;
   unsigned long references_ = 1;
 };
-
-template <class Value>
-bool TreeElement::set_attribute(const XmlName& name, Value value) {
-  const Name* const known = document_.intern(name);
-  if (!known) return false;
-  TreeAttribute* const attribute = document_.make_attribute(known);
-  if (!attribute->set(value)) return false;
-  attach(attribute);
-  return true;
-}
 
 }  // namespace quillon::xml

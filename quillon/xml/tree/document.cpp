@@ -4,9 +4,9 @@
 #include <quillon/platform/utf8.h>
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
-#include <quillon/xml/internal/dom_tree.h>
-#include <quillon/xml/internal/xml_parser.h>
-#include <quillon/xml/internal/xml_text.h>
+#include <quillon/xml/tree/dom_tree.h>
+#include <quillon/xml/tree/xml_parser.h>
+#include <quillon/xml/tree/xml_text.h>
 
 namespace quillon::xml {
 
