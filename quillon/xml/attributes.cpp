@@ -55,7 +55,7 @@ VARIANT to_variant(std::string_view ascii) {
   return out;
 }
 
-// Attaches an attribute with the value, which `finish` then disposes of, whatever came of it.
+// Attaches an attribute with the value, which `finish` then disposes of, whether or not that succeeded.
 template <class Finish>
 long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, VARIANT value,
          Finish finish) {
@@ -64,7 +64,7 @@ long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name
   try {
     if (!name.is_null() && document->createAttribute(name.get(), attribute.out()) >= 0 && attribute)
       put = attribute->put_nodeValue(value);
-  } catch (...) {  // as memory runs out
+  } catch (...) {  // memory ran out
     finish(value);
     throw;
   }
@@ -198,13 +198,13 @@ long long decimal_exponent(const char* digits) {
   if ((*digits | 0x20) != 'e') return exponent;
   const bool negative = *++digits == '-';
   if (*digits == '-' || *digits == '+') ++digits;
-  long long told = 0;
-  for (; *digits >= '0' && *digits <= '9' && told < LLONG_MAX / 100; ++digits)
-    told = told * 10 + (*digits - '0');
-  return exponent + (negative ? -told : told);
+  long long stated = 0;
+  for (; *digits >= '0' && *digits <= '9' && stated < LLONG_MAX / 100; ++digits)
+    stated = stated * 10 + (*digits - '0');
+  return exponent + (negative ? -stated : stated);
 }
 
-// Tells which way a number is out of range.
+// Whether a number that is out of range is too large rather than too small.
 bool is_above_range(const char* number, bool hexadecimal) {
   if (!hexadecimal) return decimal_exponent(number) > 0;
   const char* const exponent = std::strpbrk(number, "pP");
@@ -239,8 +239,8 @@ int hex_digit(char c) {
   return -1;
 }
 
-// Calls `store` with each `digits` characters of the text as a number. Characters that are no digits are not
-// detected: what a scan of the unit leaves stands.
+// Calls `store` with each `digits` characters of the text as a number. Characters that are not digits are not
+// detected: the number is then what sscanf reads, or the one before where it reads none.
 template <class Store>
 void scan_hex(const std::string& text, size_t digits, Store store) {
   unsigned value = 0;

@@ -18,18 +18,19 @@ namespace quillon::xml {
 //   pat.SaveSection(d.dom(), d.create_root("pat"));
 //   d.to_file("pat.xml");
 //
-// Attribute order is kept, and text between elements is dropped, since attributes carry all data. The tree
-// holds any UTF-16; XML 1.0 has no place for most control characters. Such a one is written as U+E000 plus
-// its code, and a real U+E000 to U+E01F has a U+E000 in front; U+0000 is written as U+E000 and U+E020.
-// Reading reverses that. U+FFFE, U+FFFF and halves of surrogate pairs are written as U+FFFD.
+// The order of attributes is kept, and text between elements is dropped, since attributes carry all data. The
+// tree holds any UTF-16; XML 1.0 has no place for most control characters. Such a character is written as
+// U+E000 plus its code, and a real U+E000 to U+E01F has a U+E000 before it; U+0000 is written as U+E000 and
+// U+E020. Reading reverses that. U+FFFE, U+FFFF and halves of surrogate pairs are written as U+FFFD.
 //
-// Out of memory is std::bad_alloc, all else that can go wrong is error.
+// Out of memory throws std::bad_alloc, every other failure error with a text alone (code -1). A document that
+// was moved from may only be assigned to or destroyed.
 //
-// For threads the rule of the tables holds (PsiBase1). The pointers that it hands out share one reference
-// count: what is done with them, a load included, is one thread's at a time.
+// For threads the rule of the tables holds (PsiBase1). The pointers that the document hands out share one
+// reference count: what is done with them, a load included, is one thread's at a time.
 class QUILLON_API Document {
  public:
-  // What a document takes at most. A longer attribute is refused where it is set too.
+  // The limits of a document. A longer attribute is refused both where it is read and where it is set.
   static constexpr size_t max_text = 0x7FFFFFFF;             // bytes
   static constexpr size_t max_attribute = size_t{16} << 20;  // UTF-16 units
 
@@ -38,24 +39,25 @@ class QUILLON_API Document {
   Document(Document&&) noexcept;
   Document& operator=(Document&&) noexcept;
 
-  // Throws error on what is no well-formed XML 1.0, with line and column. A document type declaration is
-  // passed over, but refused if it has declarations of its own: there are no entities but the five of XML.
+  // Throws error for what is not well-formed XML 1.0, with line and column, and for a text of more than
+  // max_text bytes. A document type declaration is skipped, but refused if it has declarations of its own:
+  // there are no entities but the five of XML.
   static Document from_text(std::string_view text);
   // As from_text; the error names the file.
   static Document from_file(const std::filesystem::path& file);
 
-  // UTF-8, indented by two blanks.
+  // UTF-8, indented by two blanks a level. Throws error for more than max_text bytes.
   std::string to_text() const;
   // The file is written whole or not at all: if it can't be, throws error, naming it, and a file that was
-  // there before is as it was. What is no regular file, a pipe or a device, is written to directly.
+  // there before is as it was. A pipe or a device, which can't be replaced, is written to directly.
   void to_file(const std::filesystem::path& file) const;
 
   // The IXMLDOMDocument*, for SaveSection.
   void* dom() const;
-  // Makes the root, an IXMLDOMElement*; throws error if there is one, and for what is no name in UTF-8.
+  // Makes the root, an IXMLDOMElement*; throws error if there is one, and for what is not a name in UTF-8.
   void* create_root(std::string_view name);
-  // Makes a child element of `parent`, an IXMLDOMElement*. Here as below, throws error for what is null or no
-  // element of this document.
+  // Makes a child element of `parent`, an IXMLDOMElement*; throws error for what is not a name. Here as
+  // below, a node that is null or not an element of this document throws error.
   void* append_element(void* parent, std::string_view name);
   // The root element as a node, for ParseDOM; null if there is none.
   void* root() const;

@@ -29,10 +29,12 @@ inline constexpr HRESULT E_INVALIDARG = -2147024809;   // 0x80070057
 inline constexpr HRESULT E_OUTOFMEMORY = -2147024882;  // 0x8007000E
 inline constexpr HRESULT DISP_E_BADVARTYPE = -2147352568;
 
-// UTF-16 text with its length in bytes in the four bytes in front of it, and a NUL behind it.
+// UTF-16 text with its length in bytes in the four bytes before it, and a NUL after it. Null is an empty one.
 using BSTR = uint16_t*;
 
+// Null where memory runs out or the text is too long, and from a null text.
 QUILLON_API BSTR SysAllocString(const uint16_t* text);
+// A null text leaves the units to be filled in.
 QUILLON_API BSTR SysAllocStringLen(const uint16_t* text, unsigned units);
 QUILLON_API void SysFreeString(BSTR text);
 QUILLON_API unsigned SysStringLen(BSTR text);  // units
@@ -48,11 +50,13 @@ struct VARIANT {
   };
 };
 
+// Neither takes null.
 QUILLON_API void VariantInit(VARIANT* value);
 // Releases what the value holds. DISP_E_BADVARTYPE for a type that is not one of VARENUM.
 QUILLON_API HRESULT VariantClear(VARIANT* value);
 
-// A failure of the COM support itself, out of memory for one.
+// A failure of the COM support itself, such as out of memory. The library throws it only as part of what is
+// also error or std::bad_alloc.
 class QUILLON_API _com_error {
  public:
   explicit _com_error(HRESULT result) : result_(result) {}
@@ -72,6 +76,8 @@ inline constexpr IID IID_IXMLDOMAttribute = IID::Attribute;
 inline constexpr IID IID_IXMLDOMNodeList = IID::NodeList;
 inline constexpr IID IID_IXMLDOMNamedNodeMap = IID::NamedNodeMap;
 
+// The order of the virtual functions is fixed, here and in the interfaces below: programs built against
+// another version call them by their place.
 class IUnknown {
  public:
   virtual HRESULT QueryInterface(IID id, void** out) = 0;
@@ -85,14 +91,15 @@ class IUnknown {
 class IXMLDOMNodeList;
 class IXMLDOMNamedNodeMap;
 
+// The order of the virtual functions is fixed (IUnknown).
 class IXMLDOMNode : public IUnknown {
  public:
   virtual HRESULT get_nodeName(BSTR* out) = 0;
   // The text of an attribute, as VT_BSTR.
   virtual HRESULT get_nodeValue(VARIANT* out) = 0;
-  // Stores the value as text: VT_I4 as signed decimal, VT_R8 with up to 15 digits, VT_BSTR as it stands.
+  // Stores the value as text: VT_I4 as signed decimal, VT_R8 with up to 15 digits, VT_BSTR as it is.
   virtual HRESULT put_nodeValue(VARIANT value) = 0;
-  // S_FALSE and null for a node that is no element.
+  // S_FALSE and null for a node that is not an element.
   virtual HRESULT get_attributes(IXMLDOMNamedNodeMap** out) = 0;
   // The children, in document order.
   virtual HRESULT get_childNodes(IXMLDOMNodeList** out) = 0;
@@ -110,6 +117,7 @@ class IXMLDOMAttribute : public IXMLDOMNode {
   ~IXMLDOMAttribute() = default;
 };
 
+// The order of the virtual functions is fixed (IUnknown).
 class IXMLDOMElement : public IXMLDOMNode {
  public:
   // Attaches the attribute, in the place of one of the same name, which `out` then receives.
@@ -119,6 +127,7 @@ class IXMLDOMElement : public IXMLDOMNode {
   ~IXMLDOMElement() = default;
 };
 
+// The order of the virtual functions is fixed (IUnknown).
 class IXMLDOMDocument : public IXMLDOMNode {
  public:
   virtual HRESULT createElement(BSTR name, IXMLDOMElement** out) = 0;
@@ -128,16 +137,18 @@ class IXMLDOMDocument : public IXMLDOMNode {
   ~IXMLDOMDocument() = default;
 };
 
+// The order of the virtual functions is fixed (IUnknown).
 class IXMLDOMNodeList : public IUnknown {
  public:
   virtual HRESULT get_length(long* out) = 0;
-  // From 0; S_FALSE and null behind the last.
+  // From 0; S_FALSE and null past the last.
   virtual HRESULT get_item(long index, IXMLDOMNode** out) = 0;
 
  protected:
   ~IXMLDOMNodeList() = default;
 };
 
+// The order of the virtual functions is fixed (IUnknown).
 class IXMLDOMNamedNodeMap : public IUnknown {
  public:
   virtual HRESULT getNamedItem(BSTR name, IXMLDOMNode** out) = 0;

@@ -1,7 +1,7 @@
 #pragma once
 
-// Failures of the COM support itself: for those who catch std::exception, as all else that the library
-// throws, and for those who catch _com_error.
+// Failures of the COM support itself, for handlers of _com_error and, as all else that the library throws, of
+// std::exception.
 
 #include <climits>
 #include <cstddef>
@@ -29,7 +29,7 @@ inline void expect_memory(HRESULT result, IXMLDOMNode* node) {
   if (result == E_OUTOFMEMORY && backend::is_own(node)) throw ComOutOfMemory();
 }
 
-// The text may be null for one that is filled in later. Null for more than a BSTR takes too.
+// A null text leaves the units to be filled in. Null also for more than a BSTR can hold.
 inline BSTR try_make_text(const uint16_t* text, size_t units) {
   return units <= UINT_MAX ? SysAllocStringLen(text, static_cast<unsigned>(units)) : nullptr;
 }

@@ -60,8 +60,8 @@ bool save_table_list(void* document, void* element, const char* list_name, const
   return true;
 }
 
-// The list of a descriptor: items and list are attached when they are filled, and what an item's own save
-// says is not looked at.
+// The list of a descriptor: items and list are attached when they are filled, and the result of an item's own
+// save is ignored.
 template <class Rows>
 bool save_list(void* document, void* element, const char* list_name, const char* item_name,
                const Rows& rows) {
@@ -93,7 +93,7 @@ struct ListFailures {
   std::string item;
 };
 
-// The texts of the tables' lists, which speak of programs whatever they hold: kept, tools match on them.
+// The texts of the tables' lists, which name programs whatever they hold: kept, tools match on them.
 ListFailures table_list_failures();
 // Those of every other list, which end in its name.
 ListFailures list_failures(const std::string& name);

@@ -4,7 +4,8 @@
 
 namespace quillon::xml {
 
-// A name that is there, and the same, as long as the program runs: a document need not look at it twice.
+// A name whose text stays in its place, unchanged, as long as the program runs: a document knows it by the
+// place, and looks at the text once.
 class LiteralName : public XmlName {
  public:
   explicit LiteralName(const char* name) : XmlName(name) { is_literal_ = true; }

@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-constexpr size_t kPrefix = sizeof(uint64_t);  // the length stands in its upper half; keeps the text aligned
+constexpr size_t kPrefix = sizeof(uint64_t);  // the length is its upper half; keeps the text aligned
 
 }  // namespace
 

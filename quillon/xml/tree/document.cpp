@@ -21,7 +21,7 @@ void expect(const std::error_code& failed, const char* what, const std::filesyst
 
 const char kTooLong[] = "the text is longer than 2147483647 bytes";
 
-// Appends lines, and stops where no reader would take them.
+// Appends lines; throws error where they get too long for a reader.
 class Printer {
  public:
   explicit Printer(std::string& out) : out_(out) {}
@@ -60,7 +60,7 @@ class Printer {
 };
 
 // Calls `begin` and `end` with each element, `end` with those that have children, and its depth. Without
-// recursion: the depth of a document is its author's choice.
+// recursion: documents may be of any depth.
 template <class Begin, class End>
 void walk(const TreeElement& root, Begin begin, End end) {
   struct Step {
@@ -146,7 +146,7 @@ std::string Document::to_text() const {
   std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
   const TreeElement* const root = impl_->tree->root();
   if (!root) return text;
-  // In a deep tree the text is mostly blanks: they are looked at before memory is.
+  // In a deep tree the text is mostly blanks: they are counted before they take memory.
   uint64_t blanks = 0;
   walk(
       *root, [&](const TreeElement&, size_t depth) { blanks += 2 * depth; },

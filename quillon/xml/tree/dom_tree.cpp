@@ -16,7 +16,7 @@ namespace quillon::xml {
 
 namespace {
 
-// Below the size at which a freed block makes the common allocators tidy up.
+// Below the size at which freeing a block makes the common allocators join their free ones.
 constexpr size_t kBlockSize = 32 * 1024;
 
 // Null for an object of another DOM.
@@ -25,12 +25,12 @@ Own* own(IID id, Interface* object) {
   void* answer = nullptr;
   const HRESULT result = object ? object->QueryInterface(id, &answer) : E_POINTER;
   if (result == kOwn) return answer == object ? static_cast<Own*>(object) : nullptr;
-  // A DOM may have an answer to every question.
+  // Another DOM may answer to any IID.
   if (result >= 0 && answer) static_cast<IUnknown*>(answer)->Release();
   return nullptr;
 }
 
-// An operation of COM that takes memory: it gives a result, and throws nothing.
+// For an operation of COM that takes memory: it gives a result, and throws nothing.
 template <class Operation>
 HRESULT with_memory(Operation operation) {
   try {
@@ -70,7 +70,7 @@ void Arena::grow(size_t size) {
   left_ = room;
 }
 
-// Any order will do: four units at a time, by what they are as a number.
+// Any order will do: four units at a time, as one number.
 bool NameTable::Less::less(wide_view a, wide_view b) {
   if (a.size() != b.size()) return a.size() < b.size();
   size_t i = 0;
@@ -253,7 +253,7 @@ HRESULT TreeElement::appendChild(IXMLDOMNode* node, IXMLDOMNode** out) {
   if (out) *out = nullptr;
   TreeElement* const child = TreeElement::from(document_, node);
   if (!child || child->parent_ || child->is_root_) return E_FAIL;
-  // No circles. A node without children, the usual case, can only be in its own way.
+  // No cycles. A node without children, the usual case, can only be its own parent.
   for (const TreeElement* up = this; up; up = child->child_count_ ? up->parent_ : nullptr)
     if (up == child) return E_FAIL;
   return with_memory([&] {

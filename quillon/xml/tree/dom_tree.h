@@ -1,6 +1,6 @@
 #pragma once
 
-// The DOM of quillon::xml::Document off Windows. A document and all its nodes, attached or not, live in one
+// The DOM of Document on systems that bring none. A document and all its nodes, attached or not, live in one
 // store and share one reference count: they go together when the last reference to any of them is released.
 
 #include <array>
@@ -19,15 +19,15 @@ namespace quillon::xml {
 
 class TreeDocument;
 
-// Ask an object whether it is of this tree, which type information could not: other DOMs may have none. The
-// answer is kOwn, which no other DOM gives, with the very object that was asked, since one that wraps ours
-// may pass the question on; it holds no reference.
+// For QueryInterface: whether an object is of this tree. Type information can't say so, since other DOMs may
+// have none. The answer is kOwn, which no other DOM gives, with the very object that was asked, since a
+// wrapper of ours may pass the question on; it adds no reference.
 inline constexpr IID IID_TreeDocument{0x51540001};
 inline constexpr IID IID_TreeElement{0x51540002};
 inline constexpr IID IID_TreeAttribute{0x51540003};
 inline constexpr HRESULT kOwn = 0x5154;
 
-// Memory that is given out piece by piece and released as a whole.
+// Memory that is handed out piece by piece and released as a whole.
 class Arena {
  public:
   void* allocate(size_t size) {
@@ -68,7 +68,7 @@ struct ArenaAllocator {
   Arena* arena;
 };
 
-// The names of a document. In an order, so that no choice of names makes it slow.
+// The names of a document. Sorted rather than hashed, so that no choice of names makes it slow.
 class NameTable {
  public:
   explicit NameTable(Arena& arena) : arena_(arena), names_(ArenaAllocator<const Name*>(arena)) {}
@@ -143,7 +143,7 @@ class TreeAttribute final : public IXMLDOMAttribute {
 
 class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, public IXMLDOMNodeList {
  public:
-  // Null for what is no element of the document.
+  // Null for what is not an element of the document.
   static TreeElement* from(const TreeDocument& document, IXMLDOMNode* node);
 
   TreeElement(TreeDocument& document, const Name* name) : document_(document), name_(name) {}
@@ -215,10 +215,10 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
   void set_root(TreeElement* element);
   TreeElement* make_element(const Name* name);
   TreeAttribute* make_attribute(const Name* name);
-  // Null for what is no name of an element or attribute. Only a name that is new is looked at.
+  // Null for what can't name an element or attribute. Only a name that is new is checked.
   const Name* intern(wide_view name);
   const Name* intern(const XmlName& name);
-  // For what a parser has taken for a name.
+  // For what a parser has accepted as a name.
   const Name* intern_parsed(wide_view name);
   Arena& arena() { return arena_; }
 
@@ -226,7 +226,7 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
   TreeDocument() = default;
   ~TreeDocument() = default;
 
-  // Most names are literals, and known by their place.
+  // Most names are literals, and are known by their place.
   struct Literal {
     const char* place;
     const Name* name;

@@ -16,7 +16,7 @@ namespace quillon::xml {
 
 namespace {
 
-// Ours rather than Expat's own: a program that replaces the allocator of this library has that of its parser.
+// Ours rather than Expat's own: a program that replaces this library's allocator replaces the parser's too.
 void* take(size_t size) {
   return std::malloc(size);
 }
@@ -50,7 +50,8 @@ constexpr auto kMayFollow = set_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqr
 
 }  // namespace
 
-// No exception may pass through Expat: it is kept, and the parser stopped. Some handlers are called even so.
+// No exception may pass through Expat: it is kept, and the parser stopped. Some handlers are called after
+// that.
 struct XmlParser::Handlers {
   template <class Action>
   static void guard(void* of, Action action) {
@@ -142,8 +143,8 @@ void XmlParser::start(const char* name, const char** attributes) {
   parent_ = made;
 }
 
-// Expat takes it that the file which is not read declares what it does not know, and drops it from an
-// attribute without a word.
+// Expat assumes that an entity it does not know is declared in the file that is not read, and silently drops
+// it from an attribute.
 void XmlParser::refuse_entities() {
   tag_.clear();
   XML_SetDefaultHandler(parser_.get(), Handlers::text);
@@ -165,7 +166,7 @@ bool is_xml_name(wide_view name) {
   }
   if (!good || (name[0] < 0x80 && !kMayBegin[name[0]])) return false;
   if (all < 0x80) return true;
-  // Beyond ASCII a name is what can be read back.
+  // Beyond ASCII a name is what the parser reads as one.
   std::string element(1, '<');
   element.append(platform::to_utf8(name)).append("/>");
   const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(make_parser("UTF-8"), XML_ParserFree);

@@ -13,10 +13,10 @@ struct XML_ParserStruct;
 
 namespace quillon::xml {
 
-// Builds a tree from the text of a document, which is handed over whole or in pieces. What is no well-formed
+// Builds a tree from the text of a document, which is handed over whole or in pieces. What is not well-formed
 // XML 1.0, and every document type declaration with declarations of its own, throws error with line and
-// column; the tree is then as far as it got, and the parser of no more use. Throws std::bad_alloc when memory
-// runs out.
+// column; the tree then holds what was read until there, and the parser can't be used again. Throws
+// std::bad_alloc when memory runs out.
 class XmlParser {
  public:
   explicit XmlParser(TreeDocument& tree);
@@ -25,8 +25,8 @@ class XmlParser {
 
   void parse(std::string_view whole);
 
-  // Room for the next piece: at least `least` bytes, and as many as those of the token that is not yet whole,
-  // so that the time is that of the text's length however long a token is.
+  // Room for the next piece: at least `least` bytes, and as many as the token that is not yet complete has,
+  // so that the time grows with the length of the text however long a token is.
   struct Room {
     char* place;
     size_t size;
@@ -50,8 +50,8 @@ class XmlParser {
   TreeDocument& tree_;
   TreeElement* parent_ = nullptr;
   std::exception_ptr thrown_;      // in a handler
-  bool declared_outside_ = false;  // in a file that is not read: entities for one
-  std::string tag_;                // a start tag as it stands, when that matters
+  bool declared_outside_ = false;  // in a file that is not read: entities, for example
+  std::string tag_;                // a start tag as it is written, when that matters
   size_t taken_ = 0;
 };
 

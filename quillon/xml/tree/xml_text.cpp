@@ -48,8 +48,8 @@ wide_string moved_back(wide_string text) {
   return text;
 }
 
-// What stands for a character between quotes; null for itself. White space is written by number, for a parser
-// makes blanks of it otherwise.
+// How a character is written between quotes; null for one that is written as it is. White space is written by
+// its number, since a parser would make blanks of it.
 const char* escaped(char c) {
   switch (c) {
     case '&':
