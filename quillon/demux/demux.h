@@ -12,22 +12,25 @@
 namespace quillon {
 
 // Takes a transport stream apart (ISO/IEC 13818-1, 2.4.3): reads packets through read_buf, routes the PIDs
-// that were asked for, and hands each complete section to on_psi_section. It does framing alone: no
+// that were requested, and hands each complete section to on_psi_section. It does framing alone: no
 // continuity check, no filtering of repeats, no CRC test.
 //
 // Derive from it, supply read_buf, override the hooks of interest. Hooks run nested in start, on the caller's
 // thread. From inside any hook handlers may be added and removed, and reset be called: what is in use is
-// released when the packet is done. A hook that throws leaves the demultiplexer usable; the section in
-// progress stays in its buffer. For threads the rule of the tables holds (PsiBase1): stop is for hooks alone.
+// released when the packet is done.
+//
+// The constructor and add_psi_handler throw std::bad_alloc when memory runs out; packets take none, and start
+// throws only what a hook does. A hook that throws leaves the demultiplexer usable; the section in progress
+// stays in its buffer. For threads the rule of the tables holds (PsiBase1): stop is for hooks alone.
 class QUILLON_API Demux {
  public:
   static constexpr int packet_size = 188;
   static constexpr uint8_t sync_byte = 0x47;
 
-  // The four header bytes of a packet.
+  // The four header bytes of a packet, which may not be null.
   class QUILLON_API TSHeader {
    public:
-    // Throws error("TS syncbyte expected") unless the packet begins with 0x47.
+    // Throws error("TS syncbyte expected"), code -1, unless the packet begins with 0x47.
     explicit TSHeader(const uint8_t* packet) : bytes_{packet[1], packet[2], packet[3]} {
       if (packet[0] != sync_byte) no_sync_byte();
     }
@@ -40,21 +43,25 @@ class QUILLON_API Demux {
     int get_adaption_field_control() const { return bytes_[2] >> 4 & 3; }
     int get_continuity_counter() const { return bytes_[2] & 0x0F; }
 
+    // Leaves the stream in hexadecimal.
     void dump_state(std::ostream& stream) const;
 
    private:
     [[noreturn]] static void no_sync_byte();
 
-    uint8_t bytes_[3];  // behind the sync byte
+    uint8_t bytes_[3];  // after the sync byte
   };
 
-  // Measures an adaptation field: `length` becomes its bytes, the length byte included.
+  // Measures an adaptation field: `length` becomes its bytes, 1 to 256, the length byte included.
   class AdaptionFieldHeader {
    public:
     AdaptionFieldHeader(const uint8_t* field, int& length) { length = field[0] + 1; }
   };
 
   // A receiver of payload bytes.
+  //
+  // The order of the virtual functions is fixed: programs built against another version call them by their
+  // place.
   class BaseHandler {
    public:
     virtual void parse(const TSHeader& header, bool start, const uint8_t* data, int length) = 0;
@@ -72,7 +79,7 @@ class QUILLON_API Demux {
   class SectionBuffer {
    public:
     void begin(const uint8_t* data, int length);
-    // False if no section is in progress: the bytes are dropped.
+    // False, and the bytes are dropped, if no section is in progress.
     bool append(const uint8_t* data, int length);
     bool complete() const { return size_ >= full_size(); }
     int full_size() const { return ((bytes_[1] & 0x0F) << 8 | bytes_[2]) + 3; }
@@ -114,7 +121,7 @@ class QUILLON_API Demux {
   };
 
   // Assembles all sections of a PID and reports those that match a byte filter. `data` and `mask` are not
-  // copied and must outlive the handler.
+  // copied and must outlive the handler; for a length below 1 they may be null.
   class QUILLON_API PSIFilterHandler final : public BaseHandler {
    public:
     PSIFilterHandler(Demux& demux, const uint8_t* data, const uint8_t* mask, int length, unsigned long key)
@@ -147,7 +154,7 @@ class QUILLON_API Demux {
     void AddPsiHandler(int table_id);
     void AddPsiHandler(const uint8_t* data, const uint8_t* mask, int length, unsigned long key);
     void RemovePsiHandler(int table_id);
-    // `length` bytes of payload, the packet's `header` before them. A length below 1 brings nothing.
+    // Takes `length` bytes of payload, and before them the packet's `header`. A length below 1 is no bytes.
     void parse(TSHeader& header, const uint8_t* data, int length);
     // Drops the sections in progress of all table ids; filters keep theirs.
     void invalidate();
@@ -173,46 +180,51 @@ class QUILLON_API Demux {
   Demux(const Demux&) = delete;
   Demux& operator=(const Demux&) = delete;
 
-  // Reads packets until the input ends (1), a packet does not begin with the sync byte (2), or stop was
+  // Reads packets until the input ends (gives 1), a packet does not begin with the sync byte (2), or stop was
   // called (its value, after one more read_buf).
   int start();
 
-  // Sections of `table_id` on `pid` go to on_psi_section(pid, ...). Where this or the other form throws, as
-  // memory runs out, nothing has changed. A PID outside 0 to 0x1FFF, or a table id outside 0 to 0xFF, is one
-  // that no packet carries: its handler is kept like any other, and hears nothing; but the PIDs of a Demux2
-  // are its device's.
+  // Sections of `table_id` on `pid` go to on_psi_section(pid, ...). Where this or the other form throws
+  // std::bad_alloc, nothing has changed. No packet carries a PID outside 0 to 0x1FFF or a table id outside 0
+  // to 0xFF: such a handler is kept like any other, and gets no sections. Only the PIDs of a Demux2 are its
+  // device's.
   void add_psi_handler(int pid, int table_id);
   // Sections on `pid` of which each byte i below `length` satisfies (byte AND mask[i]) == data[i] go to
-  // on_psi_section(key, ...); the first byte is the table_id. A length of 0 takes every section, one above
-  // 8192 none. `data` and `mask` are not copied.
+  // on_psi_section(key, ...); the first byte is the table_id. A length below 1 takes every section, and
+  // the two may then be null; one above 8192 takes none. `data` and `mask` are not copied: they must last as
+  // long as the handler.
   void add_psi_handler(int pid, const uint8_t* data, const uint8_t* mask, int length, unsigned long key);
-  // With the last table id of a PID its filters go too. A PID that was never added is left alone. Neither
-  // removal can fail.
+  // A PID that has no table id afterwards loses its filters too. One that was never added is left alone.
+  // Neither this nor reset can fail.
   void remove_psi_handler(int pid, int table_id);
   // Removes all handlers. A stopped demultiplexer stays stopped.
   void reset();
+  // The PIDs and their table ids. Leaves the stream in hexadecimal.
   void dump_state(std::ostream& stream) const;
 
-  // On: sections that begin behind the end of another in the same packet are delivered too; 0xFF stuffing
+  // On: sections that begin after the end of another in the same packet are delivered too; 0xFF stuffing
   // ends the search. Off, the default: one section start is served a packet.
   void serve_every_section(bool on) { every_section_ = on; }
 
  protected:
   ~Demux();
 
+  // The order of the virtual functions is fixed: programs built against another version call them by their
+  // place.
+
   // Reads up to `size` bytes of the next packet; false, or fewer than 188 bytes, ends the input.
   virtual bool read_buf(uint8_t* buffer, int size, int& bytes_read) = 0;
   virtual void idle() {}
   // Every packet, before any look at its bytes.
   virtual void on_raw_ts_packet(const uint8_t* /*packet*/) {}
-  // `data` is the byte behind the header.
+  // `data` is the first byte after the header.
   virtual void on_ts_packet(const TSHeader& /*header*/, const uint8_t* /*data*/) {}
-  // `data` is the byte behind the adaptation field.
+  // `data` is the first byte after the adaptation field.
   virtual void on_adaption_field_header_(const AdaptionFieldHeader& /*header*/, const uint8_t* /*data*/) {}
   // A section that matched the filter of `key`. The pointer is good during the call.
   virtual void on_psi_section(unsigned long /*key*/, int /*section_size*/, uint8_t* /*section*/) {}
-  // A section of a table id that was asked for. Its size stands in the section; the pointer is good during
-  // the call. The section number is byte 6, also of a short section.
+  // A section of a table id that was requested. Its size is in the section; the pointer is good during the
+  // call. The section number is byte 6, also of a short section.
   virtual void on_psi_section(int /*pid*/, int /*table_id*/, int /*section_number*/,
                               const uint8_t* /*section*/) {}
 
@@ -237,7 +249,7 @@ class QUILLON_API Demux {
   void remove_pid(std::map<int, PidHandler*>::iterator place);
   // One packet with a right sync byte. The adaptation hook's pointer counts from `hook_base`.
   void process(const uint8_t* packet, const uint8_t* hook_base);
-  // The same for a device that says of which PID the packet is.
+  // The same for a device that states the PID of the packet.
   void process_as(int pid, const uint8_t* packet);
   template <class PidOf>
   void process_for(const uint8_t* packet, const uint8_t* hook_base, PidOf pid_of);

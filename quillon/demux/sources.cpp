@@ -70,7 +70,7 @@ void Demux2::serve(int pid, uint8_t* slot, const uint8_t& sync) {
   if (!read || bytes_read != packet_size) return;
   if (log_wants(3)) log_write(3, "bytes read");
   on_raw_ts_packet(slot);
-  // The first PID's slot is the one looked at; TSHeader refuses a wrong sync byte in another.
+  // Only the first PID's slot is checked; TSHeader refuses a wrong sync byte in another.
   if (sync != sync_byte) {
     if (log_wants(3)) log_write(3, "invalid sync byte");
     invalidate();

@@ -9,6 +9,8 @@
 namespace quillon {
 
 // An Ethernet MAC address. The wire never fills it: parse takes nothing, only an XML load gives it a value.
+// Here and in the other addresses get_addr gives all `size` bytes, in the order of the wire; they are zero
+// until they are filled.
 class QUILLON_API MACAddress {
  public:
   static constexpr int size = 6;
@@ -22,6 +24,7 @@ class QUILLON_API MACAddress {
   uint8_t bytes_[size] = {};
 };
 
+// Four bytes of an IPv4 address, zero where the section ends before them. Any value is accepted.
 class QUILLON_API IPv4Address {
  public:
   static constexpr int size = 4;
@@ -35,6 +38,7 @@ class QUILLON_API IPv4Address {
   uint8_t bytes_[size] = {};
 };
 
+// The same for the sixteen bytes of an IPv6 address.
 class QUILLON_API IPv6Address {
  public:
   static constexpr int size = 16;

@@ -12,6 +12,7 @@
 namespace quillon {
 
 // Identifies an MHP application (TS 102 812, 10.5): organisation_id, 32 bits, and application_id, 16 bits.
+// Bytes past the section's end are 0; any value is accepted.
 class QUILLON_API ApplicationIdentifier {
  public:
   ApplicationIdentifier() = default;
@@ -21,11 +22,13 @@ class QUILLON_API ApplicationIdentifier {
   void dump_state(std::ostream& stream) const;
   // "0000002A 0001"
   std::string application_identifier_as_text() const;
-  // Reads both numbers as hexadecimal; one that the text lacks, a null one both, stays as it was. Always
+  // Reads both numbers as hexadecimal; one that the text lacks stays as it was, with a null text both. Always
   // true.
   bool set_application_identifier_from_text(const char* text);
 
-  // The two attributes of an element; Parse throws error("failed").
+  // The attributes "organisation_id" and "application_id" of an element. Parse throws error("failed") if one
+  // of them is missing, and keeps those before it; SaveSection gives false at the first that can't be
+  // written. No pointer may be null.
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 
@@ -33,21 +36,23 @@ class QUILLON_API ApplicationIdentifier {
   int application_id = 0;
 };
 
-// A length byte and that many bytes, kept as they stand.
+// A length byte and that many bytes, kept as they are. Any value is accepted.
 class QUILLON_API LengthPrefixedString {
  public:
   LengthPrefixedString() = default;
-  // `max_length` is not looked at; `consumed` becomes the length and its byte. A value that runs past the
+  // `max_length` is ignored; `consumed` becomes the length plus 1, 1 to 256. A value that runs past the
   // section stops at its end.
   LengthPrefixedString(ByteView bytes, int max_length, int& consumed);
 
   int get_length() const { return length_; }
   const std::string& get_value() const { return value_; }
 
-  // "<label>_length: " and "<label>: ", the value up to its first NUL.
+  // "<label>_length: " and "<label>: ", the value up to its first NUL. `label` may not be null.
   void dump_state(const char* label, std::ostream& stream) const;
 
-  // The attributes "length" and "value" of an element; Parse throws error("failed").
+  // The attributes "length" and "value" of an element. Parse throws error("failed") if one of them is
+  // missing, and keeps those before it; SaveSection gives false at the first that can't be written. No
+  // pointer may be null.
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 
@@ -60,8 +65,9 @@ class QUILLON_API LengthPrefixedString {
 class QUILLON_API MultilingualNameInfo {
  public:
   MultilingualNameInfo() = default;
-  // Throws error(3, "multilingual_name_info_descriptor") if `available` is under 4, and the same with ":2" if
-  // the name does not fit; `consumed` becomes the name's length plus 4.
+  // Throws error(error::length_mismatch, "multilingual_name_info_descriptor") if `available`, the bytes there
+  // are, is under 4, and the same with ":2" after the text if the name does not fit. Otherwise `consumed`
+  // becomes the name's length plus 4, 4 to 259.
   MultilingualNameInfo(ByteView bytes, int available, int& consumed);
 
   const char* get_iso_639_language_code() const { return language_code_.c_str(); }
@@ -69,7 +75,9 @@ class QUILLON_API MultilingualNameInfo {
 
   void _dump_state(std::ostream& stream) const;
 
-  // The two attributes of an element; Parse throws error("failed").
+  // The attributes "name" and "ISO_639_language_code" of an element. Parse throws error("failed") if one of
+  // them is missing, and keeps those before it; SaveSection gives false at the first that can't be written.
+  // No pointer may be null.
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 

@@ -9,7 +9,8 @@
 
 namespace quillon {
 
-// A language code of ISO 639-2: at most three characters and a NUL, cut at the first NUL among them.
+// A language code of ISO 639-2: at most three characters and a NUL, cut at the first NUL among them. Any
+// characters are accepted.
 class ISO639LanguageCode {
  public:
   void parse(ByteView bytes) {
@@ -30,7 +31,7 @@ class ISO639LanguageCode {
   char code_[4] = {};
 };
 
-// The three characters of a language or country code as they stand on the wire, and a NUL.
+// The three characters of a language or country code as they are on the wire, and a NUL.
 class CodeCharacters {
  public:
   CodeCharacters() = default;

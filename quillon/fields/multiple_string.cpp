@@ -46,7 +46,7 @@ constexpr Range kModes[] = {
     {0x0D, QUILLON_PAGE("0D")},
     {0x0E, QUILLON_PAGE("0E")},
     {0x0F, QUILLON_PAGE("0F")},
-    {0x1F, QUILLON_PAGE("10")},  // the modes behind 0x10 share its text: kept, callers show it
+    {0x1F, QUILLON_PAGE("10")},  // the modes after 0x10 share its text: kept, callers show it
     {0x20, QUILLON_PAGE("20")},
     {0x21, QUILLON_PAGE("21")},
     {0x22, QUILLON_PAGE("22")},

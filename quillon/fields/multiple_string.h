@@ -12,7 +12,7 @@
 namespace quillon {
 
 // Text of ATSC tables in several languages (A/65, 6.10): strings, one a language, made of segments. The
-// counts are those of the wire, which the vectors behind them may fall short of. Any input is accepted;
+// counts are those of the wire, 0 to 255; the vectors after them may hold less. Any input is accepted:
 // whether the text filled its place shows only in the bytes used.
 class QUILLON_API ATSCMultipleStringStructure {
  public:
@@ -30,6 +30,7 @@ class QUILLON_API ATSCMultipleStringStructure {
       // `length` becomes the bytes of the segment, which may be more than there are.
       Segment(ByteView data, int& length);
 
+      // Empty for what is not 0 to 255, here and for the mode.
       static const char* get_compression_type_text(int compression_type);
       const char* get_compression_type_text() const { return get_compression_type_text(compression_type); }
       static const char* get_mode_text(int mode);

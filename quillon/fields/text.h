@@ -14,7 +14,7 @@ namespace quillon {
 
 namespace detail {
 
-// A value that `const` members make when it is first asked for, each thread its own; the first one stays.
+// A value that `const` members make when it is first needed, each thread its own; the first one stays.
 template <class T>
 class LateMade {
  public:
@@ -52,18 +52,20 @@ class LateMade {
 //
 // The first byte may select a table: 0x01 to 0x05 are ISO 8859-5 to -9, every other selection value decodes
 // as code page 1252, no selection as the ANSI code page. 0x10 is taken alone, control codes stay as they are,
-// and a NUL ends the text. What the ANSI page cannot show is `?` in the narrow text.
+// and a NUL ends the text. What the ANSI page cannot show is `?` in the narrow text. Any bytes are accepted;
+// those past the section's end are not there.
 //
-// The texts are decoded when they are first asked for. Even so several threads may read one object at once,
-// by the rule of the tables (PsiBase1), copies included.
+// The texts are decoded when they are first read. Even so several threads may read one object at once, by
+// the rule of the tables (PsiBase1), copies included. Parses, sets and reads of a text throw std::bad_alloc
+// when memory runs out.
 class QUILLON_API Text {
  public:
   Text() = default;
   Text(int length, ByteView bytes) { parse(length, bytes); }
-  // The length-prefixed form; `consumed` becomes the length and its byte.
+  // The length-prefixed form; `consumed` becomes the length plus 1, 1 to 256.
   Text(ByteView bytes, int& consumed) { parse(bytes, consumed); }
 
-  // Adds to what the object holds. A `length` below 1 brings no bytes.
+  // Adds to what the object holds. A `length` below 1 is no bytes.
   void parse(int length, ByteView bytes);
   void parse(ByteView bytes, int& consumed);
 
@@ -71,11 +73,11 @@ class QUILLON_API Text {
   const wide_string& get_textW() const { return late().wide; }
   const char* c_strA() const { return get_textA().c_str(); }
   const uint16_t* c_strW() const { return get_textW().c_str(); }
-  // True of what was parsed from ASCII alone: both forms are the same characters then.
+  // True of an empty text and of one parse of ASCII alone: both forms are then the same characters.
   bool is_ascii() const { return ascii_; }
   // The value given to set_textA or set_textW; 0 after a parse.
   uint8_t get_char_set() const { return char_set_; }
-  // The bytes of the last parse as they stood on the wire, the selection byte included.
+  // The length given to the last parse, in bytes on the wire, the selection byte included.
   uint32_t get_text_len() const { return length_; }
 
   // `char_set` is a selection value, 0 the ANSI code page. The narrow text keeps the bytes it is handed.
@@ -91,7 +93,7 @@ class QUILLON_API Text {
   static void ansi_to_wide(uint8_t char_set, unsigned ansi_page, std::string_view in, wide_string& out);
   static void wide_to_ansi(unsigned ansi_page, wide_view in, std::string& out);
 
-  // What is made of the bytes when it is first asked for.
+  // What is made of the bytes when it is first read.
   struct Late {
     wide_string wide;
     std::string narrow;  // of bytes that are undecoded
@@ -106,10 +108,10 @@ class QUILLON_API Text {
   Late& decode();
   void set_units(uint8_t char_set, wide_string units);
 
-  // Most texts of a stream are never asked for, and ASCII is the same on every page: a parse takes the bytes
-  // alone, the first question decodes them, and ASCII gets a wide form when that is asked for. The bytes
-  // themselves change in a parse or a set alone.
-  std::string bytes_;  // behind the selection while they are undecoded, otherwise the narrow text
+  // Most texts of a stream are never read, and ASCII is the same on every page: a parse only takes the bytes,
+  // the first read decodes them, and ASCII gets a wide form when that is read. The bytes themselves change in
+  // a parse or a set alone.
+  std::string bytes_;  // after the selection while they are undecoded, otherwise the narrow text
   detail::LateMade<Late> late_;
   uint32_t length_ = 0;
   uint16_t ansi_page_ = 0;  // the pages for decoding: those of the parse

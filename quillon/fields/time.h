@@ -9,7 +9,8 @@
 namespace quillon {
 
 // UTC date and time as 16 bits of Modified Julian Date and three BCD bytes (EN 300 468, annex C). Nothing is
-// validated: an undefined time, all bits set, decodes to 22 April 2038, 165:165:165.
+// validated: each BCD byte gives 0 to 165, and an undefined time, all bits set, decodes to 22 April 2038,
+// 165:165:165. Bytes past the section's end are 0.
 class QUILLON_API DateTime {
  public:
   DateTime() = default;
@@ -19,10 +20,12 @@ class QUILLON_API DateTime {
   void dump_state(std::ostream& stream) const;
   // "7 3 2006 9 5 0".
   std::string get_date_as_text() const;
-  // Numbers that the text lacks, a null one all, stay as they were. Always true.
+  // Numbers that the text lacks stay as they were, with a null text all of them. Always true.
   bool set_date_from_text(const char* text);
 
-  // The six attributes of an element; Parse throws error("failed").
+  // The six numbers as attributes of an element. Parse throws error("failed") if one of them is missing, and
+  // keeps those before it; SaveSection gives false at the first that can't be written. No pointer may be
+  // null.
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 
@@ -34,7 +37,7 @@ class QUILLON_API DateTime {
   int second = 1;
 };
 
-// Hours, minutes and seconds in BCD (EN 300 468, 5.2.4).
+// Hours, minutes and seconds in BCD (EN 300 468, 5.2.4), each 0 to 165: nothing is validated.
 class QUILLON_API Duration {
  public:
   Duration() = default;
@@ -48,7 +51,7 @@ class QUILLON_API Duration {
   void dump_state(std::ostream& stream) const;
   // "1 30 0".
   std::string get_time_as_text() const;
-  // Numbers that the text lacks, a null one all, stay as they were. Always true.
+  // Numbers that the text lacks stay as they were, with a null text all of them. Always true.
   bool set_time_from_text(const char* text);
 
  private:
@@ -57,7 +60,7 @@ class QUILLON_API Duration {
   int seconds_ = 0;
 };
 
-// Hours and minutes in BCD (EN 300 468, 6.2.20).
+// Hours and minutes in BCD (EN 300 468, 6.2.20), each 0 to 165: nothing is validated.
 class QUILLON_API TimeOffset {
  public:
   TimeOffset() = default;
@@ -66,7 +69,9 @@ class QUILLON_API TimeOffset {
   int get_hours() const { return hours_; }
   int get_minutes() const { return minutes_; }
 
-  // The attributes "hour" and "minute" of an element; Parse throws error("failed").
+  // The attributes "hour" and "minute" of an element. Parse throws error("failed") if one of them is missing,
+  // and keeps those before it; SaveSection gives false at the first that can't be written. No pointer may be
+  // null.
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 

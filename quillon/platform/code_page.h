@@ -12,19 +12,20 @@
 namespace quillon {
 
 // The ANSI code page is the 8-bit page of every narrow text; 1252 unless the application sets another.
-// Known pages are 1252 and 28595 to 28599. False, and no change, for a page that is not known. Both may be
-// called on any thread at any time.
+// Known pages are 1252 and 28595 to 28599. False, and no change, for a page that is not known. Neither
+// throws, and both may be called on any thread at any time.
 QUILLON_API bool set_ansi_code_page(unsigned page);
 QUILLON_API unsigned get_ansi_code_page();
 
 namespace platform {
 
 // Code page 0 means the ANSI code page in both directions. Both replace `out`, and give false, leaving it as
-// it was, where the system does not have the page.
+// it was, where the system does not have the page. encode makes `?` of what the page can't show. Both throw
+// std::bad_alloc when memory runs out.
 QUILLON_API bool decode(unsigned page, std::string_view text, wide_string& out);
 QUILLON_API bool encode(unsigned page, wide_view text, std::string& out);
 
-// ASCII stands for itself on every page. No NUL, and nothing from 0x80 up: no byte whose top bit is set, or
+// ASCII is the same on every page. No NUL, and nothing from 0x80 up: no byte whose top bit is set, or
 // becomes so when 1 is taken away.
 inline bool is_ascii(std::string_view text) {
   constexpr uint64_t ones = 0x0101010101010101;

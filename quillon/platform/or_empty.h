@@ -4,7 +4,7 @@
 
 namespace quillon::detail {
 
-// Wherever a function takes text, null stands for the empty one.
+// Wherever a function takes text, null is the empty one.
 inline const char* or_empty(const char* text) {
   return text ? text : "";
 }

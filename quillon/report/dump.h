@@ -9,8 +9,9 @@
 
 namespace quillon {
 
-// Raw bytes, sixteen a row: hexadecimal, then the letters among them. Leaves the stream in hexadecimal; fill
-// and case are the stream's. Prints nothing for a size of 0.
+// Raw bytes, sixteen a row: in hexadecimal, then the letters among them with a point for every other byte.
+// Leaves the stream in hexadecimal; fill and case are the stream's. Prints nothing for a size of 0, for which
+// `data` may be null.
 QUILLON_API void dump_block(std::ostream& stream, const uint8_t* data, int size);
 
 namespace report {

@@ -26,12 +26,12 @@ struct IdRange {
 };
 
 // Ranges apart from each other, ascending: the registries give most of their names to whole blocks, so that
-// few ranges stand for thousands of rows.
+// a few ranges hold thousands of rows.
 using Index = std::vector<IdRange>;
 
 class IndexBuilder {
  public:
-  // Takes the ids from whoever had them before.
+  // Its ids lose the names they had before.
   void add(const IdRange& range) {
     auto at = ranges_.lower_bound(range.first);
     if (at != ranges_.begin()) {
@@ -59,8 +59,8 @@ class IndexBuilder {
   }
 
  private:
-  void keep_end(const IdRange& range, uint32_t behind) {
-    ranges_.insert_or_assign(behind + 1, IdRange{behind + 1, range.last, range.name});
+  void keep_end(const IdRange& range, uint32_t last) {
+    ranges_.insert_or_assign(last + 1, IdRange{last + 1, range.last, range.name});
   }
 
   std::map<uint32_t, IdRange> ranges_;
@@ -79,10 +79,10 @@ Index index_of(std::span<const registry_row> rows) {
 }
 
 const char* find(const Index& index, uint32_t id) {
-  const auto behind = std::upper_bound(index.begin(), index.end(), id,
-                                       [](uint32_t i, const IdRange& range) { return i < range.first; });
-  if (behind == index.begin() || std::prev(behind)->last < id) return nullptr;
-  return std::prev(behind)->name;
+  const auto after = std::upper_bound(index.begin(), index.end(), id,
+                                      [](uint32_t i, const IdRange& range) { return i < range.first; });
+  if (after == index.begin() || std::prev(after)->last < id) return nullptr;
+  return std::prev(after)->name;
 }
 
 struct Registry {
@@ -90,7 +90,7 @@ struct Registry {
   Index overlay;
 };
 
-// Ready before any code runs: an application may call init from a constructor of its own statics.
+// Initialized before any code runs: an application may call init from a constructor of its own statics.
 constinit std::array<Registry, std::size(detail::registry_lists)> registries;
 
 size_t number_of(registry_kind kind) {
@@ -105,7 +105,7 @@ const char* name_of(registry_kind kind, int id) {
   return "<unknown>";
 }
 
-// Names that were given out outlive the overlay that they came from.
+// Names that were handed out outlive the overlay that they came from.
 std::set<std::string>& kept_names() {
   static std::set<std::string> names;
   return names;

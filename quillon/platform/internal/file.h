@@ -23,9 +23,9 @@ class InputFile {
   int handle_ = -1;
 };
 
-// Makes `text` the content of a file, whole or not at all: it is written beside its target, under a name of
-// its own, which then takes the target's place and mode. A symbolic link stays and its target is replaced.
-// What is no regular file, a pipe or a device, is written to directly.
+// Makes `text` the content of a file, whole or not at all: it is written next to its target, to a file of
+// another name, which then takes the target's place and mode. A symbolic link stays and its target is
+// replaced. A pipe or a device, which can't be replaced, is written to directly.
 std::error_code write_whole(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace quillon::platform

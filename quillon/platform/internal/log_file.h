@@ -8,7 +8,7 @@ namespace quillon::platform {
 // The folder of the running executable with the separator at its end; empty if it is not known.
 std::string executable_folder();
 
-// A file that is only ever written. `existed` tells whether it was there before.
+// A file that is only written. `existed` is whether it was there before.
 class LogFile {
  public:
   static constexpr int closed = -1;

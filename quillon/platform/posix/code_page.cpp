@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint8_t default_character = '?';
 
-// The bytes from `first` to `last` stand for as many characters, counted up from `unit`.
+// The bytes from `first` to `last` are as many characters, counted up from `unit`.
 struct Run {
   uint8_t first;
   uint8_t last;
@@ -47,13 +47,13 @@ class Page {
  private:
   std::array<uint16_t, 256> units_{};
 
-  // The way back: a row for each high byte that occurs, behind row 0 for all the others.
+  // The way back: a row for each high byte that occurs, after row 0 for all the others.
   std::array<uint8_t, 256> row_of_{};
   std::array<std::array<uint8_t, 256>, 6> bytes_{};
 };
 
-// The pages are those of Windows: a byte that has no character stands for the control character or the
-// private-use character that Windows gives it, so that every text survives the way there and back.
+// The pages are those of Windows: a byte that has no character is the control character or the private-use
+// character that Windows gives it, so that every text survives the way there and back.
 // clang-format off
 
 constexpr Page western(1252, {

@@ -30,7 +30,7 @@ class OutputFile {
   }
 
   std::error_code open(const fs::path& file) {
-    // Appending: standard output may be a file that others write to, and has a place of its own.
+    // Appending: standard output may be a file that others write to, at an offset of its own.
     handle_ = ::open(file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
     return handle_ < 0 ? last_error() : std::error_code();
   }
@@ -68,7 +68,7 @@ class OutputFile {
     return ::close(handle) != 0 ? last_error() : std::error_code();
   }
 
-  // Before the name goes to the file, its content is where a power failure does not reach it.
+  // The content is on the disk before the file gets the name, so that a power failure loses neither.
   std::error_code move_to(const fs::path& file) {
     if (::fsync(handle_) != 0) return last_error();
     if (const std::error_code failed = close()) return failed;
@@ -82,7 +82,7 @@ class OutputFile {
   fs::path temporary_;
 };
 
-// What the system shows as a link stands for an open file, whatever its name.
+// Under /proc a link is an open file of some process, whatever it seems to lead to.
 bool is_open_file(const fs::path& resolved) {
   return resolved.native().starts_with("/proc/");
 }

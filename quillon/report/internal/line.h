@@ -9,8 +9,8 @@
 
 namespace quillon::report {
 
-// A line that is put together first and inserted at once, as the stream's operators would print its parts one
-// by one. Where the stream's state asks for more than a base, they do print them.
+// A line that is put together first and inserted at once, with the text that the stream's operators would
+// print part by part. Where the stream's state holds more than a base, the operators do print it.
 class Line {
  public:
   explicit Line(std::ostream& stream);

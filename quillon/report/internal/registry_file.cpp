@@ -58,7 +58,7 @@ wide_string name_of(std::string_view text) {
     if (!code) throw Refusal{"the name is not UTF-8"};
     if (*code == '\t') throw Refusal{"more than three columns"};
     if (*code < 0x20 || *code == 0x7F) throw Refusal{"a control character in the name"};
-    // No 8-bit page has a character of two units: one replacement stands for both.
+    // No 8-bit page has a character of two units: one replacement takes the place of both.
     name += static_cast<uint16_t>(*code > 0xFFFF ? 0xFFFD : *code);
   }
   return name;
