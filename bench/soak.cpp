@@ -1,5 +1,5 @@
 // Many gibibytes of packets through one process, damaged now and then: assembled, parsed, reported and saved.
-// Nothing may pile up. Exit code 1 if the resident set grew by more than a MiB behind the first GiB.
+// Nothing may pile up. Exit code 1 if the resident set grew by more than a MiB after the first GiB.
 //
 //   soak GIB
 

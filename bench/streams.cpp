@@ -152,7 +152,7 @@ class Packetiser {
 
   void put_packet(Bytes& out) {
     const size_t tail = waiting_.front().size() - at_;
-    // A section may begin here if it is the first, or if the one in progress leaves room behind its end.
+    // A section may begin here if it is the first, or if the one in progress leaves room after its end.
     const bool start = at_ == 0 || (tail + 2 <= kRoom && waiting_.size() > 1);
     const size_t from = out.size();
     put(out, 1, 0x47);

@@ -21,7 +21,7 @@ struct Counts {
 struct Stream {
   std::vector<uint8_t> bytes;
   Counts holds;
-  std::vector<uint8_t> section_bytes;  // all sections, one behind the other
+  std::vector<uint8_t> section_bytes;  // all sections, one after the other
   std::vector<uint32_t> section_sizes;
 };
 

@@ -4,8 +4,6 @@
 
 #include "bench/streams.h"
 
-#include <type_traits>
-
 #include <quillon/quillon.h>
 
 namespace quillon::bench {

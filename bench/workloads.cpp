@@ -6,7 +6,6 @@
 #include <boost/crc.hpp>
 #include <cstring>
 #include <sstream>
-#include <type_traits>
 
 #include <quillon/sections/crc.h>
 

@@ -44,7 +44,7 @@ std::string array_of(const quillon::detail::RegistryList& list, const std::files
   std::string out = std::string("constexpr registry_row ") + list.name + "[] = {\n";
   const std::vector<RegistryLine> lines = quillon::detail::read_registry_file(file, list.largest_id);
   for (auto line = lines.begin(); line != lines.end();) {
-    // Lines of the same range are several registrations of each id, and stand side by side.
+    // Lines of the same range are several registrations of each id, and are side by side.
     std::vector<std::string> names;
     const RegistryLine& head = *line;
     for (; line != lines.end() && line->first == head.first && line->last == head.last; ++line)

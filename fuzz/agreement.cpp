@@ -1,5 +1,5 @@
-#include "fuzz/accessors.h"
 #include "fuzz/structure.h"
+#include "fuzz/tables.h"
 #include "fuzz/targets.h"
 
 #include <cstdlib>
@@ -33,21 +33,21 @@ void require(bool held) {
   if (!held) std::abort();
 }
 
-// Each failure stands where its descriptor is.
-void check_failures(const Table& table, const Bytes& section) {
+// Each failure is where its descriptor is.
+void check_failures(const AnyTable& table, const Bytes& section) {
   const bool is_short = section[0] >= 0x70 && section[0] <= 0x73;
   const size_t body = is_short ? 3 : 8;
-  for (const DescriptorFailure& failure : table.failures()) {
+  for (const DescriptorFailure& failure : table.get_descriptor_failures()) {
     require(failure.offset >= 0 && body + static_cast<size_t>(failure.offset) < section.size());
     require(section[body + static_cast<size_t>(failure.offset)] == failure.tag);
   }
 }
 
 // What a load of `text` saves; empty if it does not load.
-std::string saved_again(MakeTable make, const std::string& text) {
+std::string saved_again(const std::string& element, const std::string& text) {
   const xml::Document document = xml::Document::from_text(text);
-  const auto table = make();
-  return outcome_of([&] { table->load(document.root()); }).accepted ? table->save() : std::string();
+  const auto table = AnyTable::for_element(element);
+  return outcome_of([&] { table->ParseDOM(document.root()); }).accepted ? saved(*table) : std::string();
 }
 
 // Vectors of integers come back twice as long: kept, see the attribute layer.
@@ -62,37 +62,40 @@ void agreement(const uint8_t* data, size_t size) {
   if (size < 1) return;
   Bytes bytes(data, data + size);
   repair(bytes);
-  for (const MakeTable make : classes_of(bytes[0])) {
-    const auto strict = make();
-    const Outcome strictly = outcome_of([&] { strict->parse(bytes, false); });
-    require(strict->failures().empty());
-    const std::string report = strict->report();
-    const std::string strictly_saved = strict->save();
+  const auto parse = [](AnyTable& table, const Bytes& section, bool keep_raw) {
+    return outcome_of([&] { table.Parse(section.data(), section.size(), keep_raw); });
+  };
+  for (const std::string& element : elements_for(bytes[0])) {
+    const auto strict = AnyTable::for_element(element);
+    const Outcome strictly = parse(*strict, bytes, false);
+    require(strict->get_descriptor_failures().empty());
+    const std::string report = report_of(*strict);
+    const std::string strictly_saved = saved(*strict);
 
-    const auto tolerant = make();
+    const auto tolerant = AnyTable::for_element(element);
     tolerant->set_tolerant(true);
-    const Outcome tolerantly = outcome_of([&] { tolerant->parse(bytes, true); });
-    const std::string saved = tolerant->save();
+    const Outcome tolerantly = parse(*tolerant, bytes, true);
+    const std::string tolerantly_saved = saved(*tolerant);
     check_failures(*tolerant, bytes);
-    if (tolerant->failures().empty()) {
+    if (tolerant->get_descriptor_failures().empty()) {
       require(tolerantly == strictly);
-      require(tolerant->report() == report);
-      require(saved == strictly_saved);
+      require(report_of(*tolerant) == report);
+      require(tolerantly_saved == strictly_saved);
     } else {
       require(!strictly.accepted);
     }
 
-    // What lies behind a section changes nothing.
+    // What lies past a section changes nothing.
     Bytes more = bytes;
     more.insert(more.end(), 300, 0xA5);
-    const auto beside = make();
-    require(outcome_of([&] { beside->parse(more, false); }) == strictly);
-    require(beside->report() == report);
-    require(beside->save() == strictly_saved);
+    const auto beside = AnyTable::for_element(element);
+    require(parse(*beside, more, false) == strictly);
+    require(report_of(*beside) == report);
+    require(saved(*beside) == strictly_saved);
 
     if (!tolerantly.accepted) continue;
-    const std::string once = saved_again(make, saved);
-    if (!once.empty() && !grows(saved)) require(saved_again(make, once) == once);
+    const std::string once = saved_again(element, tolerantly_saved);
+    if (!once.empty() && !grows(tolerantly_saved)) require(saved_again(element, once) == once);
   }
 }
 

@@ -1,7 +1,6 @@
 #include "apps/quillon/packet_source.h"
 #include "fuzz/targets.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -33,7 +32,7 @@ std::filesystem::path overlay_file() {
 
 void overlay(const uint8_t* data, size_t size) {
   static const std::filesystem::path file = overlay_file();
-  // Names once given out stay. When they have grown to this, a bad line behind the others keeps them from
+  // Names once given out stay. When they have grown to this, a bad line after the others keeps them from
   // being taken; the lines are still read.
   constexpr size_t kEnough = 64 << 20;
   static size_t taken = 0;
@@ -46,7 +45,7 @@ void overlay(const uint8_t* data, size_t size) {
     load_registry_overlay(registry_kind::ca_system, file);
     taken += size;
   } catch (const error& e) {
-    // A refusal tells the file.
+    // A refusal names the file.
     if (std::string(e.what()).find(file.filename().string()) == std::string::npos) std::abort();
   }
   for (int id = 0; id < 0x10000; id += 257) get_ca_system_id(id);

@@ -1,5 +1,5 @@
-#include "fuzz/accessors.h"
 #include "fuzz/structure.h"
+#include "fuzz/tables.h"
 #include "fuzz/targets.h"
 
 #include <cstdlib>
@@ -31,12 +31,17 @@ bool accepted(Action action) {
   return true;
 }
 
-void look_at(const Table& table) {
-  table.walk();
-  table.report();
+void parse(AnyTable& table, const Bytes& section, bool keep_raw) {
+  table.Parse(section.data(), section.size(), keep_raw);
 }
 
-// The faces of each descriptor of a loop by itself.
+void look_at(const AnyTable& table) {
+  walk(table);
+  ask(table);
+  report_of(table);
+}
+
+// The faces of each descriptor of a loop by itself, found by its accessor.
 template <class Descriptor>
 void look_at_all(const std::vector<Descriptor>& descriptors) {
   std::ostringstream text;
@@ -46,41 +51,47 @@ void look_at_all(const std::vector<Descriptor>& descriptors) {
     descriptor.SaveSection(document.dom(), document.create_root("d"));
     Descriptor copy = descriptor;
     accepted([&] { copy.Parse(document.root()); });
+    Reader reader;
+    copy.walk(reader);
     copy.reset();
   }
 }
 
-#define QUILLON_KIND(tag, Class, accessor, element, rank) look_at_all(loop.get_##accessor());
-#define QUILLON_KIND_LOADED_AS(tag, Class, accessor, saved, loaded, rank) look_at_all(loop.get_##accessor());
+#define QUILLON_LOOK(tag, Class, accessor, element) look_at_all(loop.get_##accessor());
+#define QUILLON_LOOK_ATSC(tag, Class, accessor, element) look_at_all(loop.get_atsc_##accessor());
 void look_at_loop(const DvbLoop& loop) {
-#include <quillon/descriptors/dvb_kinds.inc>
-#include <quillon/descriptors/mpeg2_kinds.inc>
+  QUILLON_DVB_KINDS(QUILLON_LOOK)
+  QUILLON_MPEG2_KINDS(QUILLON_LOOK)
 }
 void look_at_loop(const AitLoop& loop) {
-#include <quillon/appsignal/ait_kinds.inc>
+  QUILLON_AIT_KINDS(QUILLON_LOOK)
 }
 void look_at_loop(const IntLoop& loop) {
-#include <quillon/appsignal/int_kinds.inc>
-#include <quillon/descriptors/dvb_kinds.inc>
+  QUILLON_INT_KINDS(QUILLON_LOOK)
+  QUILLON_DVB_KINDS(QUILLON_LOOK)
 }
 void look_at_loop(const AtscLoop& loop) {
-#include <quillon/atsc/atsc_kinds.inc>
+  QUILLON_ATSC_KINDS(QUILLON_LOOK)
+  QUILLON_MPEG2_KINDS(QUILLON_LOOK_ATSC)
 }
-#undef QUILLON_KIND
-#undef QUILLON_KIND_LOADED_AS
 
 // A loop of its own, outside any table.
 template <class Loop>
 class Owner : public Loop {
  public:
-  void take(ByteView view) { this->parse_descriptor(view, {view}); }
+  void take(ByteView view) { this->parse_descriptor(view); }
 };
+
+void walk_loop(const DescriptorLoop& loop) {
+  Reader reader;
+  loop._walk_descriptors(reader);
+}
 
 template <class Loop>
 void take(const Bytes& descriptor) {
   Owner<Loop> owner;
   accepted([&] { owner.take(ByteView(descriptor.data(), descriptor.size())); });
-  walk(owner);
+  walk_loop(owner);
   look_at_loop(owner);
   look_at_all(owner.get_general_descriptors());
   look_at_all(owner.get_user_private_descriptors());
@@ -88,7 +99,7 @@ void take(const Bytes& descriptor) {
   owner._save_descriptors(document.dom(), document.create_root("t"));
   Owner<Loop> again;
   accepted([&] { again._parse_descriptors(document.root()); });
-  walk(again);
+  walk_loop(again);
 }
 
 }  // namespace
@@ -97,26 +108,26 @@ void section(const uint8_t* data, size_t size) {
   if (size < 1) return;
   Bytes bytes(data, data + size);
   repair(bytes);
-  for (const MakeTable make : classes_of(bytes[0])) {
-    const auto table = make();
-    if (!accepted([&] { table->parse(bytes, true); })) {
+  for (const std::string& element : elements_for(bytes[0])) {
+    const auto table = AnyTable::for_element(element);
+    if (!accepted([&] { parse(*table, bytes, true); })) {
       // What was read until then can be looked at too.
       look_at(*table);
-      table->save();
+      saved(*table);
       table->reset();
       table->set_tolerant(true);
-      accepted([&] { table->parse(bytes, true); });
+      accepted([&] { parse(*table, bytes, true); });
     }
     look_at(*table);
 
-    const auto loaded = make();
-    const xml::Document document = xml::Document::from_text(table->save());
-    accepted([&] { loaded->load(document.root()); });
+    const auto loaded = AnyTable::for_element(element);
+    const xml::Document document = xml::Document::from_text(saved(*table));
+    accepted([&] { loaded->ParseDOM(document.root()); });
     look_at(*loaded);
 
     // A second parse adds to the first.
-    accepted([&] { table->parse(bytes, false); });
-    table->walk();
+    accepted([&] { parse(*table, bytes, false); });
+    look_at(*table);
   }
 }
 
@@ -134,12 +145,12 @@ void document(const uint8_t* data, size_t size) {
     const xml::Document document = xml::Document::from_text({reinterpret_cast<const char*>(data), size});
     const std::string text = document.to_text();
     if (xml::Document::from_text(text).to_text() != text) std::abort();
-    const auto table = table_of_element(document.name(document.root()));
+    const auto table = AnyTable::for_element(document.name(document.root()));
     if (!table) return;
     // A failed load leaves what was read until then.
-    accepted([&] { table->load(document.root()); });
+    accepted([&] { table->ParseDOM(document.root()); });
     look_at(*table);
-    table->save();
+    saved(*table);
   });
 }
 

@@ -12,7 +12,7 @@ constexpr size_t kHeader = 8;
 constexpr size_t kCrc = 4;
 constexpr size_t kLargest = 4098;
 
-// Where a table has its loops: the first byte behind the fixed fields, whether a loop of descriptors stands
+// Where a table has its loops: the first byte after the fixed fields, whether a loop of descriptors is
 // there, whether a length of all rows follows, and the bytes of a row in front of its loops.
 struct Layout {
   uint8_t first;
@@ -24,7 +24,7 @@ struct Layout {
   uint8_t loops = 0;  // a row
   uint8_t count = 0;  // place of the byte that counts the rows
   uint8_t mask = 0x0F;
-  uint8_t title = 0;  // place in a row of the length of a text behind its fixed bytes
+  uint8_t title = 0;  // place in a row of the length of a text after its fixed bytes
 };
 
 // clang-format off
@@ -59,7 +59,7 @@ class Scan {
       at += size;
     }
   }
-  // A loop with its length in front; the place behind it.
+  // A loop with its length in front; the place after it.
   size_t loop(size_t at, size_t end, std::vector<size_t> lengths) {
     if (at + 2 > end) return end;
     const size_t loop_end = std::min(end, at + 2 + length_at(at));
@@ -150,7 +150,7 @@ void put_row(Bytes& section, const Bytes& row, Random& random) {
   if (structure.count) ++section[structure.count];
 }
 
-// A byte more or less in a descriptor, of which one of its bytes may be a length that is told too.
+// A byte more or less in a descriptor, of which one of its bytes may be a length that is corrected too.
 void resize_descriptor(Bytes& section, const Part& descriptor, uint8_t mask, Random& random) {
   const bool more = random.below(2) || descriptor.size < 4;
   const size_t n = more ? 1 + random.below(8) : 1 + random.below(std::min<size_t>(descriptor.size - 3, 8));

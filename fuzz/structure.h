@@ -33,7 +33,7 @@ Structure structure_of(const Bytes& section);
 void repair(Bytes& section);
 
 // One change. Most keep all lengths right: a descriptor, row or byte comes, goes, moves or is doubled, and
-// every length around it is told. The others make one length, tag or table id wrong.
+// every length around it is corrected. The others make one length, tag or table id wrong.
 void mutate_structure(Bytes& section, uint32_t seed);
 // A descriptor or row of `other` comes into `section`, which keeps its lengths right.
 void splice(Bytes& section, const Bytes& other, uint32_t seed);

@@ -3,7 +3,7 @@
 
 #include "fuzz/structure.h"
 
-#include "fuzz/accessors.h"
+#include "fuzz/tables.h"
 
 #include <filesystem>
 #include <fstream>
@@ -16,10 +16,12 @@ using namespace quillon::fuzz;
 namespace {
 
 bool parses(const Bytes& section) {
-  const auto table = classes_of(section[0]).front()();
+  const auto classes = elements_for(section[0]);
+  if (classes.empty()) return false;
+  const auto table = quillon::AnyTable::for_element(classes.front());
   table->set_tolerant(true);
   try {
-    table->parse(section, false);
+    table->Parse(section.data(), section.size(), false);
     return true;
   } catch (const quillon::error&) {
     return false;
@@ -56,8 +58,7 @@ int main(int argc, char** argv) {
       mutate_structure(made, seed);
       repair(made);
       ++mutated;
-      const auto classes = classes_of(made[0]);
-      whole += !classes.empty() && parses(made);
+      whole += parses(made);
     }
   std::cout << spliced << " spliced, " << grown << " of them longer, " << wrong << " refused; " << mutated
             << " mutated, " << whole << " accepted\n";

@@ -14,10 +14,10 @@ void demux(const uint8_t* data, size_t size);
 // One section: length and CRC are repaired, then it is parsed by the classes of its table id, looked at in
 // every way, whether it was refused or not, saved, loaded, looked at again, and parsed a second time.
 void section(const uint8_t* data, size_t size);
-// The same section strictly and tolerantly, with and without kept bytes, with and without bytes behind it:
+// The same section strictly and tolerantly, with and without kept bytes, with and without bytes after it:
 // all give the same. What is saved, loaded and saved stays the same when that is done again.
 void agreement(const uint8_t* data, size_t size);
-// One descriptor of each family by its tag, with the rest of the bytes behind it.
+// One descriptor of each family by its tag, with the rest of the bytes after it.
 void descriptor(const uint8_t* data, size_t size);
 // XML text through Document into the ParseDOM of the table that its root names.
 void document(const uint8_t* data, size_t size);

@@ -23,11 +23,13 @@
 #include <quillon/atsc/tvct.h>
 #include <quillon/demux/sources.h>
 #include <quillon/descriptors/dvb_classes.h>
+#include <quillon/faces/field_sink.h>
 #include <quillon/platform/debug_output.h>
 #include <quillon/report/dump.h>
 #include <quillon/report/registries.h>
 #include <quillon/sections/log.h>
 #include <quillon/sections/pat.h>
+#include <quillon/stream/any_table.h>
 #include <quillon/tables/bat.h>
 #include <quillon/tables/cat.h>
 #include <quillon/tables/eit.h>

@@ -1,6 +1,9 @@
 #include "apps/quillon/commands.h"
 
+#include "apps/quillon/field_lines.h"
+#include "apps/quillon/json_fields.h"
 #include "apps/quillon/output.h"
+#include "apps/quillon/packet_source.h"
 #include "apps/quillon/section_input.h"
 #include "apps/quillon/seen_sections.h"
 
@@ -11,9 +14,14 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <unistd.h>
+
+#include <quillon/platform/utf8.h>
+#include <quillon/report/registries.h>
+#include <quillon/xml/document.h>
 
 namespace quillon::app {
 
@@ -80,7 +88,7 @@ class Progress {
 // Runs an input through: finds its PIDs, then hands each section to be shown to `show`, parsed.
 class Run {
  public:
-  using Show = std::function<void(const TableKind&, const Table&)>;
+  using Show = std::function<void(const Section&, const AnyTable&)>;
 
   Run(const Options& options, Show show) : options_(options), show_(std::move(show)) {
     map_.pids.insert(options.pids.begin(), options.pids.end());
@@ -156,20 +164,20 @@ class Run {
   void take(const Section& section) {
     if (!wanted(options_.pids, section.pid) || !wanted(options_.tables, section.table_id())) return;
     const Standard standard = options_.standard.value_or(map_.standard);
-    const TableKind* const kind = kind_of_table_id(section.table_id(), standard);
-    if (!kind || !(options_.all || seen_.add(section))) return;
-    const std::unique_ptr<Table> table = kind->make();
+    const std::unique_ptr<AnyTable> table = AnyTable::for_table_id(section.table_id(), standard);
+    if (!table || !(options_.all || seen_.add(section))) return;
+    table->set_tolerant(true);
     try {
-      table->parse(section.bytes, section.size);
+      table->Parse(section.bytes, section.size, false);
     } catch (const error& e) {
       message(place(section) + text_of(e.what(), e.get_code()));
       return;
     }
-    for (const DescriptorFailure& failure : table->failures())
+    for (const DescriptorFailure& failure : table->get_descriptor_failures())
       message(place(section) + "descriptor " + hex(static_cast<unsigned>(failure.tag), 2) + " at byte " +
               std::to_string(failure.offset) +
               " of the body kept as it is: " + text_of(failure.text, failure.code));
-    show_(*kind, *table);
+    show_(section, *table);
   }
 
   static bool wanted(const std::vector<int>& choice, int value) {
@@ -194,11 +202,14 @@ class Run {
 };
 
 // A table's report on a stream of its own, so that it does not depend on what was shown before.
-void print(const Table& table, bool full) {
+void print(const AnyTable& table, bool full) {
   std::ostringstream text;
-  table.report(text);
-  std::cout << utf8(text.str());
-  if (full) std::cout << table.details();
+  table.dump_state(text);
+  std::cout << platform::to_utf8(0, text.str());
+  if (!full) return;
+  FieldLines lines;
+  table.walk(lines);
+  std::cout << lines.take();
 }
 
 // Runs an action, whose failures become a message and an exit code.
@@ -230,16 +241,32 @@ xml::Document read_document(const std::string& input) {
 }  // namespace
 
 int report(const Options& options) {
-  return guarded(
-      [&] { Run(options, [&](const TableKind&, const Table& table) { print(table, options.full); }).run(); });
+  return guarded([&] {
+    if (options.full) init();
+    Run(options, [&](const Section&, const AnyTable& table) { print(table, options.full); }).run();
+  });
+}
+
+int json(const Options& options) {
+  return guarded([&] {
+    init();
+    JsonFields fields;
+    Run(options, [&](const Section& section, const AnyTable& table) {
+      if (section.pid >= 0) fields.number("pid", section.pid, nullptr);
+      fields.number("packet", static_cast<int64_t>(section.packet), nullptr);
+      fields.text("table", table.element());
+      table.walk(fields);
+      std::cout << fields.take() << '\n';
+    }).run();
+  });
 }
 
 int save_xml(const Options& options, const std::string& output) {
   return guarded([&] {
     xml::Document document;
     void* const root = document.create_root("transport_stream");
-    Run(options, [&](const TableKind& kind, const Table& table) {
-      table.save(document.dom(), document.append_element(root, kind.element));
+    Run(options, [&](const Section&, const AnyTable& table) {
+      table.SaveSection(document.dom(), document.append_element(root, table.element()));
     }).run();
     if (output.empty())
       std::cout << document.to_text();
@@ -259,15 +286,14 @@ int load_xml(const std::string& input) {
       ++number;
       const std::string name = document.name(node);
       const std::string place = name_of(input) + ": element " + std::to_string(number) + ", " + name + ": ";
-      const TableKind* const kind = kind_of_element(name);
-      if (!kind) {
+      const std::unique_ptr<AnyTable> table = AnyTable::for_element(name);
+      if (!table) {
         std::cerr << place << "not the name of a table" << std::endl;
         failed = true;
         continue;
       }
-      const std::unique_ptr<Table> table = kind->make();
       try {
-        table->load(node);
+        table->ParseDOM(node);
       } catch (const error& e) {
         std::cerr << place << text_of(e.what(), e.get_code()) << std::endl;
         failed = true;

@@ -10,8 +10,8 @@
 
 namespace {
 
+using quillon::Standard;
 using quillon::app::Options;
-using quillon::app::Standard;
 
 // What `report` and `xml` have in common.
 void add_input_options(CLI::App& command, Options& options, std::string& standard) {
@@ -45,8 +45,10 @@ int main(int argc, char** argv) {
 
   CLI::App* const report = app.add_subcommand("report", "Print each distinct section as a text report");
   add_input_options(*report, options, standard);
-  report->add_flag("--full", options.full,
-                   "add what reports of ATSC tables leave out: names, texts, descriptors");
+  report->add_flag("--full", options.full, "add all fields of each table, with those that reports leave out");
+
+  CLI::App* const json = app.add_subcommand("json", "Print each distinct section as a line of JSON");
+  add_input_options(*json, options, standard);
 
   CLI::App* const xml = app.add_subcommand("xml", "Write the same sections as one XML document");
   add_input_options(*xml, options, standard);
@@ -74,6 +76,7 @@ int main(int argc, char** argv) {
 
   try {
     if (*report) return quillon::app::report(options);
+    if (*json) return quillon::app::json(options);
     if (*xml) return quillon::app::save_xml(options, output);
     if (*names) return quillon::app::names(kind, id);
     return quillon::app::load_xml(options.input);

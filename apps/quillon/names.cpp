@@ -11,7 +11,6 @@
 #include <iterator>
 #include <string_view>
 
-#include <quillon/platform/code_page.h>
 #include <quillon/platform/utf8.h>
 #include <quillon/report/registries.h>
 
@@ -36,7 +35,7 @@ constexpr Kind kKinds[] = {
     {"private-data", registry_kind::private_data, get_private_data_id, 8},
 };
 
-// Decimal, or hexadecimal behind 0x.
+// Decimal, or hexadecimal after 0x.
 std::optional<uint32_t> number(std::string_view text) {
   int base = 10;
   if (text.starts_with("0x") || text.starts_with("0X")) {
@@ -47,13 +46,6 @@ std::optional<uint32_t> number(std::string_view text) {
   const auto [end, result] = std::from_chars(text.data(), text.data() + text.size(), value, base);
   if (result != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return value;
-}
-
-// The names are in this page, whatever the page of the system is.
-std::string utf8_name(const char* name) {
-  wide_string wide;
-  platform::decode(1252, name, wide);
-  return platform::to_utf8(wide);
 }
 
 int complain(const std::string& text) {
@@ -77,7 +69,7 @@ int names(const std::string& kind_name, const std::optional<std::string>& id) {
     return complain("no registry is called " + kind_name + "; there are " + known);
   }
   const auto print = [&kind](uint32_t value, const char* name) {
-    std::cout << hex(value, kind->digits) << ' ' << utf8_name(name) << '\n';
+    std::cout << hex(value, kind->digits) << ' ' << platform::to_utf8(1252, name) << '\n';
   };
 
   if (!id) {

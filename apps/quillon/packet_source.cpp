@@ -52,7 +52,7 @@ uint8_t* PacketSource::next() {
   }
 }
 
-// Sync bytes a stride apart from `offset` on, at most kConfirmed; 0 if no whole packet stands there.
+// Sync bytes a stride apart from `offset` on, at most kConfirmed; 0 if no whole packet is there.
 size_t PacketSource::confirmations(size_t offset, size_t stride) const {
   if (offset + kPacket > end_) return 0;
   size_t count = 0;

@@ -8,7 +8,7 @@
 namespace quillon::app {
 
 // Whole 188-byte packets out of a byte stream that need not be clean: packets of 188, 192 or 204 bytes,
-// garbage in front of them, between them and behind them. It locks where sync bytes stand a packet apart, and
+// garbage in front of them, between them and after them. It locks where sync bytes are a packet apart, and
 // locks anew after damage.
 class PacketSource {
  public:

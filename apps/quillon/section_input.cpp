@@ -57,13 +57,13 @@ void SectionReader::on_ts_packet(const TSHeader& header, const uint8_t*) {
 
 void SectionReader::on_psi_section(unsigned long key, int size, uint8_t* bytes) {
   const Section section{static_cast<int>(key), packets_, bytes, static_cast<size_t>(size)};
-  const bool known = map_.pids.count(section.pid) > 0;
+  const bool known = map_.pids.contains(section.pid);
   if (!known && (!(bytes[1] & 0x80) || section_crc(bytes, section.size) != good_section_crc)) return;
   learn(section);
   sink_(section);
 }
 
-// What a broken section would tell is not learnt; its failure is reported where it is shown.
+// What a broken section would say is not learnt; its failure is reported where it is shown.
 void SectionReader::learn(const Section& section) {
   try {
     if (section.table_id() == 0x00 && section.pid <= 0) learn_programs(section);

@@ -1,18 +1,13 @@
 #pragma once
 
-#include "apps/quillon/packet_source.h"
-#include "apps/quillon/table_kinds.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <istream>
-#include <memory>
 #include <set>
-#include <string>
 #include <vector>
 
 #include <quillon/demux/sources.h>
+#include <quillon/stream/any_table.h>
 
 namespace quillon::app {
 
@@ -26,7 +21,7 @@ struct Section {
   int table_id() const { return bytes[0]; }
 };
 
-// What the stream itself tells about its PIDs.
+// What the stream itself says about its PIDs.
 struct StreamMap {
   std::set<int> pids;              // known to carry sections worth a look
   std::set<int> map_pids_missing;  // of programs whose map has not been met
@@ -75,7 +70,7 @@ class SectionReader : private DemuxPush {
 // True if the bytes, the first of an input, are those of a chain of whole sections without packets around
 // them.
 bool is_section_chain(const std::vector<uint8_t>& bytes);
-// Calls `each(bytes, size)` for the sections of a chain; the bytes left behind the last whole one.
+// Calls `each(bytes, size)` for the sections of a chain; the bytes left after the last whole one.
 size_t walk_section_chain(const std::vector<uint8_t>& bytes,
                           const std::function<void(const uint8_t*, size_t)>& each);
 

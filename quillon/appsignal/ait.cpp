@@ -2,7 +2,9 @@
 
 #include <quillon/appsignal/ait.h>
 #include <quillon/appsignal/ait_classes.h>
-#include <quillon/xml/internal/grammar.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -16,46 +18,31 @@ constexpr const char* kLoopMismatch = "application common descriptors length mis
 void Ait::_parse(ByteView body, bool keep_raw) {
   common_descriptors_length_ = body.bits(0, 3, 12);
   const int common_end = 2 + common_descriptors_length_;
-  if (!walk_descriptors(body, 2, common_end, {body, positions_if(keep_raw), tolerance()}))
-    throw error(error::length_mismatch, kLoopMismatch);
+  const RowContext context{body, keep_raw, tolerance()};
+  if (!parse_descriptors(body, 2, common_end, context)) throw error(error::length_mismatch, kLoopMismatch);
   application_loop_length_ = body.bits(common_end, 3, 12);
   const int begin = common_end + 2;
-  const bool whole = walk(body, begin, begin + application_loop_length_, [&](ByteView row, int left) {
-    int size = 0;
-    applications_.emplace_back(row, left, size, keep_raw, body, tolerance());
-    return size;
-  });
-  if (!whole) throw error(error::length_mismatch, "application length mismatch");
+  if (!read_uneven_rows(applications_, body, begin, application_loop_length_, context))
+    throw error(error::length_mismatch, "application length mismatch");
 }
 
-Ait::Application::Application(ByteView p, int length, int& consumed, bool keep_raw, ByteView base,
-                              DescriptorFailures* failures) {
+Ait::Application::Application(ByteView p, int length, int& consumed, const RowContext& row) {
   if (length < 9) throw error(error::length_mismatch, "application length to small");
   application_identifier_ = ApplicationIdentifier(p);
   application_control_code_ = p[6];
   application_descriptors_loop_length_ = p.bits(7, 3, 12);
   const int end = 9 + application_descriptors_loop_length_;
-  if (!walk_descriptors(p, 9, end, {base, keep_raw ? &descriptor_positions_ : nullptr, failures}))
-    throw error(error::length_mismatch, kLoopMismatch);
+  if (!parse_descriptors(p, 9, end, row)) throw error(error::length_mismatch, kLoopMismatch);
   consumed = end;
 }
 
 const char* Ait::get_application_type_text(int application_type) {
-  switch (application_type) {
-    case 0:
-      return "reserved_future_use";
-    case 1:
-      return "DVB-J application";
-    case 2:
-      return "DVB-HTML application";
-    default:
-      return "subject to registration with DVB";
-  }
+  return detail::application_type_text(application_type);
 }
 
 void Ait::_reset() {
   applications_.clear();
-  store_.clear(detail::ait_family.general_kind());
+  clear_general_descriptors();
 }
 
 void Ait::_dump_state(std::ostream& stream) const {
@@ -73,43 +60,24 @@ void Ait::Application::dump_state(std::ostream& stream) const {
   dump_loop(stream);
 }
 
-bool Ait::_save_section(void* document, void* node) const {
-  xml::Writer out(document, node);
-  out.add("common_descriptors_length", common_descriptors_length_);
-  return out.add("application_loop_length", application_loop_length_) &&
-         xml::save_table_list(document, node, "application_infos", "application_info", applications_,
-                              [](const Application& application, void* doc, void* element) {
-                                return application._save_stream_info(doc, element);
-                              }) &&
-         _save_descriptors(document, node);
+template <class V, class S>
+void Ait::describe(V& v, S& s) {
+  v.more("application_type", s.get_application_type(), detail::application_type_text);
+  v.field("common_descriptors_length", s.common_descriptors_length_);
+  v.field("application_loop_length", s.application_loop_length_);
+  v.rows("application_infos", "application_info", s.applications_);
+  v.descriptors(s);
 }
+QUILLON_TABLE_FACES_OF(Ait)
 
 // Saved documents spell the identifier without its second i.
-bool Ait::Application::_save_stream_info(void* document, void* element) const {
-  xml::Writer out(document, element);
-  out.add("application_control_code", application_control_code_);
-  out.add("application_descriptors_loop_length", application_descriptors_loop_length_);
-  return out.add("application_identifer", application_identifier_.application_identifier_as_text()) &&
-         _save_descriptors(document, element);
+template <class V, class S>
+void Ait::Application::describe(V& v, S& s) {
+  v.field("application_control_code", s.application_control_code_);
+  v.field("application_descriptors_loop_length", s.application_descriptors_loop_length_);
+  v.field("application_identifer", s.application_identifier_);
+  v.descriptors(s);
 }
-
-void Ait::_parse(void* node) {
-  xml::Reader in(node);
-  in.get("common_descriptors_length", common_descriptors_length_);
-  in.get("application_loop_length", application_loop_length_);
-  xml::load_list(node, "application_infos", xml::table_list_failures(),
-                 [this](void* item) { applications_.emplace_back(item); });
-  _parse_descriptors(node);
-}
-
-Ait::Application::Application(void* node) {
-  xml::Reader in(node);
-  in.get("application_control_code", application_control_code_);
-  in.get("application_descriptors_loop_length", application_descriptors_loop_length_);
-  std::string identifier;
-  in.get("application_identifer", identifier);
-  application_identifier_.set_application_identifier_from_text(identifier.c_str());
-  _parse_descriptors(node);
-}
+QUILLON_ROW_FACES_OF(Ait::Application, Application)
 
 }  // namespace quillon

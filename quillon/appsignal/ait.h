@@ -28,10 +28,11 @@ class QUILLON_API Ait : public PsiTableBase, public AitLoop {
   class QUILLON_API Application : public AitLoop {
    public:
     // `length` is what is left of the loop; `consumed` becomes the bytes of the application; positions count
-    // from `base`. Throws error(3, "application length to small") if fewer than nine bytes are left, and
-    // error(3, "application common descriptors length mismatch").
-    Application(ByteView p, int length, int& consumed, bool keep_raw, ByteView base,
-                DescriptorFailures* failures = nullptr);
+    // from `base`. Throws error(error::length_mismatch, "application length to small") if fewer than nine
+    // bytes are left, and error(error::length_mismatch, "application common descriptors length mismatch").
+    Application(ByteView p, int length, int& consumed, bool keep_raw, ByteView base)
+        : Application(p, length, consumed, {base, keep_raw}) {}
+    Application(ByteView p, int length, int& consumed, const RowContext& row);
     explicit Application(void* node);
 
     const ApplicationIdentifier& get_application_identifier() const { return application_identifier_; }
@@ -39,20 +40,22 @@ class QUILLON_API Ait : public PsiTableBase, public AitLoop {
     int get_application_id() const { return application_identifier_.application_id; }
     int get_application_control_code() const { return application_control_code_; }
     int get_application_descriptors_loop_length() const { return application_descriptors_loop_length_; }
-    // Where each descriptor lies in the table's body, if Parse kept the section.
-    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
 
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
    private:
-    std::vector<int> descriptor_positions_;
+    template <class Visitor, class Self>
+    static void describe(Visitor& v, Self& s);
+
     int application_control_code_ = 0;
     int application_descriptors_loop_length_ = 0;
     ApplicationIdentifier application_identifier_;
   };
 
   const char* get_table_id_text() const override { return "ait"; }
+  void walk(FieldSink& sink) const;
 
   int get_application_type() const { return get_context_id(); }
   static const char* get_application_type_text(int application_type);
@@ -60,20 +63,21 @@ class QUILLON_API Ait : public PsiTableBase, public AitLoop {
   int get_common_descriptors_length() const { return common_descriptors_length_; }
   int get_application_loop_length() const { return application_loop_length_; }
   const std::vector<Application>& get_applications() const { return applications_; }
-  // Where each common descriptor lies in the body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
 
  private:
   void _reset() override;
   void _dump_state(std::ostream& stream) const override;
   void _parse(void* node) override;
-  // Throws error(3, "application common descriptors length mismatch") and
-  // error(3, "application length mismatch").
+  // Throws error(error::length_mismatch, "application common descriptors length mismatch") and
+  // error(error::length_mismatch, "application length mismatch").
   void _parse(ByteView body, bool keep_raw) override;
   bool _save_section(void* document, void* node) const override;
   bool is_valid_tablesid() const override { return true; }
   bool is_valid_syntax_indicator(int) const override { return true; }
   bool is_valid_reserved_header(int) const override { return true; }
+
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
 
   int common_descriptors_length_ = 0;
   int application_loop_length_ = 0;

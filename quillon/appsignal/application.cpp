@@ -1,5 +1,6 @@
 #include <quillon/appsignal/application.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -9,19 +10,15 @@ DescriptorAitApplication::DescriptorAitApplication(ByteView d)
     throw error(error::length_mismatch,
                 "application_descriptor: application_profiles_length length mismatch");
   const int end = 3 + application_profiles_length_;
-  application_profiles_.reserve(static_cast<size_t>(application_profiles_length_) / 5);
-  const bool whole = walk(d, 3, end, [this](ByteView at, int) {
-    application_profiles_.emplace_back(at);
-    return 5;
-  });
-  if (!whole) throw error(error::length_mismatch, "application_descriptor: 1");
+  if (!read_rows(application_profiles_, d, 3, application_profiles_length_, 5))
+    throw error(error::length_mismatch, "application_descriptor: 1");
   service_bound_flag_ = d.bits(end, 7, 1);
   visibility_ = d.bits(end, 6, 2);
   application_priority_ = d[end + 1];
   transport_protocol_label_ = d.bytes(end + 2, descriptor_length - application_profiles_length_ - 3);
 }
 
-// The report follows the wire, the document puts the list behind the attributes.
+// The report follows the wire, the document puts the list after the attributes.
 template <class V, class S>
 void DescriptorAitApplication::describe(V& v, S& s) {
   v.field("application_profiles_length", s.application_profiles_length_);
@@ -49,12 +46,8 @@ void DescriptorAitApplication::ApplicationProfile::describe(V& v, S& s) {
 QUILLON_RECORD_FACES_OF(DescriptorAitApplication::ApplicationProfile)
 
 DescriptorAitApplicationName::DescriptorAitApplicationName(ByteView d) : DescriptorAitBase(d) {
-  const bool whole = walk(d, 2, 2 + descriptor_length, [this](ByteView at, int left) {
-    int size = 0;
-    application_name_infos_.emplace_back(at, left, size);
-    return size;
-  });
-  if (!whole) throw error(error::length_mismatch, "application_name_descriptor: 1");
+  if (!read_uneven_rows(application_name_infos_, d, 2, descriptor_length))
+    throw error(error::length_mismatch, "application_name_descriptor: 1");
 }
 
 template <class V, class S>
@@ -65,7 +58,7 @@ QUILLON_FACES_OF(DescriptorAitApplicationName, "application_name_descriptor")
 
 template <class V, class S>
 void DescriptorAitApplicationName::ApplicationNameInfo::describe(V& v, S& s) {
-  if constexpr (V::dump) v.field("ISO_639_language_code", s.iso_639_language_code_);
+  if constexpr (!V::xml) v.field("ISO_639_language_code", s.iso_639_language_code_);
   v.field("application_name_length", s.application_name_length_);
   v.field("application_name", s.application_name_);
   if constexpr (V::xml) v.field("ISO_639_language_code", s.iso_639_language_code_);
@@ -90,11 +83,7 @@ DescriptorAitExternalApplicationAuthorisation::DescriptorAitExternalApplicationA
     : DescriptorAitBase(d) {
   if (descriptor_length % 7 != 0)
     throw error(error::length_mismatch, "external_application_authorisation_descriptor: 1");
-  external_application_authorisation_infos_.reserve(static_cast<size_t>(descriptor_length) / 7);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    external_application_authorisation_infos_.emplace_back(at);
-    return 7;
-  });
+  read_rows(external_application_authorisation_infos_, d, 2, descriptor_length, 7);
 }
 
 template <class V, class S>
@@ -108,7 +97,7 @@ QUILLON_FACES_OF(DescriptorAitExternalApplicationAuthorisation,
 template <class V, class S>
 void DescriptorAitExternalApplicationAuthorisation::AitExternalApplicationAuthorisationInfo::describe(V& v,
                                                                                                       S& s) {
-  if constexpr (V::dump) v.child("application_identifer", s.application_identifier_);
+  if constexpr (!V::xml) v.child("application_identifer", s.application_identifier_);
   v.field("application_priority", s.application_priority_);
   if constexpr (V::xml) v.child("application_identifer", s.application_identifier_);
 }

@@ -1,11 +1,11 @@
 #include <quillon/appsignal/dvb_html.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
 namespace {
 
-// Reads the first string and returns what stands behind it.
+// Reads the first string and returns what follows it.
 std::string_view read_strings(ByteView d, int descriptor_length, LengthPrefixedString& first) {
   int size = 0;
   first = LengthPrefixedString(d.from(2), descriptor_length, size);
@@ -22,7 +22,7 @@ template <class V, class S>
 void DescriptorDVB_HTML_Application::describe(V& v, S& s) {
   if constexpr (V::dump) s.application_id_.dump_state("application_id", v.stream());
   v.field("parameter", s.parameter_);
-  if constexpr (V::xml) v.child("application_id", s.application_id_);
+  if constexpr (!V::dump) v.child("application_id", s.application_id_);
 }
 QUILLON_FACES_OF(DescriptorDVB_HTML_Application, "DVB-HTML_application_descriptor")
 
@@ -35,7 +35,7 @@ template <class V, class S>
 void DescriptorDVB_HTML_ApplicationLocation::describe(V& v, S& s) {
   if constexpr (V::dump) s.physical_root_.dump_state("physical_root", v.stream());
   v.field("initial_path", s.initial_path_);
-  if constexpr (V::xml) v.child("physical_root", s.physical_root_);
+  if constexpr (!V::dump) v.child("physical_root", s.physical_root_);
 }
 QUILLON_FACES_OF(DescriptorDVB_HTML_ApplicationLocation, "DVB-HTML_application_location")
 
@@ -48,7 +48,7 @@ template <class V, class S>
 void DescriptorDVB_HTML_ApplicationLocationBoundary::describe(V& v, S& s) {
   if constexpr (V::dump) s.label_.dump_state("label", v.stream());
   v.field("regular_expression", s.regular_expression_);
-  if constexpr (V::xml) v.child("label", s.label_);
+  if constexpr (!V::dump) v.child("label", s.label_);
 }
 QUILLON_FACES_OF(DescriptorDVB_HTML_ApplicationLocationBoundary, "DVB-HTML_application_boundary")
 

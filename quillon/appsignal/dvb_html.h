@@ -13,8 +13,8 @@ class QUILLON_API DescriptorDVB_HTML_Application final : public DescriptorAitBas
   DescriptorDVB_HTML_Application() = default;
   explicit DescriptorDVB_HTML_Application(ByteView d);
 
-  QUILLON_FIELD(LengthPrefixedString, application_id);
-  QUILLON_FIELD(std::string, parameter);
+  QUILLON_FIELD(LengthPrefixedString, application_id, get_application_id);
+  QUILLON_FIELD(std::string, parameter, get_parameter);
 
   QUILLON_FACES();
 };
@@ -25,8 +25,8 @@ class QUILLON_API DescriptorDVB_HTML_ApplicationLocation final : public Descript
   DescriptorDVB_HTML_ApplicationLocation() = default;
   explicit DescriptorDVB_HTML_ApplicationLocation(ByteView d);
 
-  QUILLON_FIELD(LengthPrefixedString, physical_root);
-  QUILLON_FIELD(std::string, initial_path);
+  QUILLON_FIELD(LengthPrefixedString, physical_root, get_physical_root);
+  QUILLON_FIELD(std::string, initial_path, get_initial_path);
 
   QUILLON_FACES();
 };
@@ -37,8 +37,8 @@ class QUILLON_API DescriptorDVB_HTML_ApplicationLocationBoundary final : public 
   DescriptorDVB_HTML_ApplicationLocationBoundary() = default;
   explicit DescriptorDVB_HTML_ApplicationLocationBoundary(ByteView d);
 
-  QUILLON_FIELD(LengthPrefixedString, label);
-  QUILLON_FIELD(std::string, regular_expression);
+  QUILLON_FIELD(LengthPrefixedString, label, get_label);
+  QUILLON_FIELD(std::string, regular_expression, get_regular_expression);
 
   QUILLON_FACES();
 };

@@ -1,14 +1,11 @@
 #include <quillon/appsignal/dvb_j.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorDVB_J_Application::DescriptorDVB_J_Application(ByteView d) : DescriptorAitBase(d) {
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int left) {
-    int size = 0;
-    parameter_infos_.emplace_back(at, left, size);
-    return size;
-  });
+  read_uneven_rows(parameter_infos_, d, 2, descriptor_length);
 }
 
 template <class V, class S>
@@ -39,7 +36,7 @@ void DescriptorDVB_J_ApplicationLocation::describe(V& v, S& s) {
     s.classpath_extension_.dump_state("classpath_extension", v.stream());
   }
   v.field("initial_class", s.initial_class_);
-  if constexpr (V::xml) {
+  if constexpr (!V::dump) {
     v.child("base_directory", s.base_directory_);
     v.child("classpath_extension", s.classpath_extension_);
   }

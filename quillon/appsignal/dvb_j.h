@@ -12,7 +12,7 @@ class QUILLON_API DescriptorDVB_J_Application final : public DescriptorAitBase {
   // A parameter that runs past the descriptor is read on to the end of the section.
   explicit DescriptorDVB_J_Application(ByteView d);
 
-  QUILLON_FIELD(std::vector<LengthPrefixedString>, parameter_infos);
+  QUILLON_FIELD(std::vector<LengthPrefixedString>, parameter_infos, get_parameter_infos);
 
   QUILLON_FACES(parameter_infos_);
 };
@@ -23,9 +23,9 @@ class QUILLON_API DescriptorDVB_J_ApplicationLocation final : public DescriptorA
   DescriptorDVB_J_ApplicationLocation() = default;
   explicit DescriptorDVB_J_ApplicationLocation(ByteView d);
 
-  QUILLON_FIELD(LengthPrefixedString, base_directory);
-  QUILLON_FIELD(LengthPrefixedString, classpath_extension);
-  QUILLON_FIELD(std::string, initial_class);
+  QUILLON_FIELD(LengthPrefixedString, base_directory, get_base_directory);
+  QUILLON_FIELD(LengthPrefixedString, classpath_extension, get_classpath_extension);
+  QUILLON_FIELD(std::string, initial_class, get_initial_class);
 
   QUILLON_FACES();
 };

@@ -1,6 +1,7 @@
 #include <quillon/appsignal/int.h>
 #include <quillon/appsignal/int_classes.h>
-#include <quillon/xml/internal/grammar.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -11,67 +12,52 @@ void Int::_parse(ByteView body, bool keep_raw) {
   processing_order_ = body[3];
   platform_descriptor_loop_length_ = body.bits(4, 3, 12);
   const int platform_end = 6 + platform_descriptor_loop_length_;
-  if (!walk_descriptors(body, 6, platform_end, {body, positions_if(keep_raw), tolerance()}))
+  const RowContext context{body, keep_raw, tolerance()};
+  if (!parse_descriptors(body, 6, platform_end, context))
     throw error("Int platform_descriptor_loop() descriptor start end mismatch");
-  const bool whole = walk(body, platform_end, body_size(), [&](ByteView pair, int left) {
-    int size = left;
-    targetoperationaldescriptors_.emplace_back(pair, size, keep_raw, body, tolerance());
-    return size;
-  });
-  if (!whole) throw error("descriptor start end mismatch");
+  if (!read_uneven_rows(targetoperationaldescriptors_, body, platform_end, body_size() - platform_end,
+                        context))
+    throw error("descriptor start end mismatch");
 }
 
-Int::TargetOperationalDescriptors::TargetOperationalDescriptors(ByteView p, int& length, bool keep_raw,
-                                                                ByteView body, DescriptorFailures* failures) {
+Int::TargetOperationalDescriptors::TargetOperationalDescriptors(ByteView p, int& length,
+                                                                const RowContext& row) {
   int target_size = 0;
   int operational_size = 0;
-  target_descriptor_loop_.Parse(p, target_size, keep_raw, body, failures);
-  operational_descriptor_loop_.Parse(p.from(target_size), operational_size, keep_raw, body, failures);
+  target_descriptor_loop_.Parse(p, target_size, row);
+  operational_descriptor_loop_.Parse(p.from(target_size), operational_size, row);
   length = target_size + operational_size;
 }
 
-void Int::TargetDescriptorLoop::Parse(ByteView p, int& consumed, bool keep_raw, ByteView body,
-                                      DescriptorFailures* failures) {
-  parse(p, consumed, keep_raw, body, failures, "Int target_descriptor_loop() descriptor start end mismatch");
+void Int::TargetDescriptorLoop::Parse(ByteView p, int& consumed, const RowContext& row) {
+  parse(p, consumed, row, "Int target_descriptor_loop() descriptor start end mismatch");
 }
 
-void Int::OperationalDescriptorLoop::Parse(ByteView p, int& consumed, bool keep_raw, ByteView body,
-                                           DescriptorFailures* failures) {
-  parse(p, consumed, keep_raw, body, failures,
-        "Int operational_descriptor_loop() descriptor start end mismatch");
+void Int::OperationalDescriptorLoop::Parse(ByteView p, int& consumed, const RowContext& row) {
+  parse(p, consumed, row, "Int operational_descriptor_loop() descriptor start end mismatch");
 }
 
-void Int::LoopOfPair::parse(ByteView p, int& consumed, bool keep_raw, ByteView body,
-                            DescriptorFailures* failures, const char* mismatch) {
+void Int::LoopOfPair::parse(ByteView p, int& consumed, const RowContext& row, const char* mismatch) {
   loop_length_ = p.bits(0, 3, 12);
   const int end = 2 + loop_length_;
-  const size_t known = descriptor_positions_.size();
-  const bool whole =
-      walk_descriptors(p, 2, end, {body, keep_raw ? &descriptor_positions_ : nullptr, failures});
-  // The walk counts from the body, as the failures do.
-  for (size_t i = known; i < descriptor_positions_.size(); ++i)
-    descriptor_positions_[i] -= static_cast<int>(p.offset_from(body));
+  const size_t known = get_descriptor_pos().size();
+  const bool whole = parse_descriptors(p, 2, end, row);
+  shift_positions(known, static_cast<int>(p.offset_from(row.body)));
   if (!whole) throw error(mismatch);
   consumed = end;
 }
 
-template <class Self, class Field>
-void Int::each_attribute(Self& self, Field&& field) {
-  field("action_type", self.action_type_);
-  field("platform_id_hash", self.platform_id_hash_);
-  field("platform_id", self.platform_id_);
-  field("processing_order", self.processing_order_);
-  field("platform_descriptor_loop_length", self.platform_descriptor_loop_length_);
+template <class V, class S>
+void Int::describe(V& v, S& s) {
+  v.field("action_type", s.action_type_);
+  v.field("platform_id_hash", s.platform_id_hash_);
+  v.field("platform_id", s.platform_id_);
+  v.field("processing_order", s.processing_order_);
+  v.field("platform_descriptor_loop_length", s.platform_descriptor_loop_length_);
+  v.list("targetoperationaldescriptors", "targetoperationaldescriptors", s.targetoperationaldescriptors_);
+  v.descriptors(s);
 }
-
-bool Int::_save_section(void* document, void* node) const {
-  xml::Writer out(document, node);
-  each_attribute(*this, [&](const char* name, int value) { out.add(name, value); });
-  return out.ok() &&
-         xml::save_list(document, node, "targetoperationaldescriptors", "targetoperationaldescriptors",
-                        targetoperationaldescriptors_) &&
-         _save_descriptors(document, node);
-}
+QUILLON_TABLE_FACES_OF(Int)
 
 bool Int::TargetOperationalDescriptors::SaveSection(void* document, void* element) const {
   const xml::Writer held(document, element);
@@ -83,30 +69,6 @@ bool Int::TargetOperationalDescriptors::SaveSection(void* document, void* elemen
   };
   return save_child("targetdescriptorloop", target_descriptor_loop_) &&
          save_child("operationaldescriptorloop", operational_descriptor_loop_);
-}
-
-bool Int::LoopOfPair::save(void* document, void* element, const char* length_name) const {
-  xml::Writer out(document, element);
-  return out.add(length_name, loop_length_) && _save_descriptors(document, element);
-}
-
-bool Int::TargetDescriptorLoop::SaveSection(void* document, void* element) const {
-  return save(document, element, "target_descriptor_loop_length");
-}
-bool Int::OperationalDescriptorLoop::SaveSection(void* document, void* element) const {
-  return save(document, element, "operational_descriptor_loop_length");
-}
-
-void Int::_parse(void* node) {
-  xml::Reader in(node);
-  each_attribute(*this, [&](const char* name, int& field) { in.get(name, field); });
-  xml::load_list(node, "targetoperationaldescriptors", xml::list_failures("targetoperationaldescriptors"),
-                 [this](void* item) {
-                   TargetOperationalDescriptors pair;
-                   pair.Parse(item);
-                   targetoperationaldescriptors_.push_back(std::move(pair));
-                 });
-  _parse_descriptors(node);
 }
 
 void Int::TargetOperationalDescriptors::Parse(void* node) {
@@ -121,17 +83,24 @@ void Int::TargetOperationalDescriptors::Parse(void* node) {
   load_child("operationaldescriptorloop", operational_descriptor_loop_);
 }
 
-void Int::LoopOfPair::load(void* node, const char* length_name) {
-  xml::Reader in(node);
-  in.get(length_name, loop_length_);
-  _parse_descriptors(node);
+void Int::TargetOperationalDescriptors::walk(FieldSink& sink) const {
+  faces::Walk v(sink);
+  v.child("targetdescriptorloop", target_descriptor_loop_);
+  v.child("operationaldescriptorloop", operational_descriptor_loop_);
 }
 
-void Int::TargetDescriptorLoop::Parse(void* node) {
-  load(node, "target_descriptor_loop_length");
+template <class V, class S>
+void Int::TargetDescriptorLoop::describe(V& v, S& s) {
+  v.field("target_descriptor_loop_length", s.loop_length_);
+  v.descriptors(s);
 }
-void Int::OperationalDescriptorLoop::Parse(void* node) {
-  load(node, "operational_descriptor_loop_length");
+QUILLON_XML_RECORD_FACES_OF(Int::TargetDescriptorLoop)
+
+template <class V, class S>
+void Int::OperationalDescriptorLoop::describe(V& v, S& s) {
+  v.field("operational_descriptor_loop_length", s.loop_length_);
+  v.descriptors(s);
 }
+QUILLON_XML_RECORD_FACES_OF(Int::OperationalDescriptorLoop)
 
 }  // namespace quillon

@@ -18,22 +18,13 @@ namespace quillon {
 // reset leaves everything as it is, and a second parse adds to it.
 class QUILLON_API Int : public PsiTableBase, public IntLoop {
  protected:
-  // What both loops of a pair have: a reserved nibble, the length in 12 bits, the descriptors.
+  // What both loops of a pair have: a reserved nibble, the length in 12 bits, the descriptors. Their
+  // positions count from the loop's first byte.
   class QUILLON_API LoopOfPair : public IntLoop {
-   public:
-    // Where each descriptor lies, counted from the loop's first byte, if Parse kept the section.
-    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
-
    protected:
-    void parse(ByteView p, int& consumed, bool keep_raw, ByteView body, DescriptorFailures* failures,
-               const char* mismatch);
-    bool save(void* document, void* element, const char* length_name) const;
-    void load(void* node, const char* length_name);
+    void parse(ByteView p, int& consumed, const RowContext& row, const char* mismatch);
 
     int loop_length_ = 0;
-
-   private:
-    std::vector<int> descriptor_positions_;
   };
 
  public:
@@ -42,13 +33,17 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
    public:
     // `consumed` becomes the bytes of the loop. Throws
     // error("Int target_descriptor_loop() descriptor start end mismatch").
-    void Parse(ByteView p, int& consumed, bool keep_raw) { Parse(p, consumed, keep_raw, p, nullptr); }
-    // `failures` count from `body`.
-    void Parse(ByteView p, int& consumed, bool keep_raw, ByteView body, DescriptorFailures* failures);
+    void Parse(ByteView p, int& consumed, bool keep_raw) { Parse(p, consumed, {p, keep_raw}); }
+    void Parse(ByteView p, int& consumed, const RowContext& row);
     void Parse(void* node);
     bool SaveSection(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
     int get_target_descriptor_loop_length() const { return loop_length_; }
+
+   private:
+    template <class Visitor, class Self>
+    static void describe(Visitor& v, Self& s);
   };
 
   // What is done for them.
@@ -56,13 +51,17 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
    public:
     // `consumed` becomes the bytes of the loop. Throws
     // error("Int operational_descriptor_loop() descriptor start end mismatch").
-    void Parse(ByteView p, int& consumed, bool keep_raw) { Parse(p, consumed, keep_raw, p, nullptr); }
-    // `failures` count from `body`.
-    void Parse(ByteView p, int& consumed, bool keep_raw, ByteView body, DescriptorFailures* failures);
+    void Parse(ByteView p, int& consumed, bool keep_raw) { Parse(p, consumed, {p, keep_raw}); }
+    void Parse(ByteView p, int& consumed, const RowContext& row);
     void Parse(void* node);
     bool SaveSection(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
     int get_operational_descriptor_loop_length() const { return loop_length_; }
+
+   private:
+    template <class Visitor, class Self>
+    static void describe(Visitor& v, Self& s);
   };
 
   class QUILLON_API TargetOperationalDescriptors {
@@ -70,10 +69,8 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
     TargetOperationalDescriptors() = default;
     // `length` becomes the bytes of both loops.
     TargetOperationalDescriptors(ByteView p, int& length, bool keep_raw)
-        : TargetOperationalDescriptors(p, length, keep_raw, p, nullptr) {}
-    // `failures` count from `body`.
-    TargetOperationalDescriptors(ByteView p, int& length, bool keep_raw, ByteView body,
-                                 DescriptorFailures* failures);
+        : TargetOperationalDescriptors(p, length, {p, keep_raw}) {}
+    TargetOperationalDescriptors(ByteView p, int& length, const RowContext& row);
 
     const TargetDescriptorLoop& get_target_descriptor_loop() const { return target_descriptor_loop_; }
     const OperationalDescriptorLoop& get_operational_descriptor_loop() const {
@@ -87,6 +84,7 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
     // Throws error("failed"), error("failed to get targetdescriptorloop") and
     // error("failed to get operationaldescriptorloop").
     void Parse(void* node);
+    void walk(FieldSink& sink) const;
 
    private:
     TargetDescriptorLoop target_descriptor_loop_;
@@ -94,6 +92,7 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
   };
 
   const char* get_table_id_text() const override { return "int"; }
+  void walk(FieldSink& sink) const;
 
   int get_action_type() const { return action_type_; }
   int get_platform_id_hash() const { return platform_id_hash_; }
@@ -103,13 +102,8 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
   const std::vector<TargetOperationalDescriptors>& get_targetoperationaldescriptors() const {
     return targetoperationaldescriptors_;
   }
-  // Where each descriptor of the platform lies in the body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
 
  private:
-  template <class Self, class Field>
-  static void each_attribute(Self& self, Field&& field);
-
   void _reset() override {}
   void _dump_state(std::ostream&) const override {}
   void _parse(void* node) override;
@@ -120,6 +114,9 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
   bool is_valid_tablesid() const override { return true; }
   bool is_valid_syntax_indicator(int) const override { return true; }
   bool is_valid_reserved_header(int) const override { return true; }
+
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
 
   int action_type_ = 0;
   int platform_id_hash_ = 0;

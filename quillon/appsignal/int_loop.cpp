@@ -4,38 +4,19 @@
 
 namespace quillon {
 
-namespace detail {
+using namespace detail;
 
-// The table's own 14 kinds are saved in place of the 19 of MPEG-2, in front of those of DVB.
-constinit const Family int_family = make_family(
-    {
-#define QUILLON_KIND(tag, Class, accessor, element, rank) {tag, element, element, &vector_ops<Class>, rank},
-#include <quillon/appsignal/int_kinds.inc>
-#undef QUILLON_KIND
-#define QUILLON_KIND(tag, Class, accessor, element, rank) \
-  {tag, element, element, &vector_ops<Class>, rank - 19 + 14},
-#include <quillon/descriptors/dvb_kinds.inc>
-#undef QUILLON_KIND
-        {-1, "general_descriptor", "general_descriptor", &vector_ops<DescriptorGeneral>, 75},
-        {-1, "user_private_descriptor", "user_private_descriptor", &vector_ops<DescriptorGeneral>, 76},
-    },
+constinit const Family IntLoop::family = make_family(
+    {QUILLON_INT_KINDS(QUILLON_KIND_ROW) QUILLON_DVB_KINDS(QUILLON_KIND_ROW) QUILLON_GENERAL_ROW(true),
+     QUILLON_USER_PRIVATE_ROW(true)},
     false);
 
-}  // namespace detail
-
-#define QUILLON_KIND(tag, Class, accessor, element, rank)           \
-  const std::vector<Class>& IntLoop::get_##accessor() const {       \
-    return store_.get<Class>(detail::int_family.kind_for_tag(tag)); \
+#define QUILLON_BODY(tag, Class, accessor, element)           \
+  const std::vector<Class>& IntLoop::get_##accessor() const { \
+    return vector_of<Class>(tag);                             \
   }
-#include <quillon/appsignal/int_kinds.inc>
-#include <quillon/descriptors/dvb_kinds.inc>
-#undef QUILLON_KIND
-
-const std::vector<DescriptorGeneral>& IntLoop::get_general_descriptors() const {
-  return store_.get<DescriptorGeneral>(detail::int_family.general_kind());
-}
-const std::vector<DescriptorGeneral>& IntLoop::get_user_private_descriptors() const {
-  return store_.get<DescriptorGeneral>(detail::int_family.user_private_kind());
-}
+QUILLON_INT_KINDS(QUILLON_BODY)
+QUILLON_DVB_KINDS(QUILLON_BODY)
+#undef QUILLON_BODY
 
 }  // namespace quillon

@@ -1,5 +1,5 @@
 #include <quillon/appsignal/platform_name.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 

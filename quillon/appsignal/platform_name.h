@@ -16,8 +16,8 @@ class QUILLON_API DescriptorIntIPMACPlatformName final : public DescriptorIntBas
     iso_639_language_code_.parse(d.from(2));
   }
 
-  QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code);
-  QUILLON_FIELD(Text, text_char);
+  QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code, get_iso_639_language_code);
+  QUILLON_FIELD(Text, text_char, get_text_char);
 
   QUILLON_FACES();
 };
@@ -31,8 +31,8 @@ class QUILLON_API DescriptorIntIPMACPlatformProviderName final : public Descript
     iso_639_language_code_.parse(d.from(2));
   }
 
-  QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code);
-  QUILLON_FIELD(Text, text_char);
+  QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code, get_iso_639_language_code);
+  QUILLON_FIELD(Text, text_char, get_text_char);
 
   QUILLON_FACES();
 };

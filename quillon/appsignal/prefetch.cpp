@@ -1,16 +1,13 @@
 #include <quillon/appsignal/prefetch.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorAitPreFetch::DescriptorAitPreFetch(ByteView d)
     : DescriptorAitBase(d), transport_protocol_label_(d[2]) {
-  const bool whole = walk(d, 3, 3 + descriptor_length, [this](ByteView at, int left) {
-    int size = 0;
-    prefetch_info_.emplace_back(at, left, size);
-    return size;
-  });
-  if (!whole) throw error(error::length_mismatch, "prefetch_descriptor: 1");
+  if (!read_uneven_rows(prefetch_info_, d, 3, descriptor_length))
+    throw error(error::length_mismatch, "prefetch_descriptor: 1");
 }
 
 template <class V, class S>

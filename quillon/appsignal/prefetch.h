@@ -16,22 +16,22 @@ class QUILLON_API DescriptorAitPreFetch final : public DescriptorAitBase {
       consumed = 1 + label_length_;
     }
 
-    QUILLON_FIELD(int, label_length);
-    QUILLON_FIELD(std::string, label);
+    QUILLON_FIELD(int, label_length, get_label_length);
+    QUILLON_FIELD(std::string, label, get_label);
     // Not read from the wire, where its byte begins the next row. Kept: readers of reports and saved
     // documents rely on it.
-    QUILLON_FIELD(int, prefetch_priority);
+    QUILLON_FIELD(int, prefetch_priority, get_prefetch_priority);
 
     QUILLON_RECORD_FACES;
   };
 
   DescriptorAitPreFetch() = default;
-  // Throws error(3, "prefetch_descriptor: 1") unless the last row ends one byte behind the descriptor: the
-  // rows are given the whole length, though the label has taken a byte of it.
+  // Throws error(error::length_mismatch, "prefetch_descriptor: 1") unless the last row ends one byte past the
+  // descriptor: the rows are given the whole length, though the label has taken a byte of it.
   explicit DescriptorAitPreFetch(ByteView d);
 
-  QUILLON_FIELD(int, transport_protocol_label);
-  QUILLON_FIELD(std::vector<PreFetchInfo>, prefetch_info);
+  QUILLON_FIELD(int, transport_protocol_label, get_transport_protocol_label);
+  QUILLON_FIELD(std::vector<PreFetchInfo>, prefetch_info, get_prefetch_info);
 
   QUILLON_FACES(prefetch_info_);
 };
@@ -45,20 +45,20 @@ class QUILLON_API DescriptorAitDIILocation final : public DescriptorAitBase {
     explicit DIILocationInfo(ByteView p)
         : dii_identification_(p.bits(0, 6, 15)), association_tag_(p.u16(2)) {}
 
-    QUILLON_FIELD(int, dii_identification);  // 15 bits
-    QUILLON_FIELD(int, association_tag);
+    QUILLON_FIELD(int, dii_identification, get_dii_identification);  // 15 bits
+    QUILLON_FIELD(int, association_tag, get_association_tag);
 
     QUILLON_RECORD_FACES;
   };
 
   DescriptorAitDIILocation() = default;
-  // Throws error(3, "dii_location_descriptor: 1") unless the length is a multiple of 4, though the label
-  // takes a byte of it. Each row is read from the descriptor's first byte, so that all are equal. Both kept:
-  // readers of saved documents rely on them.
+  // Throws error(error::length_mismatch, "dii_location_descriptor: 1") unless the length is a multiple of 4,
+  // though the label takes a byte of it. Each row is read from the descriptor's first byte, so that all are
+  // equal. Both kept: readers of saved documents rely on them.
   explicit DescriptorAitDIILocation(ByteView d);
 
-  QUILLON_FIELD(int, transport_protocol_label);
-  QUILLON_FIELD(std::vector<DIILocationInfo>, dii_location_infos);
+  QUILLON_FIELD(int, transport_protocol_label, get_transport_protocol_label);
+  QUILLON_FIELD(std::vector<DIILocationInfo>, dii_location_infos, get_dii_location_infos);
 
   QUILLON_FACES(dii_location_infos_);
 };

@@ -1,15 +1,12 @@
 #include <quillon/appsignal/routing.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorAitRoutingIPv4::DescriptorAitRoutingIPv4(ByteView d) : DescriptorAitBase(d) {
   if (descriptor_length % 11 != 0) throw error(error::length_mismatch, "routing_ipv4_descriptor: 1");
-  routing_ipv4_infos_.reserve(static_cast<size_t>(descriptor_length) / 11);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    routing_ipv4_infos_.emplace_back(at);
-    return 11;
-  });
+  read_rows(routing_ipv4_infos_, d, 2, descriptor_length, 11);
 }
 
 template <class V, class S>
@@ -29,11 +26,7 @@ QUILLON_RECORD_FACES_OF(DescriptorAitRoutingIPv4::RoutingIPv4Info)
 
 DescriptorAitRoutingIPv6::DescriptorAitRoutingIPv6(ByteView d) : DescriptorAitBase(d) {
   if (descriptor_length % 35 != 0) throw error(error::length_mismatch, "routing_ipv4_descriptor: 1");
-  routing_ipv6_infos_.reserve(static_cast<size_t>(descriptor_length) / 35);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    routing_ipv6_infos_.emplace_back(at);
-    return 35;
-  });
+  read_rows(routing_ipv6_infos_, d, 2, descriptor_length, 35);
 }
 
 template <class V, class S>
@@ -51,13 +44,15 @@ bool DescriptorAitRoutingIPv6::RoutingIPv6Info::SaveSection(void* document, void
   return true;
 }
 
-void DescriptorAitRoutingIPv6::RoutingIPv6Info::Parse(void* node) {
-  xml::Reader in(node);
-  in.get("component_tag", component_tag_);
-  in.get("address", address_);
-  in.get("port_number", port_number_);
-  in.get("address_mask", address_mask_);
+template <class V, class S>
+void DescriptorAitRoutingIPv6::RoutingIPv6Info::describe(V& v, S& s) {
+  v.field("component_tag", s.component_tag_);
+  v.field("address", s.address_);
+  v.field("port_number", s.port_number_);
+  v.field("address_mask", s.address_mask_);
 }
+QUILLON_LOAD_OF(void DescriptorAitRoutingIPv6::RoutingIPv6Info::Parse)
+QUILLON_WALK_OF(DescriptorAitRoutingIPv6::RoutingIPv6Info)
 
 void DescriptorAitRoutingIPv6::RoutingIPv6Info::dump_state(std::ostream& stream) const {
   stream << "component_tag: " << component_tag_ << std::endl;

@@ -14,19 +14,19 @@ class QUILLON_API DescriptorAitRoutingIPv4 final : public DescriptorAitBase {
     explicit RoutingIPv4Info(ByteView p)
         : component_tag_(p[0]), address_(p.u32(1)), port_number_(p.u16(5)), address_mask_(p.u32(7)) {}
 
-    QUILLON_FIELD(int, component_tag);
-    QUILLON_FIELD(uint32_t, address);
-    QUILLON_FIELD(int, port_number);
-    QUILLON_FIELD(uint32_t, address_mask);
+    QUILLON_FIELD(int, component_tag, get_component_tag);
+    QUILLON_FIELD(uint32_t, address, get_address);
+    QUILLON_FIELD(int, port_number, get_port_number);
+    QUILLON_FIELD(uint32_t, address_mask, get_address_mask);
 
     QUILLON_RECORD_FACES;
   };
 
   DescriptorAitRoutingIPv4() = default;
-  // Throws error(3, "routing_ipv4_descriptor: 1") unless the length is a multiple of 11.
+  // Throws error(error::length_mismatch, "routing_ipv4_descriptor: 1") unless the length is a multiple of 11.
   explicit DescriptorAitRoutingIPv4(ByteView d);
 
-  QUILLON_FIELD(std::vector<RoutingIPv4Info>, routing_ipv4_infos);
+  QUILLON_FIELD(std::vector<RoutingIPv4Info>, routing_ipv4_infos, get_routing_ipv4_infos);
 
   QUILLON_FACES(routing_ipv4_infos_);
 };
@@ -55,6 +55,8 @@ class QUILLON_API DescriptorAitRoutingIPv6 final : public DescriptorAitBase {
     // Throws error("failed").
     void Parse(void* node);
 
+    QUILLON_WALK;
+
    private:
     int component_tag_ = 0;
     IPv6Address address_;
@@ -63,10 +65,10 @@ class QUILLON_API DescriptorAitRoutingIPv6 final : public DescriptorAitBase {
   };
 
   DescriptorAitRoutingIPv6() = default;
-  // Throws error(3, "routing_ipv4_descriptor: 1") unless the length is a multiple of 35.
+  // Throws error(error::length_mismatch, "routing_ipv4_descriptor: 1") unless the length is a multiple of 35.
   explicit DescriptorAitRoutingIPv6(ByteView d);
 
-  QUILLON_FIELD(std::vector<RoutingIPv6Info>, routing_ipv6_infos);
+  QUILLON_FIELD(std::vector<RoutingIPv6Info>, routing_ipv6_infos, get_routing_ipv6_infos);
 
   QUILLON_FACES(routing_ipv6_infos_);
 };

@@ -1,11 +1,11 @@
 #include <quillon/appsignal/internal/row_list.h>
 #include <quillon/appsignal/slash.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
 DescriptorIntTargetIPSlash::DescriptorIntTargetIPSlash(ByteView d) : DescriptorIntBase(d) {
-  detail::read_rows(slash_, d, 0, 5);
+  detail::read_whole_rows(slash_, d, 0, 5);
 }
 
 template <class V, class S>
@@ -22,7 +22,7 @@ void DescriptorIntTargetIPSlash::IPSlash::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetIPSlash::IPSlash)
 
 DescriptorIntTargetIPSourceSlash::DescriptorIntTargetIPSourceSlash(ByteView d) : DescriptorIntBase(d) {
-  detail::read_rows(slash_, d, 0, 8);
+  detail::read_whole_rows(slash_, d, 0, 8);
 }
 
 template <class V, class S>
@@ -41,7 +41,7 @@ void DescriptorIntTargetIPSourceSlash::IPSourceSlash::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetIPSourceSlash::IPSourceSlash)
 
 DescriptorIntTargetIPv6Slash::DescriptorIntTargetIPv6Slash(ByteView d) : DescriptorIntBase(d) {
-  detail::read_rows(slash_, d, 0, 17);
+  detail::read_whole_rows(slash_, d, 0, 17);
 }
 
 template <class V, class S>
@@ -58,7 +58,7 @@ void DescriptorIntTargetIPv6Slash::IPSlash::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetIPv6Slash::IPSlash)
 
 DescriptorIntTargetIPv6SourceSlash::DescriptorIntTargetIPv6SourceSlash(ByteView d) : DescriptorIntBase(d) {
-  detail::read_rows(slash_, d, 0, 34);
+  detail::read_whole_rows(slash_, d, 0, 34);
 }
 
 template <class V, class S>

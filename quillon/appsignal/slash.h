@@ -16,8 +16,8 @@ class QUILLON_API DescriptorIntTargetIPSlash final : public DescriptorIntBase {
     IPSlash() = default;
     explicit IPSlash(ByteView p) : ipv4_slash_mask_(p[4]) { ipv4_addr_.parse(p); }
 
-    QUILLON_FIELD(IPv4Address, ipv4_addr);
-    QUILLON_FIELD(int, ipv4_slash_mask);
+    QUILLON_FIELD(IPv4Address, ipv4_addr, get_ipv4_addr);
+    QUILLON_FIELD(int, ipv4_slash_mask, get_ipv4_slash_mask);
 
     QUILLON_RECORD_FACES;
   };
@@ -25,12 +25,12 @@ class QUILLON_API DescriptorIntTargetIPSlash final : public DescriptorIntBase {
   DescriptorIntTargetIPSlash() = default;
   explicit DescriptorIntTargetIPSlash(ByteView d);
 
-  QUILLON_FIELD(std::vector<IPSlash>, slash);
+  QUILLON_FIELD(std::vector<IPSlash>, slash, get_slash);
 
   QUILLON_FACES(slash_);
 };
 
-// A row of 10 bytes every 8: rows overlap by 2 bytes, and the last one ends 2 bytes behind the descriptor.
+// A row of 10 bytes every 8: rows overlap by 2 bytes, and the last one ends 2 bytes past the descriptor.
 // Kept: readers of saved documents rely on it.
 class QUILLON_API DescriptorIntTargetIPSourceSlash final : public DescriptorIntBase {
  public:
@@ -42,10 +42,10 @@ class QUILLON_API DescriptorIntTargetIPSourceSlash final : public DescriptorIntB
       ipv4_dest_addr_.parse(p.from(5));
     }
 
-    QUILLON_FIELD(IPv4Address, ipv4_source_addr);
-    QUILLON_FIELD(int, ipv4_source_slash_mask);
-    QUILLON_FIELD(IPv4Address, ipv4_dest_addr);
-    QUILLON_FIELD(int, ipv4_dest_slash_mask);
+    QUILLON_FIELD(IPv4Address, ipv4_source_addr, get_ipv4_source_addr);
+    QUILLON_FIELD(int, ipv4_source_slash_mask, get_ipv4_source_slash_mask);
+    QUILLON_FIELD(IPv4Address, ipv4_dest_addr, get_ipv4_dest_addr);
+    QUILLON_FIELD(int, ipv4_dest_slash_mask, get_ipv4_dest_slash_mask);
 
     QUILLON_RECORD_FACES;
   };
@@ -53,7 +53,7 @@ class QUILLON_API DescriptorIntTargetIPSourceSlash final : public DescriptorIntB
   DescriptorIntTargetIPSourceSlash() = default;
   explicit DescriptorIntTargetIPSourceSlash(ByteView d);
 
-  QUILLON_FIELD(std::vector<IPSourceSlash>, slash);
+  QUILLON_FIELD(std::vector<IPSourceSlash>, slash, get_slash);
 
   QUILLON_FACES(slash_);
 };
@@ -65,8 +65,8 @@ class QUILLON_API DescriptorIntTargetIPv6Slash final : public DescriptorIntBase 
     IPSlash() = default;
     explicit IPSlash(ByteView p) : ipv6_slash_mask_(p[16]) { ipv6_addr_.parse(p); }
 
-    QUILLON_FIELD(IPv6Address, ipv6_addr);
-    QUILLON_FIELD(int, ipv6_slash_mask);
+    QUILLON_FIELD(IPv6Address, ipv6_addr, get_ipv6_addr);
+    QUILLON_FIELD(int, ipv6_slash_mask, get_ipv6_slash_mask);
 
     QUILLON_RECORD_FACES;
   };
@@ -74,7 +74,7 @@ class QUILLON_API DescriptorIntTargetIPv6Slash final : public DescriptorIntBase 
   DescriptorIntTargetIPv6Slash() = default;
   explicit DescriptorIntTargetIPv6Slash(ByteView d);
 
-  QUILLON_FIELD(std::vector<IPSlash>, slash);
+  QUILLON_FIELD(std::vector<IPSlash>, slash, get_slash);
 
   QUILLON_FACES(slash_);
 };
@@ -89,10 +89,10 @@ class QUILLON_API DescriptorIntTargetIPv6SourceSlash final : public DescriptorIn
       ipv6_dest_addr_.parse(p.from(17));
     }
 
-    QUILLON_FIELD(IPv6Address, ipv6_source_addr);
-    QUILLON_FIELD(int, ipv6_source_slash_mask);
-    QUILLON_FIELD(IPv6Address, ipv6_dest_addr);
-    QUILLON_FIELD(int, ipv6_dest_slash_mask);
+    QUILLON_FIELD(IPv6Address, ipv6_source_addr, get_ipv6_source_addr);
+    QUILLON_FIELD(int, ipv6_source_slash_mask, get_ipv6_source_slash_mask);
+    QUILLON_FIELD(IPv6Address, ipv6_dest_addr, get_ipv6_dest_addr);
+    QUILLON_FIELD(int, ipv6_dest_slash_mask, get_ipv6_dest_slash_mask);
 
     QUILLON_RECORD_FACES;
   };
@@ -100,7 +100,7 @@ class QUILLON_API DescriptorIntTargetIPv6SourceSlash final : public DescriptorIn
   DescriptorIntTargetIPv6SourceSlash() = default;
   explicit DescriptorIntTargetIPv6SourceSlash(ByteView d);
 
-  QUILLON_FIELD(std::vector<IPSourceSlash>, slash);
+  QUILLON_FIELD(std::vector<IPSourceSlash>, slash, get_slash);
 
   QUILLON_FACES(slash_);
 };

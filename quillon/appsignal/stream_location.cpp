@@ -1,12 +1,12 @@
 #include <quillon/appsignal/stream_location.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
 template <class V, class S>
 void DescriptorIntIPMACStreamLocation::describe(V& v, S& s) {
-  v.field("network_id", s.network_id_);
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("network_id", s.network_id_, registry_kind::network);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("transport_stream_id", s.transport_stream_id_);
   v.field("service_id", s.service_id_);
   v.field("component_tag", s.component_tag_);

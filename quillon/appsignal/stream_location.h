@@ -16,11 +16,11 @@ class QUILLON_API DescriptorIntIPMACStreamLocation final : public DescriptorIntB
         service_id_(d.u16(8)),
         component_tag_(d[10]) {}
 
-  QUILLON_FIELD(int, network_id);
-  QUILLON_FIELD(int, original_network_id);
-  QUILLON_FIELD(int, transport_stream_id);
-  QUILLON_FIELD(int, service_id);
-  QUILLON_FIELD(int, component_tag);
+  QUILLON_FIELD(int, network_id, get_network_id);
+  QUILLON_FIELD(int, original_network_id, get_original_network_id);
+  QUILLON_FIELD(int, transport_stream_id, get_transport_stream_id);
+  QUILLON_FIELD(int, service_id, get_service_id);
+  QUILLON_FIELD(int, component_tag, get_component_tag);
 
   QUILLON_FACES();
 };
@@ -31,7 +31,7 @@ class QUILLON_API DescriptorIntISPAccessMode final : public DescriptorIntBase {
   DescriptorIntISPAccessMode() = default;
   explicit DescriptorIntISPAccessMode(ByteView d) : DescriptorIntBase(d), access_mode_(d[2]) {}
 
-  QUILLON_FIELD(int, access_mode);
+  QUILLON_FIELD(int, access_mode, get_access_mode);
 
   QUILLON_FACES();
 };

@@ -1,6 +1,6 @@
 #include <quillon/appsignal/internal/row_list.h>
 #include <quillon/appsignal/target.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
@@ -19,7 +19,7 @@ QUILLON_SILENT_FACES_OF(DescriptorIntTargetSerialNumber, "target_serial_number_d
 
 DescriptorIntTargetMACAddress::DescriptorIntTargetMACAddress(ByteView d) : DescriptorIntBase(d) {
   mac_addr_mask_.parse(d.from(2));
-  detail::read_rows(mac_addr_, d, MACAddress::size, MACAddress::size);
+  detail::read_whole_rows(mac_addr_, d, MACAddress::size, MACAddress::size);
 }
 
 template <class V, class S>
@@ -36,7 +36,7 @@ void DescriptorIntTargetMACAddress::MACAddressItem::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetMACAddress::MACAddressItem)
 
 DescriptorIntTargetMACAddressRange::DescriptorIntTargetMACAddressRange(ByteView d) : DescriptorIntBase(d) {
-  detail::read_rows(macaddressrange_, d, 0, 2 * MACAddress::size);
+  detail::read_whole_rows(macaddressrange_, d, 0, 2 * MACAddress::size);
 }
 
 template <class V, class S>
@@ -54,7 +54,7 @@ QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetMACAddressRange::MACAddressRan
 
 DescriptorIntTargetIPAddress::DescriptorIntTargetIPAddress(ByteView d) : DescriptorIntBase(d) {
   ipv4_addr_mask_.parse(d.from(2));
-  detail::read_rows(ipv4_addr_, d, IPv4Address::size, IPv4Address::size);
+  detail::read_whole_rows(ipv4_addr_, d, IPv4Address::size, IPv4Address::size);
 }
 
 template <class V, class S>
@@ -72,7 +72,7 @@ QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetIPAddress::IPv4AddressItem)
 
 DescriptorIntTargetIPv6Address::DescriptorIntTargetIPv6Address(ByteView d) : DescriptorIntBase(d) {
   ipv6_addr_mask_.parse(d.from(2));
-  detail::read_rows(ipv6_addr_, d, IPv6Address::size, IPv6Address::size);
+  detail::read_whole_rows(ipv6_addr_, d, IPv6Address::size, IPv6Address::size);
 }
 
 template <class V, class S>

@@ -18,8 +18,8 @@ class QUILLON_API DescriptorIntTargetSmartcard final : public DescriptorIntBase 
         super_ca_system_id_(d.u32(2)),
         private_data_byte_(d.bytes(6, descriptor_length - 4)) {}
 
-  QUILLON_FIELD(uint32_t, super_ca_system_id);
-  QUILLON_FIELD(std::vector<uint8_t>, private_data_byte);
+  QUILLON_FIELD(uint32_t, super_ca_system_id, get_super_ca_system_id);
+  QUILLON_FIELD(std::vector<uint8_t>, private_data_byte, get_private_data_byte);
 
   QUILLON_FACES(private_data_byte_);
 };
@@ -31,7 +31,7 @@ class QUILLON_API DescriptorIntTargetSerialNumber final : public DescriptorIntBa
   explicit DescriptorIntTargetSerialNumber(ByteView d)
       : DescriptorIntBase(d), serial_data_byte_(d.bytes(2, descriptor_length)) {}
 
-  QUILLON_FIELD(std::vector<uint8_t>, serial_data_byte);
+  QUILLON_FIELD(std::vector<uint8_t>, serial_data_byte, get_serial_data_byte);
 
   QUILLON_FACES(serial_data_byte_);
 };
@@ -44,7 +44,7 @@ class QUILLON_API DescriptorIntTargetMACAddress final : public DescriptorIntBase
     MACAddressItem() = default;
     explicit MACAddressItem(ByteView p) { addressitem_.parse(p); }
 
-    QUILLON_FIELD(MACAddress, addressitem);
+    QUILLON_FIELD(MACAddress, addressitem, get_addressitem);
 
     QUILLON_RECORD_FACES;
   };
@@ -52,8 +52,8 @@ class QUILLON_API DescriptorIntTargetMACAddress final : public DescriptorIntBase
   DescriptorIntTargetMACAddress() = default;
   explicit DescriptorIntTargetMACAddress(ByteView d);
 
-  QUILLON_FIELD(MACAddress, mac_addr_mask);
-  QUILLON_FIELD(std::vector<MACAddressItem>, mac_addr);
+  QUILLON_FIELD(MACAddress, mac_addr_mask, get_mac_addr_mask);
+  QUILLON_FIELD(std::vector<MACAddressItem>, mac_addr, get_mac_addr);
 
   QUILLON_FACES(mac_addr_);
 };
@@ -69,8 +69,8 @@ class QUILLON_API DescriptorIntTargetMACAddressRange final : public DescriptorIn
       mac_addr_high_.parse(p.from(6));
     }
 
-    QUILLON_FIELD(MACAddress, mac_addr_low);
-    QUILLON_FIELD(MACAddress, mac_addr_high);
+    QUILLON_FIELD(MACAddress, mac_addr_low, get_mac_addr_low);
+    QUILLON_FIELD(MACAddress, mac_addr_high, get_mac_addr_high);
 
     QUILLON_RECORD_FACES;
   };
@@ -78,7 +78,7 @@ class QUILLON_API DescriptorIntTargetMACAddressRange final : public DescriptorIn
   DescriptorIntTargetMACAddressRange() = default;
   explicit DescriptorIntTargetMACAddressRange(ByteView d);
 
-  QUILLON_FIELD(std::vector<MACAddressRange>, macaddressrange);
+  QUILLON_FIELD(std::vector<MACAddressRange>, macaddressrange, get_macaddressrange);
 
   QUILLON_FACES(macaddressrange_);
 };
@@ -91,7 +91,7 @@ class QUILLON_API DescriptorIntTargetIPAddress final : public DescriptorIntBase 
     IPv4AddressItem() = default;
     explicit IPv4AddressItem(ByteView p) { addressitem_.parse(p); }
 
-    QUILLON_FIELD(IPv4Address, addressitem);
+    QUILLON_FIELD(IPv4Address, addressitem, get_addressitem);
 
     QUILLON_RECORD_FACES;
   };
@@ -99,8 +99,8 @@ class QUILLON_API DescriptorIntTargetIPAddress final : public DescriptorIntBase 
   DescriptorIntTargetIPAddress() = default;
   explicit DescriptorIntTargetIPAddress(ByteView d);
 
-  QUILLON_FIELD(IPv4Address, ipv4_addr_mask);
-  QUILLON_FIELD(std::vector<IPv4AddressItem>, ipv4_addr);
+  QUILLON_FIELD(IPv4Address, ipv4_addr_mask, get_ipv4_addr_mask);
+  QUILLON_FIELD(std::vector<IPv4AddressItem>, ipv4_addr, get_ipv4_addr);
 
   QUILLON_FACES(ipv4_addr_);
 };
@@ -113,7 +113,7 @@ class QUILLON_API DescriptorIntTargetIPv6Address final : public DescriptorIntBas
     IPv6AddressItem() = default;
     explicit IPv6AddressItem(ByteView p) { addressitem_.parse(p); }
 
-    QUILLON_FIELD(IPv6Address, addressitem);
+    QUILLON_FIELD(IPv6Address, addressitem, get_addressitem);
 
     QUILLON_RECORD_FACES;
   };
@@ -121,8 +121,8 @@ class QUILLON_API DescriptorIntTargetIPv6Address final : public DescriptorIntBas
   DescriptorIntTargetIPv6Address() = default;
   explicit DescriptorIntTargetIPv6Address(ByteView d);
 
-  QUILLON_FIELD(IPv6Address, ipv6_addr_mask);
-  QUILLON_FIELD(std::vector<IPv6AddressItem>, ipv6_addr);
+  QUILLON_FIELD(IPv6Address, ipv6_addr_mask, get_ipv6_addr_mask);
+  QUILLON_FIELD(std::vector<IPv6AddressItem>, ipv6_addr, get_ipv6_addr);
 
   QUILLON_FACES(ipv6_addr_);
 };

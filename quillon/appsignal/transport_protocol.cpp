@@ -1,5 +1,5 @@
 #include <quillon/appsignal/transport_protocol.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
@@ -14,8 +14,8 @@ template <class V, class S>
 void DescriptorAitTransportProtocol::describe(V& v, S& s) {
   v.field("protocol_id", s.protocol_id_);
   v.field("transport_protocol_label", s.transport_protocol_label_);
-  if (V::xml || s.protocol_id_ == 1) v.child("transport_OC", s.transport_oc_);
-  if (V::xml || s.protocol_id_ == 2) v.child("transport_IP", s.transport_ip_);
+  if (!V::dump || s.protocol_id_ == 1) v.child("transport_OC", s.transport_oc_);
+  if (!V::dump || s.protocol_id_ == 2) v.child("transport_IP", s.transport_ip_);
 }
 QUILLON_FACES_OF(DescriptorAitTransportProtocol, "transport_protocol_descriptor")
 
@@ -36,8 +36,8 @@ DescriptorAitTransportProtocol::TransportOC::TransportOC(ByteView p, int, int& c
 template <class V, class S>
 void DescriptorAitTransportProtocol::TransportOC::describe(V& v, S& s) {
   v.field("remote_connection", s.remote_connection_);
-  if (V::xml || s.remote_connection_ == 1) {
-    v.field("original_network_id", s.original_network_id_);
+  if (!V::dump || s.remote_connection_ == 1) {
+    v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
     v.field("transport_stream_id", s.transport_stream_id_);
     v.field("service_id", s.service_id_);
   }
@@ -60,8 +60,8 @@ DescriptorAitTransportProtocol::TransportIP::TransportIP(ByteView p, int, int& c
 template <class V, class S>
 void DescriptorAitTransportProtocol::TransportIP::describe(V& v, S& s) {
   v.field("remote_connection", s.remote_connection_);
-  if (V::xml || s.remote_connection_ == 1) {
-    v.field("original_network_id", s.original_network_id_);
+  if (!V::dump || s.remote_connection_ == 1) {
+    v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
     v.field("transport_stream_id", s.transport_stream_id_);
     v.field("service_id", s.service_id_);
   }

@@ -15,11 +15,11 @@ class QUILLON_API DescriptorAitTransportProtocol final : public DescriptorAitBas
     // `length` is not looked at; `consumed` becomes the bytes of the selector.
     TransportOC(ByteView p, int length, int& consumed);
 
-    QUILLON_FIELD(int, remote_connection);
-    QUILLON_FIELD(int, original_network_id);
-    QUILLON_FIELD(int, transport_stream_id);
-    QUILLON_FIELD(int, service_id);
-    QUILLON_FIELD(int, component_tag);
+    QUILLON_FIELD(int, remote_connection, get_remote_connection);
+    QUILLON_FIELD(int, original_network_id, get_original_network_id);
+    QUILLON_FIELD(int, transport_stream_id, get_transport_stream_id);
+    QUILLON_FIELD(int, service_id, get_service_id);
+    QUILLON_FIELD(int, component_tag, get_component_tag);
 
     QUILLON_RECORD_FACES;
   };
@@ -32,11 +32,11 @@ class QUILLON_API DescriptorAitTransportProtocol final : public DescriptorAitBas
     // bytes. Kept: readers of reports and saved documents rely on it.
     TransportIP(ByteView p, int length, int& consumed);
 
-    QUILLON_FIELD(int, remote_connection);
-    QUILLON_FIELD(int, original_network_id);
-    QUILLON_FIELD(int, transport_stream_id);
-    QUILLON_FIELD(int, service_id);
-    QUILLON_FIELD(int, alignment_indicator);
+    QUILLON_FIELD(int, remote_connection, get_remote_connection);
+    QUILLON_FIELD(int, original_network_id, get_original_network_id);
+    QUILLON_FIELD(int, transport_stream_id, get_transport_stream_id);
+    QUILLON_FIELD(int, service_id, get_service_id);
+    QUILLON_FIELD(int, alignment_indicator, get_alignment_indicator);
 
     QUILLON_RECORD_FACES;
   };
@@ -44,10 +44,10 @@ class QUILLON_API DescriptorAitTransportProtocol final : public DescriptorAitBas
   DescriptorAitTransportProtocol() = default;
   explicit DescriptorAitTransportProtocol(ByteView d);
 
-  QUILLON_FIELD(int, protocol_id);  // 1: object carousel, 2: IP
-  QUILLON_FIELD(int, transport_protocol_label);
-  QUILLON_FIELD(TransportOC, transport_oc);
-  QUILLON_FIELD(TransportIP, transport_ip);
+  QUILLON_FIELD(int, protocol_id, get_protocol_id);  // 1: object carousel, 2: IP
+  QUILLON_FIELD(int, transport_protocol_label, get_transport_protocol_label);
+  QUILLON_FIELD(TransportOC, transport_oc, get_transport_oc);
+  QUILLON_FIELD(TransportIP, transport_ip, get_transport_ip);
 
   QUILLON_FACES();
 };

@@ -3,6 +3,7 @@
 
 #include <quillon/atsc/ac3_audio.h>
 #include <quillon/descriptors/internal/code_text.h>
+#include <quillon/faces/internal/walk_of.h>
 #include <quillon/platform/debug_output.h>
 
 namespace quillon {
@@ -119,5 +120,31 @@ const char* DescriptorAtscAC3Audio::get_num_channels_text(int num_channels) {
 const char* DescriptorAtscAC3Audio::get_priority_text(int priority) {
   return detail::text_of(priority, {"reserved", "Primary Audio", "Other Audio", "Not specified"}, "");
 }
+
+template <class V, class S>
+void DescriptorAtscAC3Audio::describe(V& v, S& s) {
+  v.coded("sample_rate_code", s.sample_rate_code, s.get_sample_rate_code_text());
+  v.field("bsid", s.bsid);
+  v.coded("bit_rate_code", s.bit_rate_code, s.get_bit_rate_code_text());
+  v.coded("surround_mode", s.surround_mode, s.get_surround_mode_text());
+  v.field("bsmod", s.bsmod);
+  v.coded("num_channels", s.num_channels, s.get_num_channels_text());
+  v.field("full_svc", s.full_svc);
+  v.field("langcod", s.langcod);
+  v.field("langcod2", s.langcod2);
+  v.field("mainid", s.mainid);
+  v.coded("priority", s.priority, s.get_priority_text());
+  v.field("asvcflags", s.asvcflags);
+  v.field("textlen", s.textlen);
+  v.field("text_code", s.text_code);
+  v.field("text", s.text);
+  v.field("wide_text", wide_view(s.wide_text));
+  v.field("language_flag", s.language_flag);
+  v.field("language_flag_2", s.language_flag_2);
+  v.field("language", s.language);
+  v.field("language_2", s.language_2);
+  v.field("additional_info", s.additional_info);
+}
+QUILLON_WALK_OF(DescriptorAtscAC3Audio)
 
 }  // namespace quillon

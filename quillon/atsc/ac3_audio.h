@@ -53,6 +53,8 @@ class QUILLON_API DescriptorAtscAC3Audio final : public DescriptorAtscWireOnly {
   ISO639LanguageCode language;
   ISO639LanguageCode language_2;
   std::vector<uint8_t> additional_info;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

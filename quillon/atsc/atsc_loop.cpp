@@ -4,49 +4,28 @@
 
 namespace quillon {
 
-namespace detail {
+using namespace detail;
 
-// The general kinds are loaded and never saved.
-constinit const Family atsc_family = make_family(
-    {
-#define QUILLON_KIND(tag, Class, accessor, element, rank) {tag, element, element, &vector_ops<Class>, rank},
-#include <quillon/atsc/atsc_kinds.inc>
-#undef QUILLON_KIND
-#define QUILLON_KIND(tag, Class, accessor, element, rank) \
-  {tag, "atsc_" element, "atsc_" element, &vector_ops<Class>, rank},
-#define QUILLON_KIND_LOADED_AS(tag, Class, accessor, saved, loaded, rank) \
-  {tag, "atsc_" saved, "atsc_" loaded, &vector_ops<Class>, rank},
-#include <quillon/descriptors/mpeg2_kinds.inc>
-#undef QUILLON_KIND
-#undef QUILLON_KIND_LOADED_AS
-        {-1, "general_descriptor", "general_descriptor", &vector_ops<DescriptorGeneral>, 0},
-        {-1, "user_private_descriptor", "user_private_descriptor", &vector_ops<DescriptorGeneral>, 0},
-    },
+#define QUILLON_MPEG2_ROW(tag, Class, accessor, element) \
+  QUILLON_KIND_ROW(tag, Class, accessor, "atsc_" element)
+// The general kinds are loaded and never saved: kept.
+constinit const Family AtscLoop::family = make_family(
+    {QUILLON_MPEG2_KINDS(QUILLON_MPEG2_ROW) QUILLON_ATSC_KINDS(QUILLON_KIND_ROW) QUILLON_GENERAL_ROW(false),
+     QUILLON_USER_PRIVATE_ROW(false)},
     true);
 
-}  // namespace detail
-
-#define QUILLON_KIND(tag, Class, accessor, element, rank)            \
-  const std::vector<Class>& AtscLoop::get_##accessor() const {       \
-    return store_.get<Class>(detail::atsc_family.kind_for_tag(tag)); \
+#define QUILLON_BODY(tag, Class, accessor, element)            \
+  const std::vector<Class>& AtscLoop::get_##accessor() const { \
+    return vector_of<Class>(tag);                              \
   }
-#include <quillon/atsc/atsc_kinds.inc>
-#undef QUILLON_KIND
-#define QUILLON_KIND(tag, Class, accessor, element, rank)            \
-  const std::vector<Class>& AtscLoop::get_atsc_##accessor() const {  \
-    return store_.get<Class>(detail::atsc_family.kind_for_tag(tag)); \
+QUILLON_ATSC_KINDS(QUILLON_BODY)
+#define QUILLON_MPEG2_BODY(tag, Class, accessor, element)           \
+  const std::vector<Class>& AtscLoop::get_atsc_##accessor() const { \
+    return vector_of<Class>(tag);                                   \
   }
-#define QUILLON_KIND_LOADED_AS(tag, Class, accessor, saved, loaded, rank) \
-  QUILLON_KIND(tag, Class, accessor, saved, rank)
-#include <quillon/descriptors/mpeg2_kinds.inc>
-#undef QUILLON_KIND
-#undef QUILLON_KIND_LOADED_AS
-
-const std::vector<DescriptorGeneral>& AtscLoop::get_general_descriptors() const {
-  return store_.get<DescriptorGeneral>(detail::atsc_family.general_kind());
-}
-const std::vector<DescriptorGeneral>& AtscLoop::get_user_private_descriptors() const {
-  return store_.get<DescriptorGeneral>(detail::atsc_family.user_private_kind());
-}
+QUILLON_MPEG2_KINDS(QUILLON_MPEG2_BODY)
+#undef QUILLON_BODY
+#undef QUILLON_MPEG2_BODY
+#undef QUILLON_MPEG2_ROW
 
 }  // namespace quillon

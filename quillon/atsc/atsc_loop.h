@@ -1,43 +1,34 @@
 #pragma once
 
+#include <quillon/atsc/atsc_kinds.h>
 #include <quillon/descriptors/loop.h>
+#include <quillon/descriptors/mpeg2_kinds.h>
 
 namespace quillon {
 
 // Each accessor below needs the header of its class: get_atsc_genre_descriptor() that of DescriptorAtscGenre,
 // <quillon/atsc/genre.h>.
-#define QUILLON_KIND(tag, Class, accessor, element, rank) class Class;
-#define QUILLON_KIND_LOADED_AS(tag, Class, accessor, saved, loaded, rank) class Class;
-#include <quillon/atsc/atsc_kinds.inc>
-#include <quillon/descriptors/mpeg2_kinds.inc>
-#undef QUILLON_KIND
-#undef QUILLON_KIND_LOADED_AS
-class DescriptorGeneral;
-
-namespace detail {
-QUILLON_API extern const Family atsc_family;
-}
+QUILLON_ATSC_KINDS(QUILLON_KIND_CLASS)
+QUILLON_MPEG2_KINDS(QUILLON_KIND_CLASS)
 
 // Owns a descriptor loop of ATSC tables (A/65, 6.9). Every tag is accepted by every owner: those with a class
 // go to the vector of their class, the others to the general vector below 128 and to the user private one
 // from 128 up. A descriptor that its class refuses goes to the general vector, whatever its tag.
-class QUILLON_API AtscLoop : public DescriptorLoop<detail::atsc_family> {
+class QUILLON_API AtscLoop : public DescriptorLoop {
  public:
-  // Reads one descriptor into the vector of its tag; the view is on the tag byte.
-  void ParseDescriptor(ByteView descriptor) { parse_descriptor(descriptor, {descriptor}); }
+  AtscLoop() noexcept : DescriptorLoop(family) {}
 
-#define QUILLON_KIND(tag, Class, accessor, element, rank) const std::vector<Class>& get_##accessor() const;
-#include <quillon/atsc/atsc_kinds.inc>
-#undef QUILLON_KIND
-#define QUILLON_KIND(tag, Class, accessor, element, rank) \
+  // Reads one descriptor into the vector of its tag; the view is on the tag byte.
+  void ParseDescriptor(ByteView descriptor) { parse_descriptor(descriptor); }
+
+#define QUILLON_ATSC_ACCESSOR(tag, Class, accessor, element) \
   const std::vector<Class>& get_atsc_##accessor() const;
-#define QUILLON_KIND_LOADED_AS(tag, Class, accessor, saved, loaded, rank) \
-  const std::vector<Class>& get_atsc_##accessor() const;
-#include <quillon/descriptors/mpeg2_kinds.inc>
-#undef QUILLON_KIND
-#undef QUILLON_KIND_LOADED_AS
-  const std::vector<DescriptorGeneral>& get_general_descriptors() const;
-  const std::vector<DescriptorGeneral>& get_user_private_descriptors() const;
+  QUILLON_ATSC_KINDS(QUILLON_KIND_ACCESSOR)
+  QUILLON_MPEG2_KINDS(QUILLON_ATSC_ACCESSOR)
+#undef QUILLON_ATSC_ACCESSOR
+
+ private:
+  static const detail::Family family;
 };
 
 }  // namespace quillon

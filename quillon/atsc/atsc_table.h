@@ -31,16 +31,4 @@ class QUILLON_API AtscLoopTable : public AtscTable, public AtscLoop {
   void _parse(ByteView body, bool keep_raw) override = 0;
 };
 
-namespace detail {
-
-// Walks up to `count` rows from `begin` on, as long as they begin before `end` and before the view's limit;
-// the place behind the last one. `row(at, left)` reads one row and returns the bytes it used.
-template <class Row>
-int walk_rows(ByteView view, int begin, int end, int count, Row&& row) {
-  int pos = begin;
-  for (int n = 0; n < count && pos < end && view.has(pos); ++n) pos += row(view.from(pos), end - pos);
-  return pos;
-}
-
-}  // namespace detail
 }  // namespace quillon

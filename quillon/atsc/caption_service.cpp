@@ -1,4 +1,6 @@
 #include <quillon/atsc/caption_service.h>
+#include <quillon/faces/internal/walk_of.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -8,12 +10,8 @@ DescriptorAtscCaptionService::DescriptorAtscCaptionService(ByteView d)
   if (span / 6 != number_of_services)
     throw error("DescriptorAtscCaptionService: number_of_services mismatch (1)");
   if (span % 6 != 0) throw error("DescriptorAtscCaptionService: number_of_services mismatch (2)");
-  services.reserve(static_cast<size_t>(number_of_services));
-  const bool whole = walk(d, 3, 3 + span, [this](ByteView at, int) {
-    services.emplace_back(at);
-    return 6;
-  });
-  if (!whole) throw error("DescriptorAtscCaptionService: service start end mismatch");
+  if (!read_rows(services, d, 3, span, 6))
+    throw error("DescriptorAtscCaptionService: service start end mismatch");
 }
 
 DescriptorAtscCaptionService::Service::Service(ByteView data)
@@ -24,5 +22,23 @@ DescriptorAtscCaptionService::Service::Service(ByteView data)
   else
     line21_field = data.bits(3, 5, 5);
 }
+
+template <class V, class S>
+void DescriptorAtscCaptionService::describe(V& v, S& s) {
+  v.field("number_of_services", s.number_of_services);
+  v.list("services", "service", s.services);
+}
+QUILLON_WALK_OF(DescriptorAtscCaptionService)
+
+template <class V, class S>
+void DescriptorAtscCaptionService::Service::describe(V& v, S& s) {
+  v.field("language", s.language);
+  v.field("digital_cc", s.digital_cc);
+  v.field("caption_service_number", s.caption_service_number);
+  v.field("line21_field", s.line21_field);
+  v.field("easy_reader", s.easy_reader);
+  v.field("wide_aspect_ratio", s.wide_aspect_ratio);
+}
+QUILLON_WALK_OF(DescriptorAtscCaptionService::Service)
 
 }  // namespace quillon

@@ -18,6 +18,8 @@ class QUILLON_API DescriptorAtscCaptionService final : public DescriptorAtscWire
     int line21_field = 0;            // bits 1 to 5 of its byte, for the others
     int easy_reader = 0;
     int wide_aspect_ratio = 0;
+
+    QUILLON_WALK;
   };
 
   DescriptorAtscCaptionService() = default;
@@ -30,6 +32,8 @@ class QUILLON_API DescriptorAtscCaptionService final : public DescriptorAtscWire
 
   int number_of_services = 0;  // 5 bits
   std::vector<Service> services;
+
+  QUILLON_WALK;
 
  private:
   void _reset() override { services.clear(); }

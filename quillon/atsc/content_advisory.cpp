@@ -1,4 +1,5 @@
 #include <quillon/atsc/content_advisory.h>
+#include <quillon/faces/internal/walk_of.h>
 
 namespace quillon {
 
@@ -25,5 +26,29 @@ DescriptorAtscContentAdvisory::Region::Region(ByteView data, int length)
   if (consumed != rating_description_length)
     throw error("DescriptorAtscContentAdvisory::Region: region start end mismatch");
 }
+
+template <class V, class S>
+void DescriptorAtscContentAdvisory::describe(V& v, S& s) {
+  v.field("rating_region_count", s.rating_region_count);
+  v.list("regions", "region", s.regions);
+}
+QUILLON_WALK_OF(DescriptorAtscContentAdvisory)
+
+template <class V, class S>
+void DescriptorAtscContentAdvisory::Region::describe(V& v, S& s) {
+  v.field("rating_region", s.rating_region);
+  v.field("rated_dimensions", s.rated_dimensions);
+  v.list("dimensions", "dimension", s.dimensions);
+  v.field("rating_description_length", s.rating_description_length);
+  v.field("rating_description_text", s.rating_description_text);
+}
+QUILLON_WALK_OF(DescriptorAtscContentAdvisory::Region)
+
+template <class V, class S>
+void DescriptorAtscContentAdvisory::Region::RatedDimension::describe(V& v, S& s) {
+  v.field("rating_dimension_j", s.rating_dimension_j);
+  v.field("rating_value", s.rating_value);
+}
+QUILLON_WALK_OF(DescriptorAtscContentAdvisory::Region::RatedDimension)
 
 }  // namespace quillon

@@ -22,6 +22,8 @@ class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWir
 
       int rating_dimension_j = 0;
       int rating_value = 0;
+
+      QUILLON_WALK;
     };
 
     // `length` bounds the dimensions alone. Throws error("DescriptorAtscContentAdvisory::Region: region start
@@ -33,6 +35,8 @@ class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWir
     std::vector<RatedDimension> dimensions;
     int rating_description_length = 0;
     ATSCMultipleStringStructure rating_description_text;
+
+    QUILLON_WALK;
   };
 
   DescriptorAtscContentAdvisory() = default;
@@ -44,6 +48,8 @@ class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWir
 
   int rating_region_count = 0;  // 6 bits
   std::vector<Region> regions;
+
+  QUILLON_WALK;
 
  private:
   void _reset() override { regions.clear(); }

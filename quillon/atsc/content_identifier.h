@@ -11,6 +11,8 @@ class QUILLON_API DescriptorAtscContentIdentifier final : public DescriptorAtscW
   explicit DescriptorAtscContentIdentifier(ByteView d) : DescriptorAtscWireOnly(d) {}
 
   const char* get_tag_text() const override { return ""; }
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

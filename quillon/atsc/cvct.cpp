@@ -1,6 +1,11 @@
 #include <quillon/atsc/cvct.h>
+#include <quillon/atsc/internal/channels.h>
 
 namespace quillon {
+
+void AtscCVCT::_parse(ByteView body, bool keep_raw) {
+  parse_channels(channels, 1, body, keep_raw);
+}
 
 AtscCVCT::Channel::Channel(ByteView data, int& length, bool, ByteView) {
   read_short_name(data);
@@ -21,5 +26,15 @@ AtscCVCT::Channel::Channel(ByteView data, int& length, bool, ByteView) {
   descriptors_length = data.bits(31, 1, 10);
   length = read_descriptors(data);
 }
+
+void AtscCVCT::Channel::walk(FieldSink& sink) const {
+  faces::Walk v(sink);
+  describe(v, *this);
+  v.field("path_select", path_select);
+  v.field("out_of_band", out_of_band);
+  v.descriptors(*this);
+}
+
+QUILLON_WALK_OF(AtscCVCT)
 
 }  // namespace quillon

@@ -13,7 +13,7 @@ namespace quillon {
 //   reserved                        6
 //   additional_descriptors_length  10
 //   descriptors                         to the CRC, whatever their length says
-class QUILLON_API AtscCVCT : public detail::VirtualChannelTable {
+class QUILLON_API AtscCVCT : public VirtualChannelTable {
  public:
   //   short_name               7 * 16
   //   reserved                      4
@@ -36,11 +36,13 @@ class QUILLON_API AtscCVCT : public detail::VirtualChannelTable {
   //   reserved                      6
   //   descriptors_length           10   its low byte is also the first of the descriptors
   //   descriptors
-  class QUILLON_API Channel : public detail::VirtualChannel {
+  class QUILLON_API Channel : public VirtualChannel {
    public:
     // `length` becomes the bytes of the channel. Throws error("AtscTVCT::Channel: descriptor start end
     // mismatch").
     Channel(ByteView data, int& length, bool keep_raw, ByteView section);
+
+    void walk(FieldSink& sink) const;
 
     // No report shows these two.
     int path_select = 0;
@@ -48,12 +50,13 @@ class QUILLON_API AtscCVCT : public detail::VirtualChannelTable {
   };
 
   const char* get_table_id_text() const override { return "cable_virtual_channel_table"; }
+  void walk(FieldSink& sink) const;
 
   std::vector<Channel> channels;
 
  private:
   // Throws error("AtscTVCT: descriptor start end mismatch").
-  void _parse(ByteView body, bool keep_raw) override { parse_channels(channels, 1, body, keep_raw); }
+  void _parse(ByteView body, bool keep_raw) override;
   bool is_valid_tablesid() const override { return get_table_id() == 0xC9; }
 };
 

@@ -1,4 +1,5 @@
 #include <quillon/atsc/dcc_request.h>
+#include <quillon/faces/internal/walk_of.h>
 
 namespace quillon {
 
@@ -17,5 +18,21 @@ DescriptorAtscDCCArrivingRequest::DescriptorAtscDCCArrivingRequest(ByteView d)
   if (length != dcc_arriving_request_text_length)
     throw error("DescriptorAtscDCCArrivingRequest: service start end mismatch");
 }
+
+template <class V, class S>
+void DescriptorAtscDCCDepartingRequest::describe(V& v, S& s) {
+  v.field("dcc_departing_request_type", s.dcc_departing_request_type);
+  v.field("dcc_departing_request_text_length", s.dcc_departing_request_text_length);
+  v.field("dcc_departing_request_text", s.dcc_departing_request_text);
+}
+QUILLON_WALK_OF(DescriptorAtscDCCDepartingRequest)
+
+template <class V, class S>
+void DescriptorAtscDCCArrivingRequest::describe(V& v, S& s) {
+  v.field("dcc_arriving_request_type", s.dcc_arriving_request_type);
+  v.field("dcc_arriving_request_text_length", s.dcc_arriving_request_text_length);
+  v.field("dcc_arriving_request_text", s.dcc_arriving_request_text);
+}
+QUILLON_WALK_OF(DescriptorAtscDCCArrivingRequest)
 
 }  // namespace quillon

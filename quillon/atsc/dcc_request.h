@@ -18,6 +18,8 @@ class QUILLON_API DescriptorAtscDCCDepartingRequest final : public DescriptorAts
   int dcc_departing_request_type = 0;
   int dcc_departing_request_text_length = 0;
   ATSCMultipleStringStructure dcc_departing_request_text;
+
+  QUILLON_WALK;
 };
 
 // What a receiver shows when it has reached a channel in a directed channel change (A/65, 6.9).
@@ -33,6 +35,8 @@ class QUILLON_API DescriptorAtscDCCArrivingRequest final : public DescriptorAtsc
   int dcc_arriving_request_type = 0;
   int dcc_arriving_request_text_length = 0;
   ATSCMultipleStringStructure dcc_arriving_request_text;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

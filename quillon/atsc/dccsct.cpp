@@ -1,5 +1,7 @@
 #include <quillon/atsc/dccsct.h>
 #include <quillon/descriptors/internal/code_text.h>
+#include <quillon/faces/internal/walk_of.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -12,13 +14,9 @@ constexpr int kDescriptors = 11;
 void AtscDCCSCT::_parse(ByteView body, bool) {
   protocol_version = body[0];
   updates_defined = body[1];
-  const int pos =
-      detail::walk_rows(body, 2, body_size() - 2, updates_defined, [this](ByteView row, int length) {
-        updates.emplace_back(row, length, false, nullptr);
-        return length;
-      });
+  const int pos = read_counted_rows(updates, body, 2, body_size() - 2, updates_defined);
   dccsct_descriptors_length = body.bits(pos, 1, 10);
-  if (!walk_descriptors(body, kDescriptors, kDescriptors + dccsct_descriptors_length, {body}))
+  if (!parse_descriptors(body, kDescriptors, kDescriptors + dccsct_descriptors_length, {body}))
     throw error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch");
 }
 
@@ -33,7 +31,7 @@ AtscDCCSCT::Update::Update(ByteView data, int& length, bool, ByteView)
   const int pos = 2 + update_data_length;
   update_descriptors_length = data.bits(pos, 1, 10);
   const int end = pos + 2 + update_descriptors_length;
-  if (!walk_descriptors(data, pos + 2, end, {data}))
+  if (!parse_descriptors(data, pos + 2, end, {data}))
     throw error("AtscDCCSCT::Update descriptor start end mismatch");
   length = end;
 }
@@ -42,5 +40,31 @@ const char* AtscDCCSCT::Update::get_update_type_text(int update_type) {
   if (update_type >= 4 && update_type <= 255) return "Reserved for future use";
   return detail::text_of(update_type, {"Reserved", "new_genre_category", "new_state", "new_county"}, "");
 }
+
+template <class V, class S>
+void AtscDCCSCT::describe(V& v, S& s) {
+  v.field("protocol_version", s.protocol_version);
+  v.field("updates_defined", s.updates_defined);
+  v.list("updates", "update", s.updates);
+  v.field("dccsct_descriptors_length", s.dccsct_descriptors_length);
+  v.descriptors(s);
+}
+QUILLON_WALK_OF(AtscDCCSCT)
+
+template <class V, class S>
+void AtscDCCSCT::Update::describe(V& v, S& s) {
+  v.coded("update_type", s.update_type, s.get_update_type_text());
+  v.field("update_data_length", s.update_data_length);
+  v.field("genre_category_code", s.genre_category_code);
+  v.field("genre_category_name_text", s.genre_category_name_text);
+  v.field("dcc_state_location_code", s.dcc_state_location_code);
+  v.field("dcc_state_location_code_text", s.dcc_state_location_code_text);
+  v.field("state_code", s.state_code);
+  v.field("dcc_county_location_code", s.dcc_county_location_code);
+  v.field("dcc_county_location_code_text", s.dcc_county_location_code_text);
+  v.field("update_descriptors_length", s.update_descriptors_length);
+  v.descriptors(s);
+}
+QUILLON_WALK_OF(AtscDCCSCT::Update)
 
 }  // namespace quillon

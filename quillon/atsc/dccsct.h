@@ -42,14 +42,18 @@ class QUILLON_API AtscDCCSCT : public AtscLoopTable {
     int dcc_county_location_code = 0;                           // type 3, 10 bits
     ATSCMultipleStringStructure dcc_county_location_code_text;  // never filled
     int update_descriptors_length = 0;
+
+    QUILLON_WALK;
   };
 
   const char* get_table_id_text() const override { return "dcc_selection_code_table"; }
 
   int protocol_version = 0;
-  int updates_defined = 0;  // as told; `updates` may hold fewer
+  int updates_defined = 0;  // as stated; `updates` may hold fewer
   std::vector<Update> updates;
   int dccsct_descriptors_length = 0;
+
+  QUILLON_WALK;
 
  private:
   // Throws what an update throws, and error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch"), the

@@ -48,6 +48,8 @@ class QUILLON_API AtscDCCT : public AtscLoopTable {
       int dcc_selection_type = 0;
       uint64_t dcc_selection_id = 0;  // never filled
       int dcc_term_descriptors_length = 0;
+
+      QUILLON_WALK;
     };
 
     // `length` holds the bytes left, which bound the terms alone, and then those of the test. Throws
@@ -61,17 +63,21 @@ class QUILLON_API AtscDCCT : public AtscLoopTable {
     int dcc_to_minor_channel_number = 0;
     int dcc_start_time = 0;  // GPS seconds since 00:00:00 UTC, 6 January 1980
     int dcc_end_time = 0;    // likewise
-    int dcc_term_count = 0;  // as told; `terms` may hold fewer
+    int dcc_term_count = 0;  // as stated; `terms` may hold fewer
     int dcc_test_descriptors_length = 0;
     std::vector<DCCTerm> terms;
+
+    QUILLON_WALK;
   };
 
   const char* get_table_id_text() const override { return "directed_channel_change_table"; }
 
   int protocol_version = 0;
-  int dcc_test_count = 0;  // as told; `tests` may hold fewer
+  int dcc_test_count = 0;  // as stated; `tests` may hold fewer
   std::vector<DCCTest> tests;
   int additional_descriptors_length = 0;
+
+  QUILLON_WALK;
 
  private:
   // Throws error("AtscRRT: descriptor start end mismatch"), the text of another table: kept.

@@ -1,19 +1,18 @@
 #include <ostream>
 
 #include <quillon/atsc/eit_atsc.h>
+#include <quillon/atsc/internal/gps_time.h>
 #include <quillon/atsc/virtual_channel.h>
+#include <quillon/faces/internal/walk_of.h>
 #include <quillon/report/internal/line.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 void AtscEIT::_parse(ByteView body, bool) {
   protocol_version = body[0];
   num_events_in_section = body[1];
-  const int end =
-      detail::walk_rows(body, 2, body_size(), num_events_in_section, [this](ByteView row, int length) {
-        events.emplace_back(row, length, false, nullptr);
-        return length;
-      });
+  const int end = read_counted_rows(events, body, 2, body_size(), num_events_in_section);
   if (end != body_size()) throw error("AtscEIT: event loop start end mismatch");
 }
 
@@ -25,13 +24,13 @@ AtscEIT::Event::Event(ByteView data, int& length, bool, ByteView)
       title_length(data[8]),
       descriptors_length(data.bits(9 + title_length, 3, 12)) {
   const int end = 11 + title_length + descriptors_length;
-  if (!walk_descriptors(data, 11 + title_length, end, {data}))
+  if (!parse_descriptors(data, 11 + title_length, end, {data}))
     throw error("AtscTVCT::Channel: descriptor start end mismatch");
   length = end;
 }
 
 const char* AtscEIT::Event::get_ETM_location_text(int ETM_location) {
-  return detail::VirtualChannel::get_ETM_location_text(ETM_location);
+  return VirtualChannel::get_ETM_location_text(ETM_location);
 }
 
 void AtscEIT::_dump_state(std::ostream& stream) const {
@@ -52,5 +51,26 @@ void AtscEIT::Event::dump_state(std::ostream& stream) const {
   title_text.dump_state(stream);
   report::line(stream, "descriptors_length: ", descriptors_length);
 }
+
+template <class V, class S>
+void AtscEIT::describe(V& v, S& s) {
+  v.field("protocol_version", s.protocol_version);
+  v.field("num_events_in_section", s.num_events_in_section);
+  v.list("events", "event", s.events);
+}
+QUILLON_WALK_OF(AtscEIT)
+
+template <class V, class S>
+void AtscEIT::Event::describe(V& v, S& s) {
+  v.field("event_id", s.event_id);
+  v.coded("start_time", static_cast<uint32_t>(s.start_time), detail::gps_time_text(s.start_time).c_str());
+  v.coded("ETM_location", s.ETM_location, s.get_ETM_location_text());
+  v.field("length_in_seconds", s.length_in_seconds);
+  v.field("title_length", s.title_length);
+  v.field("title_text", s.title_text);
+  v.field("descriptors_length", s.descriptors_length);
+  v.descriptors(s);
+}
+QUILLON_WALK_OF(AtscEIT::Event)
 
 }  // namespace quillon

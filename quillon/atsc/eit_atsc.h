@@ -13,7 +13,7 @@ namespace quillon {
 //   rows                        Event
 class QUILLON_API AtscEIT : public AtscTable {
  public:
-  // The fields behind start_time stand a byte earlier than in the standard, so that its last byte is read
+  // The fields after start_time are a byte earlier than in the standard, so that its last byte is read
   // again as the location and the top of the duration: kept.
   //
   //   reserved             2
@@ -44,13 +44,17 @@ class QUILLON_API AtscEIT : public AtscTable {
     int title_length = 0;
     ATSCMultipleStringStructure title_text;  // never filled
     int descriptors_length = 0;
+
+    QUILLON_WALK;
   };
 
   const char* get_table_id_text() const override { return "event_information_table"; }
 
   int protocol_version = 0;
-  int num_events_in_section = 0;  // as told; `events` may hold fewer
+  int num_events_in_section = 0;  // as stated; `events` may hold fewer
   std::vector<Event> events;
+
+  QUILLON_WALK;
 
  private:
   void _dump_state(std::ostream& stream) const override;

@@ -12,6 +12,8 @@ class QUILLON_API DescriptorAtscGenre final : public DescriptorAtscWireOnly {
     explicit Attribute(ByteView data) : attribute(data[0]) {}
 
     int attribute = 0;
+
+    QUILLON_WALK;
   };
 
   DescriptorAtscGenre() = default;
@@ -21,6 +23,8 @@ class QUILLON_API DescriptorAtscGenre final : public DescriptorAtscWireOnly {
 
   int attribute_count = 0;
   std::vector<Attribute> attributes;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

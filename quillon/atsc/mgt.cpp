@@ -1,7 +1,9 @@
 #include <ostream>
 
 #include <quillon/atsc/mgt.h>
+#include <quillon/faces/internal/walk_of.h>
 #include <quillon/report/internal/line.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -44,13 +46,9 @@ constexpr struct {
 void AtscMGT::_parse(ByteView body, bool keep_raw) {
   protocol_version = body[0];
   tables_defined = body.u16(1);
-  const int pos = detail::walk_rows(body, 3, section_end(), tables_defined, [this](ByteView row, int length) {
-    tables.emplace_back(row, length, false, nullptr);
-    return length;
-  });
+  const int pos = read_counted_rows(tables, body, 3, section_end(), tables_defined);
   descriptors_length = body.bits(pos, 3, 12);
-  if (!walk_descriptors(body, pos + 2, body_size(), {body, positions_if(keep_raw)}))
-    throw error(kMgtMismatch);
+  if (!parse_descriptors(body, pos + 2, body_size(), {body, keep_raw})) throw error(kMgtMismatch);
 }
 
 AtscMGT::Table::Table(ByteView data, int& length, bool, ByteView)
@@ -60,7 +58,7 @@ AtscMGT::Table::Table(ByteView data, int& length, bool, ByteView)
       number_bytes(static_cast<int>((static_cast<uint32_t>(data.u16(5)) << 16) + data[7] * 100u + data[8])),
       table_type_descriptors_length(data.bits(9, 3, 12)) {
   const int end = 11 + table_type_descriptors_length;
-  if (!walk_descriptors(data, 11, end, {data})) throw error(kMgtMismatch);
+  if (!parse_descriptors(data, 11, end, {data})) throw error(kMgtMismatch);
   length = end;
 }
 
@@ -87,5 +85,26 @@ void AtscMGT::Table::dump_state(std::ostream& stream) const {
   report::line(stream, "number_bytes: ", number_bytes);
   report::line(stream, "table_type_descriptors_length: ", table_type_descriptors_length);
 }
+
+template <class V, class S>
+void AtscMGT::describe(V& v, S& s) {
+  v.field("protocol_version", s.protocol_version);
+  v.field("tables_defined", s.tables_defined);
+  v.list("tables", "table", s.tables);
+  v.field("descriptors_length", s.descriptors_length);
+  v.descriptors(s);
+}
+QUILLON_WALK_OF(AtscMGT)
+
+template <class V, class S>
+void AtscMGT::Table::describe(V& v, S& s) {
+  v.coded("table_type", s.table_type, s.get_table_type_text());
+  v.field("table_type_PID", s.table_type_PID);
+  v.field("table_type_version_number", s.table_type_version_number);
+  v.field("number_bytes", static_cast<uint32_t>(s.number_bytes));
+  v.field("table_type_descriptors_length", s.table_type_descriptors_length);
+  v.descriptors(s);
+}
+QUILLON_WALK_OF(AtscMGT::Table)
 
 }  // namespace quillon

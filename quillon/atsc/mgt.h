@@ -38,14 +38,18 @@ class QUILLON_API AtscMGT : public AtscLoopTable {
     int table_type_version_number = 0;
     int number_bytes = 0;  // wrong from 256 on: the third byte counts 100 instead of 256, kept
     int table_type_descriptors_length = 0;
+
+    QUILLON_WALK;
   };
 
   const char* get_table_id_text() const override { return "master_guide_table"; }
 
   int protocol_version = 0;
-  int tables_defined = 0;  // as told; `tables` may hold fewer after a failure
+  int tables_defined = 0;  // as stated; `tables` may hold fewer after a failure
   std::vector<Table> tables;
   int descriptors_length = 0;
+
+  QUILLON_WALK;
 
  private:
   void _dump_state(std::ostream& stream) const override;

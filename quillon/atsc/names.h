@@ -16,6 +16,8 @@ class QUILLON_API DescriptorAtscExtendedChannelName final : public DescriptorAts
   const char* get_tag_text() const override { return "extended_channel_name_descriptor"; }
 
   ATSCMultipleStringStructure long_channel_name_text;
+
+  QUILLON_WALK;
 };
 
 // The name of a component of a service (A/65, 6.9.7).
@@ -29,6 +31,8 @@ class QUILLON_API DescriptorAtscComponentName final : public DescriptorAtscWireO
   const char* get_tag_text() const override { return "component_name_descriptor"; }
 
   ATSCMultipleStringStructure component_name_string;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

@@ -3,6 +3,8 @@
 
 #include <quillon/atsc/pmt_atsc.h>
 #include <quillon/descriptors/mpeg2/ca.h>
+#include <quillon/faces/internal/walk_of.h>
+#include <quillon/sections/internal/rows.h>
 #include <quillon/tables/internal/stream_type.h>
 
 namespace quillon {
@@ -16,24 +18,22 @@ constexpr const char* kAtscPmtMismatch = "descriptor start end mismatch";
 void PmtATSC::_parse(ByteView body, bool keep_raw) {
   pcr_pid = body.bits(0, 4, 13);
   const int program_end = 4 + body.bits(2, 3, 12);
-  if (!walk_descriptors(body, 4, program_end, {body, positions_if(keep_raw)})) throw error(kAtscPmtMismatch);
-  const bool whole = walk(body, program_end, body_size(), [&](ByteView row, int length) {
-    streams_.emplace_back(row, length, keep_raw, body);
+  const RowContext context{body, keep_raw};
+  if (!parse_descriptors(body, 4, program_end, context)) throw error(kAtscPmtMismatch);
+  const bool whole = each_row(body, program_end, body_size(), [&](ByteView row, int length) {
+    streams_.emplace_back(row, length, context);
     return length;
   });
   if (!whole) throw error(kAtscPmtMismatch);
 }
 
-PmtATSC::ElementaryStream::ElementaryStream(_PMT_INFO* info, int& length, bool keep_raw, const uint8_t* body)
-    : ElementaryStream(ByteView(info->bytes), length, keep_raw, ByteView(body)) {}
-
-PmtATSC::ElementaryStream::ElementaryStream(ByteView info, int& length, bool keep_raw, ByteView body) {
+PmtATSC::ElementaryStream::ElementaryStream(ByteView info, int& length, const RowContext& row) {
   if (length < 5) throw error("too little data");
   stream_type = info[0];
   elementary_PID = info.bits(1, 4, 13);
   ES_info_length = info.bits(3, 3, 12);
   // An overrun of this loop is found by the table alone.
-  walk_descriptors(info, 5, 5 + ES_info_length, {body, keep_raw ? &descriptor_positions_ : nullptr});
+  parse_descriptors(info, 5, 5 + ES_info_length, row);
   length = ES_info_length + 5;
 }
 
@@ -51,8 +51,7 @@ void PmtATSC::get_all_ca_descriptors(std::vector<DescriptorCa>& out) const {
 
 void PmtATSC::_reset() {
   streams_.clear();
-  store_.clear();
-  positions_if(true)->clear();
+  clear_descriptors();
 }
 
 void PmtATSC::_dump_state(std::ostream& stream) const {
@@ -70,5 +69,22 @@ void PmtATSC::_dump_state(std::ostream& stream) const {
   stream.flags(flags);
   stream.width(width);
 }
+
+template <class V, class S>
+void PmtATSC::describe(V& v, S& s) {
+  v.field("pcr_pid", s.pcr_pid);
+  v.list("stream_infos", "stream", s.streams_);
+  v.descriptors(s);
+}
+QUILLON_WALK_OF(PmtATSC)
+
+template <class V, class S>
+void PmtATSC::ElementaryStream::describe(V& v, S& s) {
+  v.coded("stream_type", s.stream_type, s.get_stream_type_cstr());
+  v.field("elementary_PID", s.elementary_PID);
+  v.field("ES_info_length", s.ES_info_length);
+  v.descriptors(s);
+}
+QUILLON_WALK_OF(PmtATSC::ElementaryStream)
 
 }  // namespace quillon

@@ -26,24 +26,25 @@ class QUILLON_API PmtATSC : public AtscTable, public AtscLoop {
    public:
     // `length` holds the bytes left in the section, and then the bytes of the row. Throws error("too little
     // data") if fewer than five are left. Positions count from `body`.
-    ElementaryStream(_PMT_INFO* info, int& length, bool keep_raw, const uint8_t* body);
-    ElementaryStream(ByteView info, int& length, bool keep_raw, ByteView body);
-
-    // Where each descriptor lies in the table's body, if Parse kept the section.
-    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
+    ElementaryStream(_PMT_INFO* info, int& length, bool keep_raw, const uint8_t* body)
+        : ElementaryStream(ByteView(info->bytes), length, {ByteView(body), keep_raw}) {}
+    ElementaryStream(ByteView info, int& length, bool keep_raw, ByteView body)
+        : ElementaryStream(info, length, {body, keep_raw}) {}
+    ElementaryStream(ByteView info, int& length, const RowContext& row);
 
     static const char* get_stream_type_cstr(int stream_type);
     const char* get_stream_type_cstr() const { return get_stream_type_cstr(stream_type); }
 
-    // Prints nothing: a report tells no more of the streams than their number.
+    // Prints nothing: a report has no more of the streams than their number.
     void dump_state(std::ostream&) const {}
 
     int stream_type = 0;
     int elementary_PID = 0;
     int ES_info_length = 0;
 
+    QUILLON_WALK;
+
    private:
-    std::vector<int> descriptor_positions_;
   };
 
   const char* get_table_id_text() const override { return "TS_program_map_section"; }
@@ -51,12 +52,12 @@ class QUILLON_API PmtATSC : public AtscTable, public AtscLoop {
   int get_program_number() const { return get_context_id(); }
   int get_pcr_pid() const { return pcr_pid; }
   const std::vector<ElementaryStream>& get_pmt_stream_info() const { return streams_; }
-  // Where each descriptor of the program lies in the body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
   // Adds the CA descriptors of the program, then those of its streams.
   void get_all_ca_descriptors(std::vector<DescriptorCa>& out) const;
 
   int pcr_pid = 0;
+
+  QUILLON_WALK;
 
  private:
   void _reset() override;

@@ -14,6 +14,8 @@ class QUILLON_API DescriptorAtscRedistributionControl final : public DescriptorA
   const char* get_tag_text() const override { return "rc_descriptor"; }
 
   std::vector<uint8_t> data;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

@@ -20,7 +20,7 @@ namespace quillon {
 class QUILLON_API AtscRRT : public AtscLoopTable {
  public:
   //   dimension_name_length   8
-  //   dimension_name              stepped over, and the byte behind it
+  //   dimension_name              stepped over, and the byte after it
   //   reserved                3
   //   graduated_scale         1
   //   values_defined          4
@@ -40,6 +40,8 @@ class QUILLON_API AtscRRT : public AtscLoopTable {
       ATSCMultipleStringStructure abbrev_rating_value_text;  // never filled
       int rating_value_length = 0;
       ATSCMultipleStringStructure rating_value_text;  // never filled
+
+      QUILLON_WALK;
     };
 
     // `length` holds the bytes left, which the values must fill, and stays as it is. Throws
@@ -51,6 +53,8 @@ class QUILLON_API AtscRRT : public AtscLoopTable {
     int graduated_scale = 0;
     int values_defined = 0;
     std::vector<Value> values;
+
+    QUILLON_WALK;
   };
 
   const char* get_table_id_text() const override { return "rating_region_table"; }
@@ -58,9 +62,11 @@ class QUILLON_API AtscRRT : public AtscLoopTable {
   int protocol_version = 0;
   int rating_region_name_length = 0;
   ATSCMultipleStringStructure rating_region_name_text;  // never filled
-  int dimensions_defined = 0;                           // as told; `dimensions` holds one at most
+  int dimensions_defined = 0;                           // as stated; `dimensions` holds one at most
   int descriptors_length = 0;
   std::vector<Dimension> dimensions;
+
+  QUILLON_WALK;
 
  private:
   // Throws error("AtscRRT: descriptor start end mismatch").

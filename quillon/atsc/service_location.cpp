@@ -1,19 +1,17 @@
 #include <quillon/atsc/service_location.h>
+#include <quillon/faces/internal/walk_of.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorAtscServiceLocation::DescriptorAtscServiceLocation(ByteView d)
     : DescriptorAtscWireOnly(d), PCR_PID(d.bits(2, 4, 13)), number_elements(d[4]) {
   const int span = descriptor_length - 3;
-  // The other class's name in these two texts is kept: they have always been told so.
+  // The other class's name in these two texts is kept: tools match on them.
   if (span / 6 != number_elements) throw error("DescriptorAtscCaptionService: number_elements mismatch (1)");
   if (span % 6 != 0) throw error("DescriptorAtscCaptionService: number_elements mismatch (2)");
-  elements.reserve(static_cast<size_t>(number_elements));
-  const bool whole = walk(d, 5, 5 + span, [this](ByteView at, int) {
-    elements.emplace_back(at);
-    return 6;
-  });
-  if (!whole) throw error("DescriptorAtscServiceLocation: element start end mismatch");
+  if (!read_rows(elements, d, 5, span, 6))
+    throw error("DescriptorAtscServiceLocation: element start end mismatch");
 }
 
 DescriptorAtscServiceLocation::Element::Element(ByteView data)
@@ -45,5 +43,21 @@ const char* DescriptorAtscServiceLocation::Element::get_stream_type_text(int str
       return "";
   }
 }
+
+template <class V, class S>
+void DescriptorAtscServiceLocation::describe(V& v, S& s) {
+  v.field("PCR_PID", s.PCR_PID);
+  v.field("number_elements", s.number_elements);
+  v.list("elements", "element", s.elements);
+}
+QUILLON_WALK_OF(DescriptorAtscServiceLocation)
+
+template <class V, class S>
+void DescriptorAtscServiceLocation::Element::describe(V& v, S& s) {
+  v.coded("stream_type", s.stream_type, s.get_stream_type_text());
+  v.field("elementary_PID", s.elementary_PID);
+  v.field("language", s.language);
+}
+QUILLON_WALK_OF(DescriptorAtscServiceLocation::Element)
 
 }  // namespace quillon

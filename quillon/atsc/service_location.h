@@ -19,6 +19,8 @@ class QUILLON_API DescriptorAtscServiceLocation final : public DescriptorAtscWir
     int stream_type = 0;
     int elementary_PID = 0;
     ISO639LanguageCode language;
+
+    QUILLON_WALK;
   };
 
   DescriptorAtscServiceLocation() = default;
@@ -32,6 +34,8 @@ class QUILLON_API DescriptorAtscServiceLocation final : public DescriptorAtscWir
   int PCR_PID = 0;
   int number_elements = 0;
   std::vector<Element> elements;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

@@ -20,6 +20,8 @@ class QUILLON_API AtscSTT : public AtscLoopTable {
   int GPS_UTC_offset = 0;    // leap seconds
   int daylight_savings = 0;  // DS_status, 1 bit; reserved, 2; DS_day_of_month, 5; DS_hour, 8
 
+  QUILLON_WALK;
+
  private:
   void _dump_state(std::ostream& stream) const override;
   // Throws error("AtscSTT: descriptor start end mismatch").

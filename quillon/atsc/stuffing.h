@@ -14,6 +14,8 @@ class QUILLON_API DescriptorAtscStuffing final : public DescriptorAtscWireOnly {
   const char* get_tag_text() const override { return "stuffing_descriptor("; }  // kept, with its bracket
 
   std::vector<uint8_t> data;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

@@ -1,4 +1,6 @@
 #include <quillon/atsc/time_shifted_service.h>
+#include <quillon/faces/internal/walk_of.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -8,12 +10,23 @@ DescriptorAtscTimeShiftedService::DescriptorAtscTimeShiftedService(ByteView d)
   if (span / 5 != number_of_services)
     throw error("DescriptorAtscTimeShiftedService: number_of_services mismatch (1)");
   if (span % 5 != 0) throw error("DescriptorAtscTimeShiftedService: number_of_services mismatch (2)");
-  services.reserve(static_cast<size_t>(number_of_services));
-  const bool whole = walk(d, 3, 3 + span, [this](ByteView at, int) {
-    services.emplace_back(at);
-    return 5;
-  });
-  if (!whole) throw error("DescriptorAtscTimeShiftedService: service start end mismatch");
+  if (!read_rows(services, d, 3, span, 5))
+    throw error("DescriptorAtscTimeShiftedService: service start end mismatch");
 }
+
+template <class V, class S>
+void DescriptorAtscTimeShiftedService::describe(V& v, S& s) {
+  v.field("number_of_services", s.number_of_services);
+  v.list("services", "service", s.services);
+}
+QUILLON_WALK_OF(DescriptorAtscTimeShiftedService)
+
+template <class V, class S>
+void DescriptorAtscTimeShiftedService::Service::describe(V& v, S& s) {
+  v.field("time_shift", s.time_shift);
+  v.field("major_channel_number", s.major_channel_number);
+  v.field("minor_channel_number", s.minor_channel_number);
+}
+QUILLON_WALK_OF(DescriptorAtscTimeShiftedService::Service)
 
 }  // namespace quillon

@@ -17,6 +17,8 @@ class QUILLON_API DescriptorAtscTimeShiftedService final : public DescriptorAtsc
     int time_shift = 0;  // in minutes
     int major_channel_number = 0;
     int minor_channel_number = 0;
+
+    QUILLON_WALK;
   };
 
   DescriptorAtscTimeShiftedService() = default;
@@ -29,6 +31,8 @@ class QUILLON_API DescriptorAtscTimeShiftedService final : public DescriptorAtsc
 
   int number_of_services = 0;  // the whole byte, its reserved bits included
   std::vector<Service> services;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

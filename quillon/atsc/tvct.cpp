@@ -1,9 +1,14 @@
 #include <ostream>
 
+#include <quillon/atsc/internal/channels.h>
 #include <quillon/atsc/tvct.h>
 #include <quillon/report/internal/line.h>
 
 namespace quillon {
+
+void AtscTVCT::_parse(ByteView body, bool keep_raw) {
+  parse_channels(channels, 2, body, keep_raw);
+}
 
 AtscTVCT::Channel::Channel(ByteView data, int& length, bool, ByteView) {
   read_short_name(data);
@@ -31,5 +36,13 @@ void AtscTVCT::_dump_state(std::ostream& stream) const {
     stream << std::endl;
   }
 }
+
+void AtscTVCT::Channel::walk(FieldSink& sink) const {
+  faces::Walk v(sink);
+  describe(v, *this);
+  v.descriptors(*this);
+}
+
+QUILLON_WALK_OF(AtscTVCT)
 
 }  // namespace quillon

@@ -12,7 +12,7 @@ namespace quillon {
 //   reserved                        6
 //   additional_descriptors_length  10
 //   descriptors                         to the CRC, whatever their length says
-class QUILLON_API AtscTVCT : public detail::VirtualChannelTable {
+class QUILLON_API AtscTVCT : public VirtualChannelTable {
  public:
   //   short_name               7 * 16
   //   reserved                      4
@@ -33,21 +33,24 @@ class QUILLON_API AtscTVCT : public detail::VirtualChannelTable {
   //   reserved                      6
   //   descriptors_length           10
   //   descriptors
-  class QUILLON_API Channel : public detail::VirtualChannel {
+  class QUILLON_API Channel : public VirtualChannel {
    public:
     // `length` becomes the bytes of the channel. Throws error("AtscTVCT::Channel: descriptor start end
     // mismatch").
     Channel(ByteView data, int& length, bool keep_raw, ByteView section);
+
+    void walk(FieldSink& sink) const;
   };
 
   const char* get_table_id_text() const override { return "terrestrial_virtual_channel_table"; }
+  void walk(FieldSink& sink) const;
 
   std::vector<Channel> channels;
 
  private:
   void _dump_state(std::ostream& stream) const override;
   // Throws error("AtscTVCT: descriptor start end mismatch").
-  void _parse(ByteView body, bool keep_raw) override { parse_channels(channels, 2, body, keep_raw); }
+  void _parse(ByteView body, bool keep_raw) override;
   bool is_valid_tablesid() const override { return get_table_id() == 0xC8; }
 };
 

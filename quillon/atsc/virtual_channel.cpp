@@ -2,7 +2,7 @@
 #include <quillon/descriptors/internal/code_text.h>
 #include <quillon/report/internal/line.h>
 
-namespace quillon::detail {
+namespace quillon {
 
 namespace {
 
@@ -13,8 +13,8 @@ constexpr int kDescriptors = 32;
 }  // namespace
 
 void VirtualChannel::read_short_name(ByteView channel) {
-  for (int i = 0; i < kNameUnits; ++i) {
-    const int unit = channel.u16(2 * i);
+  for (int at = 0; at < 2 * kNameUnits; at += 2) {
+    const int unit = channel.u16(at);
     if (unit == 0) break;
     short_name.push_back(static_cast<uint16_t>(unit));
   }
@@ -22,34 +22,36 @@ void VirtualChannel::read_short_name(ByteView channel) {
 
 int VirtualChannel::read_descriptors(ByteView channel) {
   const int end = kDescriptors + descriptors_length;
-  if (!walk_descriptors(channel, kDescriptors, end, {channel}))
+  if (!parse_descriptors(channel, kDescriptors, end, {channel}))
     throw error("AtscTVCT::Channel: descriptor start end mismatch");
   return end;
 }
 
 void VirtualChannelTable::parse_additional_descriptors(int begin, ByteView body, bool keep_raw) {
   additional_descriptors_length = body.bits(begin, 1, 10);
-  if (!walk_descriptors(body, begin + 2, body_size(), {body, positions_if(keep_raw)}))
+  if (!parse_descriptors(body, begin + 2, body_size(), {body, keep_raw}))
     throw error("AtscTVCT: descriptor start end mismatch");
 }
 
 const char* VirtualChannel::get_modulation_mode_text(int modulation_mode) {
   if (modulation_mode >= 6 && modulation_mode <= 127) return "[Reserved for future use by ATSC]";
   if (modulation_mode >= 128 && modulation_mode <= 255) return "[User Private]";
-  return text_of(modulation_mode,
-                 {"[Reserved]", "Analog", "SCTE_mode_1", "SCTE_mode_2", "ATSC (8 VSB)", "ATSC (16 VSB)"}, "");
+  return detail::text_of(
+      modulation_mode,
+      {"[Reserved]", "Analog", "SCTE_mode_1", "SCTE_mode_2", "ATSC (8 VSB)", "ATSC (16 VSB)"}, "");
 }
 
 const char* VirtualChannel::get_ETM_location_text(int ETM_location) {
-  return text_of(ETM_location,
-                 {"No ETM", "ETM located in the PTC carrying this PSIP",
-                  "ETM located in the PTC specified by the channel_TSID", "[Reserved for future ATSC use]"},
-                 "");
+  return detail::text_of(
+      ETM_location,
+      {"No ETM", "ETM located in the PTC carrying this PSIP",
+       "ETM located in the PTC specified by the channel_TSID", "[Reserved for future ATSC use]"},
+      "");
 }
 
 const char* VirtualChannel::get_service_type_text(int service_type) {
   if (service_type >= 5 && service_type <= 63) return "[Reserved for future ATSC use]";
-  return text_of(
+  return detail::text_of(
       service_type,
       {"[Reserved]", "analog_television", "ATSC_digital_television", "ATSC_audio", "ATSC_data_only_service"},
       "");
@@ -71,4 +73,4 @@ void VirtualChannel::dump_state(std::ostream& stream) const {
   report::line(stream, "descriptors_length: ", descriptors_length);
 }
 
-}  // namespace quillon::detail
+}  // namespace quillon

@@ -3,7 +3,7 @@
 #include <quillon/atsc/atsc_table.h>
 #include <quillon/platform/wide_string.h>
 
-namespace quillon::detail {
+namespace quillon {
 
 // What a channel of either virtual channel table has.
 class QUILLON_API VirtualChannel : public AtscLoop {
@@ -34,6 +34,9 @@ class QUILLON_API VirtualChannel : public AtscLoop {
   int descriptors_length = 0;  // 10 bits
 
  protected:
+  // The fields that are common to both tables, but for the descriptors.
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
   void read_short_name(ByteView channel);
   // Reads descriptors_length bytes of descriptors, which begin at byte 32, and gives the bytes of the
   // channel. Throws error("AtscTVCT::Channel: descriptor start end mismatch").
@@ -44,26 +47,21 @@ class QUILLON_API VirtualChannel : public AtscLoop {
 class QUILLON_API VirtualChannelTable : public AtscLoopTable {
  public:
   int protocol_version = 0;
-  int num_channels_in_section = 0;        // as told; there may be fewer after a failure
+  int num_channels_in_section = 0;        // as stated; there may be fewer after a failure
   int additional_descriptors_length = 0;  // bounds nothing: the descriptors go to the CRC
 
  protected:
+  // The fields of the table, with its channels.
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
+
   // Reads the body, whose first channel is at `begin`. Throws error("AtscTVCT: descriptor start end
   // mismatch").
   template <class Channel>
-  void parse_channels(std::vector<Channel>& channels, int begin, ByteView body, bool keep_raw) {
-    protocol_version = body[0];
-    num_channels_in_section = body[1];
-    const int end =
-        walk_rows(body, begin, section_end(), num_channels_in_section, [&channels](ByteView row, int length) {
-          channels.emplace_back(row, length, false, nullptr);
-          return length;
-        });
-    parse_additional_descriptors(end, body, keep_raw);
-  }
+  void parse_channels(std::vector<Channel>& channels, int begin, ByteView body, bool keep_raw);
 
  private:
   void parse_additional_descriptors(int begin, ByteView body, bool keep_raw);
 };
 
-}  // namespace quillon::detail
+}  // namespace quillon

@@ -11,7 +11,7 @@ namespace {
 // that go on to a handler. Both were measured.
 constexpr int kHeadersAhead = 24 * Demux::packet_size;
 constexpr int kPayloadsAhead = 8 * Demux::packet_size;
-constexpr int kCacheLine = 64;
+constexpr ptrdiff_t kCacheLine = 64;
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include <quillon/descriptors/descriptor_base.h>
+#include <quillon/faces/internal/walk.h>
 #include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
@@ -129,6 +130,12 @@ bool DescriptorBase::SaveSection(void* document, void* node) const {
   xml::Writer out(document, node);
   out.add("descriptor_id", descriptor_tag);
   return out.add("descriptor_length", descriptor_length) && _save_section(document, node);
+}
+
+void DescriptorBase::_walk_head(FieldSink& sink) const {
+  faces::Walk v(sink);
+  v.coded("descriptor_id", descriptor_tag, get_tag_text());
+  v.field("descriptor_length", descriptor_length);
 }
 
 }  // namespace quillon

@@ -9,12 +9,16 @@
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
 #include <quillon/sections/error.h>
+#include <quillon/sections/walkable.h>
 
 namespace quillon {
 
 // What every descriptor has: tag and length (ISO/IEC 13818-1, 2.6.1), and three faces. Its constructor from
 // bytes is the wire parser, with the view on the tag byte; dump_state is the report; Parse and SaveSection
-// are the XML form. For threads the rule of the tables holds (PsiBase1).
+// are the XML form, `walk` hands the fields to a sink. For threads the rule of the tables holds (PsiBase1).
+//
+// The order of the virtual functions is fixed: programs built against another version call them by their
+// place.
 class QUILLON_API DescriptorBase {
  public:
   DescriptorBase() = default;
@@ -47,6 +51,9 @@ class QUILLON_API DescriptorBase {
   bool SaveSection(void* document, void* node) const;
   // Empties what the class says it empties, often nothing.
   void reset() { _reset(); }
+
+  // Hands tag and length to a sink, before the fields that the `walk` of each class hands over.
+  void _walk_head(FieldSink& sink) const;
 
  protected:
   // Descriptors are values; none is destroyed through its base.
@@ -96,14 +103,15 @@ void clear_all(Fields&... fields) {
 
 }  // namespace detail
 
-// A field with its accessor: QUILLON_FIELD(int, layer) is the member layer_ and `int get_layer() const`.
-#define QUILLON_FIELD(type, name)                   \
- public:                                            \
-  ::quillon::detail::Get<type> get_##name() const { \
-    return name##_;                                 \
-  }                                                 \
-                                                    \
- private:                                           \
+// A field with its accessor: QUILLON_FIELD(int, layer, get_layer) is the member layer_ and `int get_layer()
+// const`. This and the macros below end in the private part of the class.
+#define QUILLON_FIELD(type, name, accessor)       \
+ public:                                          \
+  ::quillon::detail::Get<type> accessor() const { \
+    return name##_;                               \
+  }                                               \
+                                                  \
+ private:                                         \
   type name##_ {}
 
 // The faces of a descriptor class, all from one `describe` in its source file. What is named in the
@@ -119,8 +127,7 @@ void clear_all(Fields&... fields) {
     ::quillon::detail::clear_all(__VA_ARGS__);                   \
   }                                                              \
   void _parse(void* node) override;                              \
-  template <class Visitor, class Self>                           \
-  static void describe(Visitor& v, Self& s)
+  QUILLON_WALK
 
 // The faces of a record inside a table or descriptor: SaveSection gives false at the first attribute that
 // can't be added, Parse throws error("failed").
@@ -129,9 +136,6 @@ void clear_all(Fields&... fields) {
   bool SaveSection(void* document, void* node) const; \
   void dump_state(std::ostream& stream) const;        \
   void Parse(void* node);                             \
-                                                      \
- private:                                             \
-  template <class Visitor, class Self>                \
-  static void describe(Visitor& v, Self& s)
+  QUILLON_WALK
 
 }  // namespace quillon

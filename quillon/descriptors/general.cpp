@@ -1,29 +1,21 @@
 #include <quillon/descriptors/general.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
 template <class V, class S>
 void DescriptorGeneral::describe(V& v, S& s) {
-  v.field("private_data", s.private_data_);
+  if constexpr (V::dump) {
+    v.stream() << "data:" << std::endl;  // also where there are no bytes
+    report::block(v.stream(), s.private_data_);
+  } else {
+    v.bytes("private_data", s.private_data_);
+  }
 }
-
-// The label stands also where there are no bytes.
-void DescriptorGeneral::_dump_state(std::ostream& stream) const {
-  stream << "data:" << std::endl;
-  report::block(stream, private_data_);
-}
-
-bool DescriptorGeneral::_save_section(void* document, void* node) const {
-  faces::Save v(document, node);
-  describe(v, *this);
-  return v.ok();
-}
-
-void DescriptorGeneral::_parse(void* node) {
-  faces::Load v(node);
-  describe(v, *this);
-}
+QUILLON_DUMP_OF(DescriptorGeneral, _dump_state)
+QUILLON_SAVE_OF(DescriptorGeneral, _save_section)
+QUILLON_LOAD_OF(void DescriptorGeneral::_parse)
+QUILLON_WALK_OF(DescriptorGeneral)
 
 const char* DescriptorGeneral::get_tag_text() const {
   if (descriptor_tag > 0x3F) return "User Private";

@@ -15,7 +15,7 @@ class QUILLON_API DescriptorGeneral final : public DescriptorBase {
   DescriptorGeneral(int tag, const uint8_t* data, int length)
       : DescriptorBase(tag, length), private_data_(ByteView(data).bytes(0, length)) {}
 
-  QUILLON_FIELD(std::vector<uint8_t>, private_data);
+  QUILLON_FIELD(std::vector<uint8_t>, private_data, get_private_data);
 
   QUILLON_FACES(private_data_);
 };
@@ -26,7 +26,7 @@ class QUILLON_API DescriptorStuffing final : public DescriptorBase {
   DescriptorStuffing() = default;
   explicit DescriptorStuffing(ByteView d) : DescriptorBase(d), stuffing_byte_(d.bytes(2, d[1])) {}
 
-  QUILLON_FIELD(std::vector<uint8_t>, stuffing_byte);
+  QUILLON_FIELD(std::vector<uint8_t>, stuffing_byte, get_stuffing_byte);
 
   QUILLON_FACES(stuffing_byte_);
 };

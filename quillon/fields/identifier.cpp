@@ -20,7 +20,7 @@ std::string ApplicationIdentifier::application_identifier_as_text() const {
 
 bool ApplicationIdentifier::set_application_identifier_from_text(const char* text) {
   unsigned organisation = organisation_id;
-  unsigned application = static_cast<unsigned>(application_id);
+  auto application = static_cast<unsigned>(application_id);
   std::sscanf(detail::or_empty(text), "%X %X", &organisation, &application);
   organisation_id = organisation;
   application_id = static_cast<int>(application);

@@ -8,6 +8,7 @@
 #include <quillon/fields/text.h>
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
+#include <quillon/sections/walkable.h>
 
 namespace quillon {
 
@@ -34,6 +35,8 @@ class QUILLON_API ApplicationIdentifier {
 
   uint32_t organisation_id = 0;
   int application_id = 0;
+
+  QUILLON_WALK;
 };
 
 // A length byte and that many bytes, kept as they are. Any value is accepted.
@@ -56,7 +59,8 @@ class QUILLON_API LengthPrefixedString {
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 
- private:
+  QUILLON_WALK;
+
   int length_ = 0;
   std::string value_;
 };
@@ -81,7 +85,8 @@ class QUILLON_API MultilingualNameInfo {
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 
- private:
+  QUILLON_WALK;
+
   CodeCharacters language_code_;
   Text name_;
 };

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <cstring>
-#include <ostream>
-
 #include <quillon/platform/or_empty.h>
 #include <quillon/sections/byte_view.h>
 

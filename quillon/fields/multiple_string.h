@@ -8,6 +8,7 @@
 #include <quillon/platform/api.h>
 #include <quillon/platform/wide_string.h>
 #include <quillon/sections/byte_view.h>
+#include <quillon/sections/walkable.h>
 
 namespace quillon {
 
@@ -41,10 +42,10 @@ class QUILLON_API ATSCMultipleStringStructure {
       int compression_type = 0;
       int mode = 0;
       int number_bytes = 0;
-      std::vector<uint8_t> compressed_string_bytes;  // as they stand on the wire
+      std::vector<uint8_t> compressed_string_bytes;  // as they are on the wire
       wide_string decoded_text;                      // empty if compressed, or if the mode is not a page
 
-     private:
+      QUILLON_WALK;
       void decompress(std::vector<uint8_t>& out) const;
       void decode(const std::vector<uint8_t>& in);
     };
@@ -57,6 +58,8 @@ class QUILLON_API ATSCMultipleStringStructure {
     ISO639LanguageCode iso639languagecode;
     int number_segments = 0;
     std::vector<Segment> segments;
+
+    QUILLON_WALK;
   };
 
   // Adds the strings to those there are. `length` holds the bytes there are, and then those used, at least
@@ -67,6 +70,8 @@ class QUILLON_API ATSCMultipleStringStructure {
 
   int number_strings = 0;
   std::vector<String> strings;
+
+  QUILLON_WALK;
 };
 
 }  // namespace quillon

@@ -5,6 +5,7 @@
 
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
+#include <quillon/sections/walkable.h>
 
 namespace quillon {
 
@@ -35,6 +36,8 @@ class QUILLON_API DateTime {
   int hour = 1;
   int minute = 1;
   int second = 1;
+
+  QUILLON_WALK;
 };
 
 // Hours, minutes and seconds in BCD (EN 300 468, 5.2.4), each 0 to 165: nothing is validated.
@@ -54,7 +57,8 @@ class QUILLON_API Duration {
   // Numbers that the text lacks stay as they were, with a null text all of them. Always true.
   bool set_time_from_text(const char* text);
 
- private:
+  QUILLON_WALK;
+
   int hours_ = 0;
   int minutes_ = 0;
   int seconds_ = 0;
@@ -75,7 +79,8 @@ class QUILLON_API TimeOffset {
   void Parse(void* node);
   bool SaveSection(void* document, void* node) const;
 
- private:
+  QUILLON_WALK;
+
   int hours_ = 0;
   int minutes_ = 0;
 };

@@ -1,3 +1,4 @@
+#include <quillon/platform/code_page.h>
 #include <quillon/platform/utf8.h>
 
 namespace quillon::platform {
@@ -20,7 +21,7 @@ wide_string to_utf16(std::string_view text) {
     const bool good = lead >= 0xC2 && lead <= 0xF4 && taken == more && code >= kLeast[more] &&
                       code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
     if (!good) {
-      out += 0xFFFD;
+      out += uint16_t{0xFFFD};
     } else if (code < 0x10000) {
       out += static_cast<uint16_t>(code);
     } else {
@@ -51,6 +52,12 @@ std::string to_utf8(wide_view text) {
     for (int k = more - 1; k >= 0; --k) put(0x80 | (code >> 6 * k & 0x3F));
   }
   return out;
+}
+
+std::string to_utf8(unsigned page, std::string_view text) {
+  wide_string wide;
+  decode(page, text, wide);
+  return to_utf8(wide);
 }
 
 }  // namespace quillon::platform

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <string>
 #include <vector>
 
 #include <quillon/platform/api.h>

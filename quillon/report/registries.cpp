@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <quillon/platform/code_page.h>
+#include <quillon/report/internal/registered_name.h>
 #include <quillon/report/internal/registry_file.h>
 #include <quillon/report/internal/registry_rows.h>
 #include <quillon/report/registries.h>
@@ -26,7 +27,7 @@ struct IdRange {
 };
 
 // Ranges apart from each other, ascending: the registries give most of their names to whole blocks, so that
-// a few ranges hold thousands of rows.
+// few ranges hold thousands of rows.
 using Index = std::vector<IdRange>;
 
 class IndexBuilder {
@@ -59,8 +60,8 @@ class IndexBuilder {
   }
 
  private:
-  void keep_end(const IdRange& range, uint32_t last) {
-    ranges_.insert_or_assign(last + 1, IdRange{last + 1, range.last, range.name});
+  void keep_end(const IdRange& range, uint32_t after) {
+    ranges_.insert_or_assign(after + 1, IdRange{after + 1, range.last, range.name});
   }
 
   std::map<uint32_t, IdRange> ranges_;
@@ -79,10 +80,10 @@ Index index_of(std::span<const registry_row> rows) {
 }
 
 const char* find(const Index& index, uint32_t id) {
-  const auto after = std::upper_bound(index.begin(), index.end(), id,
-                                      [](uint32_t i, const IdRange& range) { return i < range.first; });
-  if (after == index.begin() || std::prev(after)->last < id) return nullptr;
-  return std::prev(after)->name;
+  const auto next = std::upper_bound(index.begin(), index.end(), id,
+                                     [](uint32_t i, const IdRange& range) { return i < range.first; });
+  if (next == index.begin() || std::prev(next)->last < id) return nullptr;
+  return std::prev(next)->name;
 }
 
 struct Registry {
@@ -98,11 +99,8 @@ size_t number_of(registry_kind kind) {
 }
 
 const char* name_of(registry_kind kind, int id) {
-  const Registry& registry = registries[number_of(kind)];
-  const auto key = static_cast<uint32_t>(id);
-  if (const char* const name = find(registry.overlay, key)) return name;
-  if (const char* const name = find(registry.index, key)) return name;
-  return "<unknown>";
+  const char* const name = detail::registered_name(kind, id);
+  return name ? name : "<unknown>";
 }
 
 // Names that were handed out outlive the overlay that they came from.
@@ -112,6 +110,13 @@ std::set<std::string>& kept_names() {
 }
 
 }  // namespace
+
+const char* detail::registered_name(registry_kind kind, int id) {
+  const Registry& registry = registries[number_of(kind)];
+  const auto key = static_cast<uint32_t>(id);
+  const char* const name = find(registry.overlay, key);
+  return name ? name : find(registry.index, key);
+}
 
 void init() {
   std::array<Index, registries.size()> indexes;

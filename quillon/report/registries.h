@@ -4,6 +4,7 @@
 #include <span>
 
 #include <quillon/platform/api.h>
+#include <quillon/report/registry_kind.h>
 
 namespace quillon {
 
@@ -12,7 +13,8 @@ namespace quillon {
 
 // Fills the indexes of the registries; until then no id has a name. To be called once, by the application.
 // Throws std::bad_alloc, and then nothing has changed. While this or load_registry_overlay runs, no other
-// function of this header may; the lookups may run on any number of threads.
+// function of this header may, nor a walk of a table, which looks names up; the lookups may run on any number
+// of threads.
 QUILLON_API void init();
 
 // The name of an id; "<unknown>" if it has none, as every id that is out of range. Ids are 0 to 0xFFFF, those
@@ -24,16 +26,6 @@ QUILLON_API const char* get_ca_system_id(int id);
 QUILLON_API const char* get_data_broadcast_id(int id);
 QUILLON_API const char* get_mhp_id(int id);
 QUILLON_API const char* get_private_data_id(int id);
-
-enum class registry_kind {
-  network,
-  original_network,
-  bouquet,
-  ca_system,
-  data_broadcast,
-  mhp_organisation,
-  private_data,
-};
 
 struct registry_row {
   int id;

@@ -10,8 +10,8 @@
 
 namespace quillon {
 
-// Bytes of a section from some place on, with the section's end as the limit. Reading behind the limit gives
-// 0 and never touches memory, so wire parsers need not test the lengths they are told. A view made from a
+// Bytes of a section from some place on, with the section's end as the limit. Reading past the limit gives
+// 0 and never touches memory, so wire parsers need not test the lengths that it states. A view made from a
 // bare pointer has no limit: its caller vouches for the bytes.
 class QUILLON_API ByteView {
  public:
@@ -35,7 +35,7 @@ class QUILLON_API ByteView {
   // `width` bits, at most 25, of which the first is bit `top` (7 is the highest) of byte `i`; the field goes
   // on into the following bytes.
   constexpr int bits(ptrdiff_t i, int top, int width) const {
-    const int below = width - top - 1;  // bits behind byte i
+    const int below = width - top - 1;  // bits past byte i
     uint32_t value = (*this)[i] & (0xFFu >> (7 - top));
     if (below <= 0) return static_cast<int>(value >> -below);
     const int bytes = (below + 7) / 8;
@@ -51,7 +51,7 @@ class QUILLON_API ByteView {
   }
   constexpr ptrdiff_t offset_from(ByteView base) const { return data_ - base.data_; }
 
-  // `n` bytes from `i` on, zeros for those behind the limit; none if `n` is below 1.
+  // `n` bytes from `i` on, zeros for those past the limit; none if `n` is below 1.
   std::vector<uint8_t> bytes(ptrdiff_t i, ptrdiff_t n) const;
   std::string chars(ptrdiff_t i, ptrdiff_t n) const;
   // Those of the `n` bytes from `i` on that lie before the limit.
@@ -67,15 +67,5 @@ class QUILLON_API ByteView {
   const uint8_t* data_;
   ptrdiff_t left_;
 };
-
-// Walks rows from `begin` to `end`: `row(at, left)` reads one row and returns the bytes it used. True if the
-// last row ended exactly on `end`; a walk that passes the view's limit stops there, false. A walk of no bytes
-// can't miss its end.
-template <class Row>
-bool walk(ByteView view, int begin, int end, Row&& row) {
-  int pos = begin;
-  while (pos < end && view.has(pos)) pos += row(view.from(pos), end - pos);
-  return pos == end && (begin == end || view.reaches(end));
-}
 
 }  // namespace quillon

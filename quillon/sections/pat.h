@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <vector>
 
 #include <quillon/sections/psi_base.h>
@@ -18,17 +17,24 @@ class QUILLON_API Pat : public PsiTableBase {
    public:
     program_info(int program_number, int program_map_pid)
         : program_number_(program_number), program_map_pid_(program_map_pid) {}
+    explicit program_info(void* node);
 
     int get_program_number() const { return program_number_; }
     int get_program_map_pid() const { return program_map_pid_; }
     void dump_state(std::ostream& stream) const;
+    bool _save_stream_info(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
    private:
-    int program_number_;
-    int program_map_pid_;
+    template <class Visitor, class Self>
+    static void describe(Visitor& v, Self& s);
+
+    int program_number_ = 0;
+    int program_map_pid_ = 0;
   };
 
   const char* get_table_id_text() const override { return "program_association_section"; }
+  void walk(FieldSink& sink) const;
 
   int get_transport_stream_id() const { return get_context_id(); }
   unsigned get_program_info_size() const { return static_cast<unsigned>(programs_.size()); }
@@ -39,7 +45,7 @@ class QUILLON_API Pat : public PsiTableBase {
   int get_pid_from_program_number(int program_number) const;
 
  private:
-  void _reset() override;
+  void _reset() override { programs_.clear(); }
   void _dump_state(std::ostream& stream) const override;
   void _parse(void* node) override;
   void _parse(ByteView body, bool keep_raw) override;
@@ -48,10 +54,10 @@ class QUILLON_API Pat : public PsiTableBase {
   bool is_valid_syntax_indicator(int indicator) const override { return indicator == 1; }
   bool is_valid_reserved_header(int) const override { return true; }
 
-  void add(program_info program);
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
 
   std::vector<program_info> programs_;
-  std::map<int, int> pids_;
 };
 
 }  // namespace quillon

@@ -9,6 +9,7 @@
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
 #include <quillon/sections/error.h>
+#include <quillon/sections/walkable.h>
 
 namespace quillon {
 
@@ -37,13 +38,11 @@ class QUILLON_API PsiBase1 {
   ~PsiBase1() = default;
 };
 
-namespace detail {
-
 // What both kinds of header share beside the wire form.
 class TolerantTable {
  public:
   // A tolerant table keeps a DVB, INT or AIT descriptor whose class refuses it as a DescriptorGeneral in the
-  // general vector, and tells the failure afterwards. Off by default: the first such descriptor then fails
+  // general vector, and holds the failure for later. Off by default: the first such descriptor then fails
   // the whole table.
   void set_tolerant(bool on) { tolerant_ = on; }
   const DescriptorFailures& get_descriptor_failures() const { return failures_; }
@@ -57,20 +56,24 @@ class TolerantTable {
   bool tolerant_ = false;
 };
 
-}  // namespace detail
-
 // A table in the long section form: the five-byte extension and the CRC (ISO/IEC 13818-1, 2.4.4.10).
 //
 // One object holds one section. Parse and ParseDOM add to what the object holds; reset empties it as far as
 // the class says. A failed Parse or ParseDOM leaves what was read until then.
-class QUILLON_API PsiTableBase : public PsiBase1, public detail::TolerantTable {
+//
+// The order of the virtual functions is fixed, here and in PsiBase: programs built against another version
+// call them by their place.
+class QUILLON_API PsiTableBase : public PsiBase1, public TolerantTable {
  public:
   // Reads a section that has all the bytes its section_length claims. Throws error: "crc error", "invalid
-  // table id", code 2 for a header bit, and what the table's body throws.
+  // table id", the code error::bad_value for a header bit, and what the table's body throws.
   void Parse(const uint8_t* section, bool keep_raw) override;
   // The same, within `size` bytes: throws "section is shorter than its section_length" before it reads on.
   void Parse(const uint8_t* section, size_t size, bool keep_raw);
+  // Throws error: "failed to get attribute map", "failed to get " and the name of a header's attribute, and
+  // what the table's body throws.
   void ParseDOM(void* node) override;
+  // False at the first attribute or element that can't be added.
   bool SaveSection(void* document, void* node) const override;
 
   virtual const char* get_table_id_text() const = 0;
@@ -79,6 +82,9 @@ class QUILLON_API PsiTableBase : public PsiBase1, public detail::TolerantTable {
   // '0', right-adjusted and unit-buffered.
   void dump_state(std::ostream& stream) const;
   void reset();
+
+  // Hands the header to a sink, before the fields that the `walk` of each table hands over.
+  void _walk_head(FieldSink& sink) const;
 
   int get_table_id() const { return table_id_; }
   int get_section_length() const { return section_length_; }
@@ -90,7 +96,7 @@ class QUILLON_API PsiTableBase : public PsiBase1, public detail::TolerantTable {
   uint32_t get_crc32() const { return crc_; }
   // True once a Parse or ParseDOM has run to its end.
   bool is_parsed() const { return parsed_; }
-  // The whole section, if Parse was told to keep it.
+  // The whole section, if Parse kept it.
   const std::vector<uint8_t>& get_section_raw_bytes() const { return raw_bytes_; }
   // The kept byte at `position` of the body, as descriptor positions count; null if it was not kept.
   const uint8_t* get_section_ptr_by_desc_pos(int position) const;
@@ -105,13 +111,10 @@ class QUILLON_API PsiTableBase : public PsiBase1, public detail::TolerantTable {
 
   // table_id_extension, to which each table gives a name of its own.
   int get_context_id() const { return context_id_; }
-  // The byte behind the CRC, in the caller's buffer.
+  // The byte after the CRC, in the caller's buffer.
   const uint8_t* get_section_end() const { return section_end_; }
   // Offset of the CRC from the body.
   int body_size() const { return section_length_ - 9; }
-
-  std::vector<int>* positions_if(bool keep_raw) { return keep_raw ? &descriptor_positions_ : nullptr; }
-  const std::vector<int>& descriptor_positions() const { return descriptor_positions_; }
 
  private:
   virtual void _reset() = 0;
@@ -123,8 +126,8 @@ class QUILLON_API PsiTableBase : public PsiBase1, public detail::TolerantTable {
   virtual bool is_valid_syntax_indicator(int indicator) const = 0;
   virtual bool is_valid_reserved_header(int bits) const = 0;
 
-  template <class Self, class Field>
-  static void each_header_field(Self& self, Field&& field);
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
 
   int table_id_ = 0;
   int syntax_indicator_ = 0;
@@ -137,12 +140,11 @@ class QUILLON_API PsiTableBase : public PsiBase1, public detail::TolerantTable {
   bool parsed_ = false;
   uint32_t crc_ = 0;
   std::vector<uint8_t> raw_bytes_;
-  std::vector<int> descriptor_positions_;
   const uint8_t* section_end_ = nullptr;
 };
 
 // A table in the short section form, with neither extension nor CRC test: TDT, TOT and RST (EN 300 468, 5.2).
-class QUILLON_API PsiBase : public PsiBase1, public detail::TolerantTable {
+class QUILLON_API PsiBase : public PsiBase1, public TolerantTable {
  public:
   void Parse(const uint8_t* section, bool keep_raw) override;
   // The same, within `size` bytes: throws "section is shorter than its section_length" before it reads on.
@@ -159,6 +161,9 @@ class QUILLON_API PsiBase : public PsiBase1, public detail::TolerantTable {
   // Prints the table's lines in the state that the stream has.
   void dump_state(std::ostream& stream) const;
   void reset();
+
+  // Hands the header to a sink, before the fields that the `walk` of each table hands over.
+  void _walk_head(FieldSink& sink) const;
 
   int get_table_id() const { return table_id_; }
   int get_section_length() const { return section_length_; }
@@ -182,8 +187,8 @@ class QUILLON_API PsiBase : public PsiBase1, public detail::TolerantTable {
   virtual bool _save_section(void* document, void* node) const = 0;
   virtual bool is_valid_tablesid() const = 0;
 
-  template <class Self, class Field>
-  static void each_header_field(Self& self, Field&& field);
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
 
   int table_id_ = 0;
   int section_length_ = 0;

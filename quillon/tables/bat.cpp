@@ -1,5 +1,6 @@
 #include <quillon/descriptors/dvb_classes.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/dump_descriptors.h>
+#include <quillon/faces/internal/describe.h>
 #include <quillon/tables/bat.h>
 #include <quillon/tables/internal/transport_stream_loop.h>
 
@@ -8,9 +9,9 @@ namespace quillon {
 void Bat::_parse(ByteView body, bool keep_raw) {
   const int descriptors_length = body.bits(0, 3, 12);
   // A descriptor that overruns this loop goes unnoticed: the rows begin where the length says.
-  walk_descriptors(body, 2, 2 + descriptors_length, {body, positions_if(keep_raw), tolerance()});
-  detail::parse_transport_streams(streams_, body, 2 + descriptors_length, keep_raw,
-                                  detail::Offer::rest_of_loop, tolerance());
+  const RowContext context{body, keep_raw, tolerance()};
+  parse_descriptors(body, 2, 2 + descriptors_length, context);
+  detail::parse_transport_streams(streams_, 2 + descriptors_length, detail::Offer::rest_of_loop, context);
 }
 
 const char* Bat::get_table_id_text() const {
@@ -28,6 +29,7 @@ void Bat::Stream_info::dump_state(std::ostream& stream) const {
 
 template <class V, class S>
 void Bat::describe(V& v, S& s) {
+  v.more("bouquet_id", s.get_bouquet_id(), registry_kind::bouquet);
   if constexpr (V::load) {
     xml::ListFailures failures = xml::table_list_failures();
     failures.list = "failed to get infos node";
@@ -37,6 +39,6 @@ void Bat::describe(V& v, S& s) {
   }
   v.descriptors(s);
 }
-QUILLON_TABLE_XML_OF(Bat)
+QUILLON_TABLE_FACES_OF(Bat)
 
 }  // namespace quillon

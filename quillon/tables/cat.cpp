@@ -1,11 +1,13 @@
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 #include <quillon/tables/cat.h>
 
 namespace quillon {
 
 void Cat::_parse(ByteView body, bool keep_raw) {
-  const detail::LoopContext context{body, positions_if(keep_raw), tolerance()};
-  walk(body, 0, body_size(), [&](ByteView descriptor, int left) {
-    if (context.positions) context.positions->push_back(static_cast<int>(descriptor.offset_from(body)));
+  const RowContext context{body, keep_raw, tolerance()};
+  each_row(body, 0, body_size(), [&](ByteView descriptor, int left) {
+    if (keep_raw) keep_position(descriptor, context);
     const int size = descriptor[1] + 2;
     if (size > left) throw error("invalid descriptor size");
     if (descriptor[0] != 0x09) throw error("invalid descriptor tag");
@@ -15,13 +17,17 @@ void Cat::_parse(ByteView body, bool keep_raw) {
 }
 
 void Cat::_reset() {
-  store_.clear();
-  positions_if(true)->clear();
+  clear_descriptors();
 }
 
-bool Cat::_save_section(void* document, void* node) const {
-  return _save_descriptors(document, node);
+template <class V, class S>
+void Cat::describe(V& v, S& s) {
+  v.descriptors(s);
 }
+QUILLON_SAVE_OF(Cat, _save_section)
+QUILLON_WALK_OF(Cat)
+
+// The table's own attributes are not asked for: only the header has some.
 void Cat::_parse(void* node) {
   _parse_descriptors(node);
 }

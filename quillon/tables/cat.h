@@ -10,9 +10,7 @@ namespace quillon {
 class QUILLON_API Cat : public PsiTableBase, public DvbLoop {
  public:
   const char* get_table_id_text() const override { return "conditional_access_section"; }
-
-  // Where each descriptor lies in the body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
+  void walk(FieldSink& sink) const;
 
  private:
   void _reset() override;
@@ -24,6 +22,9 @@ class QUILLON_API Cat : public PsiTableBase, public DvbLoop {
   bool is_valid_tablesid() const override { return get_table_id() == 0x01; }
   bool is_valid_syntax_indicator(int indicator) const override { return indicator == 1; }
   bool is_valid_reserved_header(int) const override { return true; }
+
+  template <class Visitor, class Self>
+  static void describe(Visitor& v, Self& s);
 };
 
 }  // namespace quillon

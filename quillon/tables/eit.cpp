@@ -1,7 +1,8 @@
 #include <iomanip>
 
 #include <quillon/descriptors/dvb_classes.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 #include <quillon/tables/eit.h>
 
 namespace quillon {
@@ -22,22 +23,12 @@ void Eit::_parse(ByteView body, bool keep_raw) {
   segment_last_section_number_ = body[4];
   last_table_id_ = body[5];
 
-  size_t count = 0;
-  walk(body, 6, body_size(), [&count](ByteView event, int) {
-    ++count;
-    return event_size(event);
-  });
-  events_.reserve(events_.size() + count);
-  const bool whole = walk(body, 6, body_size(), [&](ByteView event, int left) {
-    int length = left;
-    events_.emplace_back(event, length, keep_raw, body, tolerance());
-    return length;
-  });
-  if (!whole) throw error("descriptor start end mismatch");
+  const RowContext context{body, keep_raw, tolerance()};
+  if (!read_sized_rows(events_, body, 6, body_size() - 6, event_size, context))
+    throw error("descriptor start end mismatch");
 }
 
-Eit::EventInfo::EventInfo(ByteView data, int& length, bool keep_raw, ByteView body,
-                          DescriptorFailures* failures)
+Eit::EventInfo::EventInfo(ByteView data, int& length, const RowContext& row)
     : event_id_(data.u16(0)),
       running_status_(data.bits(10, 7, 3)),
       free_ca_mode_(data.bits(10, 4, 1)),
@@ -45,8 +36,7 @@ Eit::EventInfo::EventInfo(ByteView data, int& length, bool keep_raw, ByteView bo
       start_time_(data.from(2)),
       duration_(data.from(7)) {
   // An overrun of this loop is found by the table alone.
-  walk_descriptors(data, kEventHeader, event_size(data),
-                   {body, keep_raw ? &descriptor_positions_ : nullptr, failures});
+  parse_descriptors(data, kEventHeader, event_size(data), row);
   length = event_size(data);
 }
 
@@ -62,17 +52,17 @@ const char* Eit::get_table_id_text(int table_id) {
 
 template <class V, class S>
 void Eit::describe(V& v, S& s) {
+  if constexpr (!V::xml) v.field("service_id", s.get_service_id());
   v.field("transport_stream_id", s.transport_stream_id_);
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("segment_last_section_number", s.segment_last_section_number_);
   v.field("last_table_id", s.last_table_id_);
   v.rows("event_infos", "event", s.events_);
 }
-QUILLON_TABLE_XML_OF(Eit)
+QUILLON_TABLE_FACES_OF(Eit)
 
 void Eit::_dump_state(std::ostream& stream) const {
   faces::Dump v(stream);
-  v.field("service_id", get_service_id());
   describe(v, *this);
   for (const EventInfo& event : events_) event.dump_state(stream);
 }
@@ -90,7 +80,7 @@ void Eit::EventInfo::describe(V& v, S& s) {
   v.field("duration", s.duration_);
   v.descriptors(s);
 }
-QUILLON_ROW_XML_OF(Eit::EventInfo, EventInfo)
+QUILLON_ROW_FACES_OF(Eit::EventInfo, EventInfo)
 
 void Eit::EventInfo::dump_state(std::ostream& stream) const {
   faces::Dump v(stream);

@@ -27,8 +27,9 @@ class QUILLON_API Eit : public PsiTableBase {
    public:
     // `length` becomes the bytes of the row; those left are not looked at, so that a stray byte is read as an
     // event.
-    EventInfo(ByteView data, int& length, bool keep_raw, ByteView body,
-              DescriptorFailures* failures = nullptr);
+    EventInfo(ByteView data, int& length, bool keep_raw, ByteView body)
+        : EventInfo(data, length, {body, keep_raw}) {}
+    EventInfo(ByteView data, int& length, const RowContext& row);
     explicit EventInfo(void* node);
 
     int get_event_id() const { return event_id_; }
@@ -40,18 +41,16 @@ class QUILLON_API Eit : public PsiTableBase {
     // 1: one or more streams are under conditional access.
     int get_free_ca_mode() const { return free_ca_mode_; }
     int get_descriptors_length() const { return descriptors_length_; }
-    // Where each descriptor lies in the table's body, if Parse kept the section.
-    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
 
     // Leaves the stream in decimal.
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
    private:
     template <class Visitor, class Self>
     static void describe(Visitor& v, Self& s);
 
-    std::vector<int> descriptor_positions_;
     int event_id_ = 0;
     int running_status_ = 0;
     int free_ca_mode_ = 0;
@@ -61,6 +60,7 @@ class QUILLON_API Eit : public PsiTableBase {
   };
 
   const char* get_table_id_text() const override { return get_table_id_text(get_table_id()); }
+  void walk(FieldSink& sink) const;
   // "<unknown>" for a table id that is none of the table's.
   static const char* get_table_id_text(int table_id);
 

@@ -1,5 +1,6 @@
 #include <quillon/descriptors/dvb_classes.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/dump_descriptors.h>
+#include <quillon/faces/internal/describe.h>
 #include <quillon/tables/internal/transport_stream_loop.h>
 #include <quillon/tables/nit.h>
 
@@ -8,9 +9,9 @@ namespace quillon {
 void Nit::_parse(ByteView body, bool keep_raw) {
   const int descriptors_length = body.bits(0, 3, 12);
   // A descriptor that overruns this loop goes unnoticed: the rows begin where the length says.
-  walk_descriptors(body, 2, 2 + descriptors_length, {body, positions_if(keep_raw), tolerance()});
-  detail::parse_transport_streams(streams_, body, 2 + descriptors_length, keep_raw, detail::Offer::whole_loop,
-                                  tolerance());
+  const RowContext context{body, keep_raw, tolerance()};
+  parse_descriptors(body, 2, 2 + descriptors_length, context);
+  detail::parse_transport_streams(streams_, 2 + descriptors_length, detail::Offer::whole_loop, context);
 }
 
 const char* Nit::get_table_id_text() const {
@@ -36,9 +37,10 @@ void Nit::Stream_info::dump_state(std::ostream& stream) const {
 
 template <class V, class S>
 void Nit::describe(V& v, S& s) {
+  v.more("network_id", s.get_network_id(), registry_kind::network);
   v.rows("stream_infos", "stream", s.streams_);
   v.descriptors(s);
 }
-QUILLON_TABLE_XML_OF(Nit)
+QUILLON_TABLE_FACES_OF(Nit)
 
 }  // namespace quillon

@@ -16,22 +16,18 @@ namespace quillon {
 // reset empties the rows alone: the descriptors of the table survive it.
 class QUILLON_API Nit : public PsiTableBase, public DvbLoop {
  public:
-  class QUILLON_API Stream_info : public detail::TransportStreamRow {
+  class QUILLON_API Stream_info : public TransportStreamRow {
    public:
-    Stream_info(ByteView data, int& length, bool keep_raw, ByteView body,
-                DescriptorFailures* failures = nullptr)
-        : TransportStreamRow(data, length, keep_raw, body, failures) {}
-    explicit Stream_info(void* node) : TransportStreamRow(node) {}
+    using TransportStreamRow::TransportStreamRow;
     void dump_state(std::ostream& stream) const;
   };
 
   // "ERROR" for a table id that is none of the table's.
   const char* get_table_id_text() const override;
+  void walk(FieldSink& sink) const;
 
   int get_network_id() const { return get_context_id(); }
   const std::vector<Stream_info>& get_stream_infos() const { return streams_; }
-  // Where each descriptor of the table lies in the body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
 
  private:
   void _reset() override { streams_.clear(); }

@@ -1,7 +1,9 @@
 #include <iomanip>
 
 #include <quillon/descriptors/dvb_classes.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/dump_descriptors.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 #include <quillon/tables/internal/stream_type.h>
 #include <quillon/tables/pmt.h>
 
@@ -11,34 +13,31 @@ namespace {
 
 constexpr const char* kPmtMismatch = "descriptor start end mismatch";
 
+constexpr int kStreamHeader = 5;
+
+int stream_size(ByteView row) {
+  return row.bits(3, 3, 12) + kStreamHeader;
+}
+
 }  // namespace
 
 void PmtDVB::_parse(ByteView body, bool keep_raw) {
   pcr_pid_ = body.bits(0, 4, 13);
   const int program_end = 4 + body.bits(2, 3, 12);
-  if (!walk_descriptors(body, 4, program_end, {body, positions_if(keep_raw), tolerance()}))
+  const RowContext context{body, keep_raw, tolerance()};
+  if (!parse_descriptors(body, 4, program_end, context)) throw error(kPmtMismatch);
+  if (!read_sized_rows(streams_, body, program_end, body_size() - program_end, stream_size, context))
     throw error(kPmtMismatch);
-  const bool whole = walk(body, program_end, body_size(), [&](ByteView row, int left) {
-    int size = left;
-    streams_.emplace_back(row, size, keep_raw, body, tolerance());
-    return size;
-  });
-  if (!whole) throw error(kPmtMismatch);
 }
 
-PmtDVB::ElementaryStream::ElementaryStream(_PMT_INFO* info, int& size, bool keep_raw, const uint8_t* body)
-    : ElementaryStream(ByteView(info->bytes), size, keep_raw, ByteView(body)) {}
-
-PmtDVB::ElementaryStream::ElementaryStream(ByteView info, int& size, bool keep_raw, ByteView body,
-                                           DescriptorFailures* failures) {
-  if (size < 5) throw error("too little data");
+PmtDVB::ElementaryStream::ElementaryStream(ByteView info, int& size, const RowContext& row) {
+  if (size < kStreamHeader) throw error("too little data");
   stream_type_ = info[0];
   elementary_pid_ = info.bits(1, 4, 13);
   es_info_length_ = info.bits(3, 3, 12);
   // An overrun of this loop is found by the table alone.
-  walk_descriptors(info, 5, 5 + es_info_length_,
-                   {body, keep_raw ? &descriptor_positions_ : nullptr, failures});
-  size = es_info_length_ + 5;
+  parse_descriptors(info, kStreamHeader, stream_size(info), row);
+  size = stream_size(info);
 }
 
 const char* PmtDVB::ElementaryStream::get_stream_type_cstr(int stream_type) {
@@ -47,8 +46,7 @@ const char* PmtDVB::ElementaryStream::get_stream_type_cstr(int stream_type) {
 
 void PmtDVB::_reset() {
   streams_.clear();
-  store_.clear();
-  positions_if(true)->clear();
+  clear_descriptors();
 }
 
 void PmtDVB::_dump_state(std::ostream& stream) const {
@@ -84,19 +82,20 @@ void PmtDVB::ElementaryStream::dump_state(std::ostream& stream) const {
 
 template <class V, class S>
 void PmtDVB::describe(V& v, S& s) {
+  v.more("program_number", s.get_program_number());
   v.field("pcr", s.pcr_pid_);
   v.rows("stream_infos", "stream", s.streams_);
   v.descriptors(s);
 }
-QUILLON_TABLE_XML_OF(PmtDVB)
+QUILLON_TABLE_FACES_OF(PmtDVB)
 
 template <class V, class S>
 void PmtDVB::ElementaryStream::describe(V& v, S& s) {
-  v.field("stream_type", s.stream_type_);
+  v.coded("stream_type", s.stream_type_, stream_type_text);
   v.field("elementary_pid", s.elementary_pid_);
   v.field("es_info_length", s.es_info_length_);
   v.descriptors(s);
 }
-QUILLON_ROW_XML_OF(PmtDVB::ElementaryStream, ElementaryStream)
+QUILLON_ROW_FACES_OF(PmtDVB::ElementaryStream, ElementaryStream)
 
 }  // namespace quillon

@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-// An entry of the elementary stream loop as it stands on the wire.
+// An entry of the elementary stream loop as it is on the wire.
 struct _PMT_INFO {
   uint8_t bytes[5];
 };
@@ -30,22 +30,23 @@ class QUILLON_API PmtDVB : public PsiTableBase, public DvbLoop {
    public:
     // `size` holds the bytes left in the section, and then the bytes of the row. Throws error("too little
     // data") if fewer than five are left.
-    ElementaryStream(_PMT_INFO* info, int& size, bool keep_raw, const uint8_t* body);
-    ElementaryStream(ByteView info, int& size, bool keep_raw, ByteView body,
-                     DescriptorFailures* failures = nullptr);
+    ElementaryStream(_PMT_INFO* info, int& size, bool keep_raw, const uint8_t* body)
+        : ElementaryStream(ByteView(info->bytes), size, {ByteView(body), keep_raw}) {}
+    ElementaryStream(ByteView info, int& size, bool keep_raw, ByteView body)
+        : ElementaryStream(info, size, {body, keep_raw}) {}
+    ElementaryStream(ByteView info, int& size, const RowContext& row);
     explicit ElementaryStream(void* node);
 
     int get_stream_type() const { return stream_type_; }
     int get_elementary_pid() const { return elementary_pid_; }
     int get_es_info_length() const { return es_info_length_; }
-    // Where each descriptor lies in the table's body, if Parse kept the section.
-    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
 
     static const char* get_stream_type_cstr(int stream_type);
     const char* get_stream_type_cstr() const { return get_stream_type_cstr(stream_type_); }
 
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
    private:
     template <class Visitor, class Self>
@@ -54,16 +55,14 @@ class QUILLON_API PmtDVB : public PsiTableBase, public DvbLoop {
     int stream_type_ = 0;
     int elementary_pid_ = 0;
     int es_info_length_ = 0;
-    std::vector<int> descriptor_positions_;
   };
 
   const char* get_table_id_text() const override { return "TS_program_map_section"; }
+  void walk(FieldSink& sink) const;
 
   int get_program_number() const { return get_context_id(); }
   int get_pcr_pid() const { return pcr_pid_; }
   const std::vector<ElementaryStream>& get_pmt_stream_info() const { return streams_; }
-  // Where each descriptor of the program lies in the body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions(); }
 
  private:
   void _reset() override;

@@ -1,4 +1,5 @@
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 #include <quillon/tables/rst.h>
 
 namespace quillon {
@@ -11,11 +12,7 @@ constexpr int kStatusRow = 9;
 
 void Rst::_parse(ByteView body, bool) {
   const int rows = get_section_length() / kStatusRow;
-  walk(body, 0, rows * kStatusRow, [this](ByteView row, int left) {
-    int length = left;
-    status_.emplace_back(row, length);
-    return length;
-  });
+  read_rows(status_, body, 0, rows * kStatusRow, kStatusRow);
   if (get_section_length() != rows * kStatusRow) throw error("descriptor start end mismatch");
 }
 
@@ -31,13 +28,13 @@ Rst::Status::Status(ByteView data, int& length)
 template <class V, class S>
 void Rst::Status::describe(V& v, S& s) {
   v.field("transport_stream_id", s.transport_stream_id_);
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("service_id", s.service_id_);
   v.field("event_id", s.event_id_);
   v.field("running_status", s.running_status_);
 }
 
-QUILLON_ROW_XML_OF(Rst::Status, Status)
+QUILLON_ROW_FACES_OF(Rst::Status, Status)
 
 void Rst::Status::dump_state(std::ostream& stream) const {
   faces::Dump v(stream);
@@ -48,7 +45,7 @@ template <class V, class S>
 void Rst::describe(V& v, S& s) {
   v.rows("status_infos", "status_info", s.status_);
 }
-QUILLON_TABLE_XML_OF(Rst)
+QUILLON_TABLE_FACES_OF(Rst)
 
 void Rst::_dump_state(std::ostream& stream) const {
   PsiBase::_dump_state(stream);

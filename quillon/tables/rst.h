@@ -9,7 +9,7 @@ namespace quillon {
 class QUILLON_API Rst : public PsiBase {
  public:
   //   transport_stream_id  16
-  //   original_network_id  16   its high byte alone is read, and stands for both: kept, reports rely on it
+  //   original_network_id  16   its high byte alone is read, and is taken for both: kept, reports rely on it
   //   service_id           16
   //   event_id             16
   //   reserved              5
@@ -20,15 +20,16 @@ class QUILLON_API Rst : public PsiBase {
     Status(ByteView data, int& length);
     explicit Status(void* node);
 
-    QUILLON_FIELD(int, transport_stream_id);
-    QUILLON_FIELD(int, original_network_id);
-    QUILLON_FIELD(int, service_id);
-    QUILLON_FIELD(int, event_id);
-    QUILLON_FIELD(int, running_status);
+    QUILLON_FIELD(int, transport_stream_id, get_transport_stream_id);
+    QUILLON_FIELD(int, original_network_id, get_original_network_id);
+    QUILLON_FIELD(int, service_id, get_service_id);
+    QUILLON_FIELD(int, event_id, get_event_id);
+    QUILLON_FIELD(int, running_status, get_running_status);
 
    public:
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
    private:
     template <class Visitor, class Self>
@@ -36,6 +37,7 @@ class QUILLON_API Rst : public PsiBase {
   };
 
   const char* get_table_id_text() const override { return "running_status_section"; }
+  void walk(FieldSink& sink) const;
   const std::vector<Status>& get_status() const { return status_; }
 
  private:

@@ -1,32 +1,38 @@
 #include <quillon/descriptors/dvb_classes.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/dump_descriptors.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 #include <quillon/tables/sdt.h>
 
 namespace quillon {
 
-void Sdt::_parse(ByteView body, bool keep_raw) {
-  original_network_id_ = body.u16(0);
-  const bool whole = walk(body, 3, body_size(), [&](ByteView row, int left) {
-    int length = left;
-    services_.emplace_back(row, length, keep_raw, body, tolerance());
-    return length;
-  });
-  if (!whole) throw error("descriptor start end mismatch");
+namespace {
+
+constexpr int kServiceHeader = 5;
+
+int service_size(ByteView row) {
+  return row.bits(3, 3, 12) + kServiceHeader;
 }
 
-Sdt::Service_info::Service_info(ByteView data, int& length, bool keep_raw, ByteView body,
-                                DescriptorFailures* failures) {
-  if (length < 5) throw error("too little data");
+}  // namespace
+
+void Sdt::_parse(ByteView body, bool keep_raw) {
+  original_network_id_ = body.u16(0);
+  const RowContext context{body, keep_raw, tolerance()};
+  if (!read_sized_rows(services_, body, 3, body_size() - 3, service_size, context))
+    throw error("descriptor start end mismatch");
+}
+
+Sdt::Service_info::Service_info(ByteView data, int& length, const RowContext& row) {
+  if (length < kServiceHeader) throw error("too little data");
   service_id_ = data.u16(0);
   eit_schedule_flag_ = data.bits(2, 1, 1);
   eit_present_following_flag_ = data.bits(2, 0, 1);
   running_status_ = data.bits(3, 7, 3);
   free_ca_mode_ = data.bits(3, 4, 1);
-  const int descriptors_length = data.bits(3, 3, 12);
   // An overrun of this loop is found by the table alone.
-  walk_descriptors(data, 5, 5 + descriptors_length,
-                   {body, keep_raw ? &descriptor_positions_ : nullptr, failures});
-  length = descriptors_length + 5;
+  parse_descriptors(data, kServiceHeader, service_size(data), row);
+  length = service_size(data);
 }
 
 const char* Sdt::get_table_id_text() const {
@@ -43,10 +49,11 @@ const char* Sdt::get_table_id_text() const {
 template <class V, class S>
 void Sdt::describe(V& v, S& s) {
   v.labels("", " ");
-  v.field("original_network_id", s.original_network_id_);
+  v.more("transport_stream_id", s.get_transport_stream_id());
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.rows("service_infos", "service_info", s.services_);
 }
-QUILLON_TABLE_XML_OF(Sdt)
+QUILLON_TABLE_FACES_OF(Sdt)
 
 void Sdt::_dump_state(std::ostream& stream) const {
   faces::Dump v(stream);
@@ -64,7 +71,7 @@ void Sdt::Service_info::describe(V& v, S& s) {
   v.field("free_CA_mode", s.free_ca_mode_);
   v.descriptors(s);
 }
-QUILLON_ROW_XML_OF(Sdt::Service_info, Service_info)
+QUILLON_ROW_FACES_OF(Sdt::Service_info, Service_info)
 
 void Sdt::Service_info::dump_state(std::ostream& stream) const {
   faces::Dump v(stream);

@@ -24,8 +24,9 @@ class QUILLON_API Sdt : public PsiTableBase {
    public:
     // `length` holds the bytes left, and then those of the row. Throws error("too little data") if fewer than
     // five are left.
-    Service_info(ByteView data, int& length, bool keep_raw, ByteView body,
-                 DescriptorFailures* failures = nullptr);
+    Service_info(ByteView data, int& length, bool keep_raw, ByteView body)
+        : Service_info(data, length, {body, keep_raw}) {}
+    Service_info(ByteView data, int& length, const RowContext& row);
     explicit Service_info(void* node);
 
     int get_service_id() const { return service_id_; }
@@ -35,17 +36,15 @@ class QUILLON_API Sdt : public PsiTableBase {
     int get_running_status() const { return running_status_; }
     // 1: one or more streams are under conditional access.
     int get_free_ca_mode() const { return free_ca_mode_; }
-    // Where each descriptor lies in the table's body, if Parse kept the section.
-    const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
 
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
+    void walk(FieldSink& sink) const;
 
    private:
     template <class Visitor, class Self>
     static void describe(Visitor& v, Self& s);
 
-    std::vector<int> descriptor_positions_;
     int service_id_ = 0;
     int eit_schedule_flag_ = 0;
     int eit_present_following_flag_ = 0;
@@ -55,6 +54,7 @@ class QUILLON_API Sdt : public PsiTableBase {
 
   // "ERROR" for a table id that is none of the table's.
   const char* get_table_id_text() const override;
+  void walk(FieldSink& sink) const;
 
   int get_transport_stream_id() const { return get_context_id(); }
   int get_original_network_id() const { return original_network_id_; }

@@ -1,4 +1,4 @@
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 #include <quillon/tables/tdt.h>
 
 namespace quillon {
@@ -11,7 +11,7 @@ template <class V, class S>
 void Tdt::describe(V& v, S& s) {
   v.field("UTC_time", s.utc_time_);
 }
-QUILLON_TABLE_XML_OF(Tdt)
+QUILLON_TABLE_FACES_OF(Tdt)
 
 void Tdt::_dump_state(std::ostream& stream) const {
   PsiBase::_dump_state(stream);

@@ -11,6 +11,7 @@ namespace quillon {
 class QUILLON_API Tdt : public PsiBase {
  public:
   const char* get_table_id_text() const override { return "time_date_section"; }
+  void walk(FieldSink& sink) const;
   const DateTime& get_utc_time() const { return utc_time_; }
 
  private:

@@ -1,4 +1,4 @@
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 #include <quillon/tables/tot.h>
 
 namespace quillon {
@@ -6,7 +6,7 @@ namespace quillon {
 void Tot::_parse(ByteView body, bool keep_raw) {
   utc_time_ = DateTime(body);
   const int end = 7 + body.bits(5, 3, 12);
-  if (!walk_descriptors(body, 7, end, {body, keep_raw ? &descriptor_positions_ : nullptr, tolerance()}))
+  if (!parse_descriptors(body, 7, end, {body, keep_raw, tolerance()}))
     throw error("descriptor start end mismatch");
   crc_ = body.u32(end);
 }
@@ -14,8 +14,7 @@ void Tot::_parse(ByteView body, bool keep_raw) {
 void Tot::_reset() {
   utc_time_ = DateTime();
   crc_ = 0;
-  descriptor_positions_.clear();
-  store_.clear();
+  clear_descriptors();
 }
 
 template <class V, class S>
@@ -27,7 +26,7 @@ void Tot::describe(V& v, S& s) {
     v.field("crc32", s.crc_);
   v.descriptors(s);
 }
-QUILLON_TABLE_XML_OF(Tot)
+QUILLON_TABLE_FACES_OF(Tot)
 
 void Tot::_dump_state(std::ostream& stream) const {
   PsiBase::_dump_state(stream);

@@ -16,10 +16,9 @@ namespace quillon {
 class QUILLON_API Tot : public PsiBase, public DvbLoop {
  public:
   const char* get_table_id_text() const override { return "time_offset_section"; }
+  void walk(FieldSink& sink) const;
   const DateTime& get_utc_time() const { return utc_time_; }
   uint32_t get_crc32() const { return crc_; }
-  // Where each descriptor lies in the body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
 
  private:
   bool is_syntax_indicator_valid(int indicator) const override { return indicator == 0; }
@@ -35,7 +34,6 @@ class QUILLON_API Tot : public PsiBase, public DvbLoop {
   template <class Visitor, class Self>
   static void describe(Visitor& v, Self& s);
 
-  std::vector<int> descriptor_positions_;
   DateTime utc_time_;
   uint32_t crc_ = 0;
 };

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <quillon/descriptors/dvb_loop.h>
-#include <quillon/sections/psi_base.h>
 
-namespace quillon::detail {
+namespace quillon {
 
 // A row of the transport stream loop of NIT and BAT (EN 300 468, 5.2.1).
 //
@@ -16,15 +15,16 @@ class QUILLON_API TransportStreamRow : public DvbLoop {
  public:
   // `length` holds the bytes on offer, and then those of the row. Throws error("too little data") if fewer
   // than six are offered.
-  TransportStreamRow(ByteView data, int& length, bool keep_raw, ByteView body, DescriptorFailures* failures);
+  TransportStreamRow(ByteView data, int& length, bool keep_raw, ByteView body)
+      : TransportStreamRow(data, length, {body, keep_raw}) {}
+  TransportStreamRow(ByteView data, int& length, const RowContext& row);
   explicit TransportStreamRow(void* node);
 
   int get_transport_stream_id() const { return transport_stream_id_; }
   int get_original_network_id() const { return original_network_id_; }
-  // Where each descriptor lies in the table's body, if Parse kept the section.
-  const std::vector<int>& get_descriptor_pos() const { return descriptor_positions_; }
 
   bool _save_stream_info(void* document, void* element) const;
+  void walk(FieldSink& sink) const;
 
  protected:
   // Prints the two ids.
@@ -34,9 +34,8 @@ class QUILLON_API TransportStreamRow : public DvbLoop {
   template <class Visitor, class Self>
   static void describe(Visitor& v, Self& s);
 
-  std::vector<int> descriptor_positions_;
   int transport_stream_id_ = 0;
   int original_network_id_ = 0;
 };
 
-}  // namespace quillon::detail
+}  // namespace quillon

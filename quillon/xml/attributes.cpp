@@ -175,7 +175,7 @@ struct Decimal {
     return static_cast<int>(value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value);
   }
   uint32_t as_unsigned() const {
-    const uint32_t value = static_cast<uint32_t>(magnitude);
+    const auto value = static_cast<uint32_t>(magnitude);
     return negative && !too_large ? 0u - value : value;
   }
 };
@@ -293,14 +293,14 @@ BSTR XmlName::make() const {
 template <class Unit>
 void XmlName::assign(const Unit* name, size_t units) const {
   if (units < kRoom) {
-    const uint32_t size = static_cast<uint32_t>(units * sizeof(uint16_t));
+    const auto size = static_cast<uint32_t>(units * sizeof(uint16_t));
     text_ = place_ + 4;
     std::memcpy(place_ + 2, &size, sizeof size);
     text_[units] = 0;
   } else {
     text_ = xml::make_text(nullptr, units);
   }
-  for (size_t i = 0; i < units; ++i) text_[i] = static_cast<uint16_t>(name[i]);
+  std::copy_n(name, units, text_);
 }
 
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const int& value) {

@@ -4,14 +4,12 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <quillon/fields/address.h>
 #include <quillon/fields/language.h>
 #include <quillon/fields/text.h>
 #include <quillon/platform/api.h>
-#include <quillon/platform/wide_string.h>
 #include <quillon/xml/dom.h>
 
 namespace quillon {

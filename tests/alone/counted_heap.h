@@ -15,7 +15,7 @@ inline std::atomic<size_t> allocations = 0;  // how many
 inline std::atomic<size_t> live = 0;         // bytes that are not released
 inline std::atomic<size_t> peak = 0;         // the most that `live` has been
 
-// In front of each block stands its size.
+// In front of each block is its size.
 constexpr size_t kHead = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
 
 inline void* counted(size_t size) {
@@ -38,7 +38,7 @@ inline void released(void* memory) {
 
 }  // namespace quillon::test
 
-// Not inlined: a compiler that sees malloc behind new takes free behind delete for a mistake.
+// Not inlined: a compiler that sees malloc inside new takes free inside delete for a mistake.
 [[gnu::noinline]] void* operator new(size_t size) {
   return quillon::test::counted(size);
 }

@@ -81,7 +81,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // Runs an action with memory for ever more allocations, until it has enough. `check` looks at what is left
-// after each time, told whether the action was done.
+// after each time, and is given whether the action was done.
 template <class Action, class Check>
 void with_ever_more_memory(Action action, Check check) {
   for (const bool comes_back : {false, true}) {

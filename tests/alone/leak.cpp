@@ -1,4 +1,4 @@
-// Loses memory, so that the sanitizers' run shows that it would tell.
+// Loses memory, so that the sanitizers' run shows that it would report one.
 
 #include <cstdint>
 

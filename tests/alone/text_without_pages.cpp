@@ -9,7 +9,7 @@
 
 namespace {
 
-// The pages that there are; in page 0 a byte stands for itself, elsewhere for itself plus the page's number.
+// The pages that there are; in page 0 a byte means itself, elsewhere itself plus the page's number.
 std::set<unsigned> pages_there;
 bool encodes = true;
 std::vector<unsigned> pages_asked;

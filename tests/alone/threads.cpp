@@ -121,7 +121,7 @@ struct SharedTables {
                                          language})));
   }
 
-  // All that the tables tell; readers do not all begin with the same question.
+  // All that the tables say; readers do not all begin with the same question.
   std::string read(int reader) const {
     std::string texts[4];
     for (int i = 0; i < 4; ++i) {

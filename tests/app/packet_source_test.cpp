@@ -71,7 +71,7 @@ TEST(PacketSource, ReadsPacketsOf188And192And204Bytes) {
   }
 }
 
-// Wherever in a packet, or behind it, the buffer ends.
+// Wherever in a packet, or after it, the buffer ends.
 TEST(PacketSource, ReadsOnWhereTheBufferEnds) {
   for (const size_t stride : {size_t{188}, size_t{192}, size_t{204}}) {
     const Bytes stream = numbered(1, 40, stride);
@@ -115,7 +115,7 @@ TEST(PacketSource, LosesLittleToBytesThatAreMissing) {
   Bytes stream = numbered(0, 20);
   stream.erase(stream.begin() + 5 * 188 + 20, stream.begin() + 5 * 188 + 70);
   const Result result = read(stream);
-  // The packet that lost bytes is given out with those of its neighbour behind it.
+  // The packet that lost bytes is given out with those of its neighbour after it.
   EXPECT_EQ(result.packets.size(), 19u);
   EXPECT_EQ(result.packets.back(), 19);
 }

@@ -89,6 +89,34 @@ TEST_F(Program, ReportsEachDistinctSectionOnce) {
   EXPECT_EQ(count(all.out, "table name: event_information_section"), 24);
 }
 
+TEST_F(Program, PrintsEachDistinctSectionAsALineOfJson) {
+  file("s.ts", sample_stream());
+  const Result result = run("json s.ts");
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.messages, "");
+  // The reports of TDT and TOT have no such line.
+  EXPECT_EQ(count(result.out, "\n"), count(run("report s.ts").out, "table name: ") + 2);
+  EXPECT_EQ(
+      run("json --table 0 s.ts").out,
+      R"({"pid":0,"packet":1,"table":"pat","table_id":0,"table_id_meaning":"program_association_section",)"
+      R"("syntax_indicator":1,"section_length":21,"context_id":1105,"version_number":3,"section_number":0,)"
+      R"("last_section_number":0,"current_next_indicator":1,"crc32":443875533,"transport_stream_id":1105,)"
+      R"("program_infos":[{"sid":0,"pmtpid":16},{"sid":4097,"pmtpid":256},{"sid":4098,"pmtpid":512}]})"
+      "\n");
+  EXPECT_EQ(count(result.out, "\"service_name\":\"Caf\xC3\xA9 Radio\""), 1);
+  // Identifiers have their registered names.
+  EXPECT_GE(count(run("json --table 1 s.ts").out, "sys_id_meaning"), 1);
+}
+
+TEST_F(Program, AddsEveryFieldToAReport) {
+  file("s.ts", sample_stream());
+  const std::string report = run("report --table 0 s.ts").out;
+  const std::string full = run("report --full --table 0 s.ts").out;
+  EXPECT_EQ(full.substr(0, report.size()), report);
+  EXPECT_NE(full.find("\nprogram_infos: 3\n  program_info:\n    sid: 0\n    pmtpid: 16\n"),
+            std::string::npos);
+}
+
 TEST_F(Program, NarrowsByPidAndTable) {
   file("s.ts", sample_stream());
   EXPECT_EQ(count(run("report --table 0x42 s.ts").out, "table name: "), 1);

@@ -101,7 +101,7 @@ const Bytes kRoutingIPv6 = descriptor(0x07, bits({{8, 9, "component_tag"},
                                                   {64, 0x5051525354555657, "address_mask"},
                                                   {64, 0x58595A5B5C5D5E5F, "address_mask"}}));
 
-// The rows end one byte behind the descriptor.
+// The rows end one byte past the descriptor.
 const Bytes kPreFetch = descriptor_claiming(
     0x0C, 5, joined({bits({{8, 7, "transport_protocol_label"}}), counted("ab"), counted("c")}));
 
@@ -599,7 +599,7 @@ TEST(DescriptorAitRoutingIPv6, ThrowsWhereAnAddressCannotBeSaved) {
   EXPECT_EQ(save(4), "-1: failed");      // address_mask
   EXPECT_EQ(save(5), "nothing");
 
-  // The descriptor's two numbers stand in front; a record's false is not looked at, what it throws passes.
+  // The descriptor's two numbers are in front; a record's false is not looked at, what it throws passes.
   const auto save_whole = [&d](int nth) {
     FaultyDom dom("put_nodeValue", nth);
     bool saved = true;

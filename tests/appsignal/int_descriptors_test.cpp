@@ -42,7 +42,7 @@ const Bytes kIPSlash = descriptor(0x0F, bits({{32, 0xC0A80000, "IPv4_addr"},
                                               {32, 0xE0000000, "IPv4_addr"},
                                               {8, 255, "IPv4_slash_mask"}}));
 
-// Two rows of eight bytes; the last has two more behind the descriptor.
+// Two rows of eight bytes; the last has two more past the descriptor.
 const Bytes kIPSourceSlash = descriptor_claiming(0x10, 16,
                                                  bits({{32, 0x01020304, "IPv4_source_addr"},
                                                        {8, 5, "IPv4_source_slash_mask"},
@@ -163,7 +163,7 @@ const Cases cases = {
         R"(<d descriptor_id="20" descriptor_length="1" access_mode="129" />)"),
 };
 
-// A class refuses the lengths from 0 to 255 that leave a remainder behind its head.
+// A class refuses the lengths from 0 to 255 that leave a remainder after its head.
 template <class T>
 void expect_lengths(int tag, int head, int row, size_t (*rows)(const T&)) {
   for (int length = 0; length <= 255; ++length) {

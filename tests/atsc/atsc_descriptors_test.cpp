@@ -700,7 +700,7 @@ TEST(DescriptorAtscDCCArrivingRequest, ReadsItsMembers) {
   expect_text(d.dcc_arriving_request_text);
 }
 
-// A text may stop behind its count of strings, behind a string's head, or at its end.
+// A text may stop after its count of strings, after a string's head, or at its end.
 TEST(DescriptorAtscNames, WantTheTextToFillThem) {
   const auto of = [](int length) {
     const Bytes body = joined({kText, Bytes(4)});

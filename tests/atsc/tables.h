@@ -15,12 +15,6 @@
 
 namespace quillon::test {
 
-// A table whose descriptor positions can be seen.
-template <class T>
-struct Opened : T {
-  using T::descriptor_positions;
-};
-
 template <class T>
 T parsed(const Bytes& section, bool keep_raw = false) {
   T out;
@@ -44,7 +38,7 @@ inline Bytes with_length(Bytes section, int length) {
   return section;
 }
 
-// A row and the bytes that it told to have used, of `length` that it is offered (all, if below 0).
+// A row and the bytes that it says it used, of `length` that it is offered (all, if below 0).
 template <class Row>
 struct Read {
   explicit Read(const Bytes& bytes, int length = -1)
@@ -66,7 +60,7 @@ std::string row_refusal(const Bytes& bytes, int length = -1) {
   return out;
 }
 
-// Where a number of a row stands: `width` bits from bit 7 - `first` % 8 of byte `first` / 8 on.
+// Where a number of a row is: `width` bits from bit 7 - `first` % 8 of byte `first` / 8 on.
 template <class Row>
 struct Place {
   int Row::*member;
@@ -75,7 +69,7 @@ struct Place {
 };
 
 // Sets every bit of the first `size` bytes of a row, alone among zeros, but for those of the bytes in
-// `left_out`: each is part of the numbers that stand there, and of no other.
+// `left_out`: each is part of the numbers that are there, and of no other.
 template <class Row>
 void expect_places(int size, const std::vector<Place<Row>>& places, const std::set<int>& left_out) {
   for (int bit = 0; bit < size * 8; ++bit) {

@@ -367,11 +367,10 @@ TEST(AtscCVCT, FindsTheLengthBehindNoChannelsInTheByteOfTheCount) {
 
 TEST(VirtualChannelTable, KeepsWhereItsOwnDescriptorsLie) {
   const Bytes terrestrial_table = tvct(1, joined({terrestrial(kGenre), length_of(6), kGenre, kGenre}));
-  EXPECT_EQ(parsed<Opened<AtscTVCT>>(terrestrial_table, true).descriptor_positions(),
-            (std::vector<int>{39, 42}));
-  EXPECT_TRUE(parsed<Opened<AtscTVCT>>(terrestrial_table).descriptor_positions().empty());
+  EXPECT_EQ(parsed<AtscTVCT>(terrestrial_table, true).get_descriptor_pos(), (std::vector<int>{39, 42}));
+  EXPECT_TRUE(parsed<AtscTVCT>(terrestrial_table).get_descriptor_pos().empty());
   const Bytes cable_table = cvct(joined({cable(1, {2, 0}), length_of(6), kGenre, kGenre}));
-  EXPECT_EQ(parsed<Opened<AtscCVCT>>(cable_table, true).descriptor_positions(), (std::vector<int>{37, 40}));
+  EXPECT_EQ(parsed<AtscCVCT>(cable_table, true).get_descriptor_pos(), (std::vector<int>{37, 40}));
 }
 
 TEST(AtscTVCT, StopsAtTheSectionsEndWhateverItsCount) {

@@ -219,7 +219,7 @@ TEST(Demux, FeedsTheBytesInFrontOfAPointerBehindTheEndAndStartsNothing) {
     demux.start();
     EXPECT_EQ(demux.sections(), (Sections{one})) << pointer;
 
-    // Nobody is in progress behind it.
+    // Nobody is in progress after it.
     const Bytes two = section_of(kTable, 500, 2);
     TableDemux other(joined({start_packet(kPid, 0, first(two, 183)),                     //
                              start_packet(kPid, pointer, first(behind(two, 183), 183)),  //
@@ -375,7 +375,7 @@ TEST(DemuxEverySection, DeliversWhatTheDefaultDeliversWhereEachSectionStartsAPac
 }
 
 TEST(DemuxEverySection, GivesAFilterTheSectionWithoutWhatFollowsIt) {
-  // The packet's rest is not part of a section that another follows: the bytes behind are what was there.
+  // The packet's rest is not part of a section that another follows: the bytes after it are what was there.
   const Bytes data{0x42, 0x70, 0x00, 0x42};
   const Bytes mask(4, 0xFF);
   for (const bool every_section : {false, true}) {

@@ -229,7 +229,7 @@ TEST(Demux, AddsNothingForAFieldThatFillsOrOverrunsThePacket) {
     TableDemux demux(joined({start, full, next_packet(kPid, behind(section, 183))}));
     demux.start();
     EXPECT_EQ(demux.sections(), (Sections{section})) << length;
-    EXPECT_EQ(demux.count("field 188"), 1u) << length;  // never behind the packet
+    EXPECT_EQ(demux.count("field 188"), 1u) << length;  // never past the packet
 
     // One that claims a start begins nothing, and does not end what is in progress.
     full[1] |= 0x40;

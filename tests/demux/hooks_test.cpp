@@ -167,7 +167,7 @@ TEST(DemuxHooks, AreNotCalledAgainForWhatTheyRemoved) {
     EXPECT_EQ(filters.heard.size(), 2u);
     EXPECT_EQ(filters.order().front(), "section 256/66");
 
-    // Nor does anybody of the sections behind it in the packet.
+    // Nor does anybody of the sections after it in the packet.
     TableDemux next(start_packet(kPid, 0, joined({section_of(kTable, 9), section_of(kTable, 9)})));
     next.serve_every_section(every_section);
     next.then = [&](const std::string& hook) {

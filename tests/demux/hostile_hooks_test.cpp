@@ -207,7 +207,7 @@ TYPED_TEST(HostileHooks, MayChangeTheHandlersAndThrow) {
   this->at_each_call([] { throw error("from the hook"); });
 }
 
-// A filter that is made for each section that one is told of, as a monitor might, does not hear that very
+// A filter that is made for each section that another reports, as a monitor might, does not hear that very
 // section: else each would make the next.
 TYPED_TEST(HostileHooks, MayAddAFilterAtEachCall) {
   for (const char* hook : Hooks<TypeParam>::names) {

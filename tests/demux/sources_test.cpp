@@ -395,7 +395,7 @@ TEST(Demux2, StandsPidsThatItsHooksRemove) {
       };
       if (hook == std::string("read")) demux.when_read = [&](int) { remove(); };
       EXPECT_EQ(demux.start(), 1);
-      // The others have all their sections, and in the pass behind the removal nobody reads the PID.
+      // The others have all their sections, and in the pass after the removal nobody reads the PID.
       for (const int pid : {0x11, 0x12, 0x13}) {
         const std::string number = std::to_string(pid);
         if (pid != gone) {

@@ -69,7 +69,7 @@ const std::vector<Broken>& broken() {
   return all;
 }
 
-// What stands behind a broken descriptor: one without a class, whose zeros harm nobody who reads on into it.
+// What follows a broken descriptor: one without a class, whose zeros harm nobody who reads on into it.
 const Bytes kBehind = descriptor(0x00, Bytes(40));
 
 }  // namespace

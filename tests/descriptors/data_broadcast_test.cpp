@@ -275,7 +275,7 @@ TEST(DescriptorDataBroadcastId, TellsEachStepOfItsListThatFails) {
   EXPECT_EQ(failed("get_item"), "-1: failed to get program_info node platformiddata");
 }
 
-// The list stands between the attributes: without it the private data is not reached, and what its items lack
+// The list is between the attributes: without it the private data is not reached, and what its items lack
 // is not noticed.
 TEST(DescriptorDataBroadcastId, SavesItsPrivateDataBehindTheList) {
   const DescriptorDataBroadcastId d(descriptor(0x66, {0, 11, 5, 0, 0, 7, 1, 0, 0xAA}).data());

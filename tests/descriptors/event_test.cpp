@@ -1,4 +1,4 @@
-// What an event tells of itself in words, and its components (EN 300 468, 6.2), by wire vectors.
+// What an event says of itself in words, and its components (EN 300 468, 6.2), by wire vectors.
 
 #include "tests/descriptors/event_helpers.h"
 

@@ -166,7 +166,7 @@ TEST(DescriptorMosiac, RefusesCellsThatLeadNowhere) {
 TEST(DescriptorMosiac, RefusesCellsThatDoNotEndWithIt) {
   EXPECT_EQ(refused(mosaic({})), "nothing");
   EXPECT_EQ(refused(descriptor_claiming(0x51, 0, Bytes(4))), "3: mosiac_descriptor");
-  // In the middle of a cell; what the cell lacks comes from behind.
+  // In the middle of a cell; what the cell lacks comes from the bytes after it.
   EXPECT_EQ(refused(joined({mosaic(cell(2, {})), Bytes(8)})), "3: mosiac_descriptor");
   EXPECT_EQ(refused(joined({mosaic({0xA8, 0x05}), Bytes{0, 1}, Bytes(8)})), "3: mosiac_descriptor");
   EXPECT_EQ(refused(joined({mosaic(joined({cell(1, kBouquet), Bytes(1)})), Bytes{0, 0, 1, 0, 0}})),

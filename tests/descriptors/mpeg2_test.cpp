@@ -206,7 +206,7 @@ void expect_bits(int tag, const std::vector<Row<T>>& rows) {
     }
 }
 
-// The texts of a code from -1 to 256, which stands in the `xml` as CODE.
+// The texts of a code from -1 to 256, which is in the `xml` as CODE.
 template <class T>
 void expect_loaded_texts(const std::string& xml, const char* (T::*text)() const,
                          const std::map<int, std::string>& texts) {

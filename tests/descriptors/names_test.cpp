@@ -226,7 +226,7 @@ TEST(DescriptorMultilingualServiceName, RefusesItemsThatDoNotFit) {
   EXPECT_EQ(of_length(5), "3: multilingual_service_name_info_descriptor:2");
   EXPECT_EQ(of_length(6), "3: multilingual_service_name_info_descriptor:3");
   EXPECT_EQ(of_length(7), "3: multilingual_service_name_info_descriptor:3");
-  EXPECT_EQ(of_length(8), "2: ");  // the item passes, and ends behind the body
+  EXPECT_EQ(of_length(8), "2: ");  // the item passes, and ends past the body
   EXPECT_EQ(of_length(9), "nothing");
   EXPECT_EQ(of_length(18), "nothing");
 }

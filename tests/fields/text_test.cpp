@@ -28,7 +28,7 @@ struct AnsiPage {
   AnsiPage& operator=(const AnsiPage&) = delete;
 };
 
-// What the byte 0xC1 stands for behind a selection byte: A with acute in the Latin pages.
+// What the byte 0xC1 means after a selection byte: A with acute in the Latin pages.
 char16_t letter_behind(int selection) {
   switch (selection) {
     case 0x01:

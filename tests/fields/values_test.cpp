@@ -100,7 +100,7 @@ TEST(DateTime, IsRightOnEachDayFromMarch1900On) {
       }
     }
   }
-  EXPECT_EQ(day, 23);  // the day behind the last that the field can hold
+  EXPECT_EQ(day, 23);  // the day after the last that the field can hold
   EXPECT_EQ(month, 4);
   EXPECT_EQ(year, 2038);
 }

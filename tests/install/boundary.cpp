@@ -53,7 +53,7 @@ class OwnLoop : public quillon::DvbLoop {
  public:
   bool read(const std::vector<uint8_t>& bytes) {
     const quillon::ByteView view(bytes.data(), bytes.size());
-    return walk_descriptors(view, 0, static_cast<int>(bytes.size()), {view});
+    return parse_descriptors(view, 0, static_cast<int>(bytes.size()), {view});
   }
 };
 
@@ -136,7 +136,7 @@ void loops(const Stream& stream) {
   expect(loop.get_CA_descriptors().empty(), "a derived loop has no other");
   const quillon::DescriptorStreamIdentifier none;
   std::ostringstream out;
-  quillon::dump_descriptors(out, loop.get_stream_identifier_descriptors());
+  loop.get_stream_identifier_descriptors()[0].dump_state(out);
   expect(!out.str().empty() && out.str() != report(none), "descriptors are reported");
 }
 

@@ -9,7 +9,7 @@
 
 namespace quillon::test {
 
-// A registry as it stood in 2003.
+// A registry as it was in 2003.
 struct Registry {
   registry_kind kind;
   const char* name;

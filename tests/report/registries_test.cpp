@@ -56,7 +56,7 @@ TEST_F(Registries, HaveTheirSizes) {
   }
 }
 
-// No copy of this list from its time is known: what is missing is told, and nothing stands there too often.
+// No copy of this list from its time is known: what is missing is stated, and nothing is there too often.
 TEST_F(Registries, NetworkIdLacksRows) {
   const auto rows = rows_by_id(kNetwork);
   const size_t count = get_registry_rows(kNetwork.kind).size();

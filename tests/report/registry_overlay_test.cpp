@@ -41,7 +41,7 @@ class RegistryOverlay : public testing::Test {
   }
   void load_rows(registry_kind kind, const std::string& rows) { load(kind, kHeading + rows); }
 
-  // The failure's text behind the file's name.
+  // The failure's text after the file's name.
   std::string refusal(registry_kind kind, const std::string& text) {
     const std::string all = failure([&] { load(kind, text); });
     const std::string front = "-1: " + file_.string();

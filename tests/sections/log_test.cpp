@@ -33,7 +33,7 @@ bool is_like(std::string_view text, std::string_view pattern) {
   });
 }
 
-// What stands behind date, time and milliseconds in each line.
+// What follows date, time and milliseconds in each line.
 Texts tails(const TemporaryLog& log) {
   Texts out;
   for (const std::string& line : log.lines())

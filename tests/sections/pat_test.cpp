@@ -70,7 +70,7 @@ std::string failure_of(const Bytes& section) {
   return failure([&] { parsed(section); });
 }
 
-// A section of any section_length from 4 on with its right CRC, which may stand where the header goes on.
+// A section of any section_length from 4 on with its right CRC, which may be where the header goes on.
 Bytes of_length(int length) {
   const size_t size = static_cast<size_t>(length) + 3;
   Bytes section = long_section(0x00, Bytes(size), {}, -12);

@@ -193,8 +193,8 @@ TEST(PsiTableBase, ReadsNothingBehindTheSizeItIsGiven) {
   EXPECT_EQ(table.get_section_raw_bytes(), section);
 }
 
-// A right CRC can stand where the header stands, though not where the length does: there is none in up to two
-// bytes behind the length, by chance one in three, always one in four and more.
+// A right CRC can be where the header is, though not where the length does: there is none in up to two
+// bytes after the length, by chance one in three, always one in four and more.
 TEST(PsiTableBase, ReadsSectionsThatAreShorterThanTheirHeader) {
   int right = 0;
   for (int length = 0; length <= 3; ++length)

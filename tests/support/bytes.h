@@ -25,7 +25,7 @@ struct Field {
   const char* name;
 };
 
-// Fields one behind the other, most significant bit first; the sum of the widths is a multiple of 8.
+// Fields one after the other, most significant bit first; the sum of the widths is a multiple of 8.
 Bytes bits(std::initializer_list<Field> fields);
 
 Bytes text(std::string_view characters);
@@ -51,7 +51,7 @@ struct Header {
 
 // A long section with its right CRC. `length_change` is added to section_length before the CRC is made.
 Bytes long_section(int table_id, const Bytes& body, const Header& header = {}, int length_change = 0);
-// A short section, the body as it stands.
+// A short section, the body as it is.
 Bytes short_section(int table_id, const Bytes& body, int syntax_indicator = 0);
 // Puts the low 12 bits of `length` at `at`; the high half of the first byte stays.
 void set_length(Bytes& bytes, size_t at, int length);

@@ -5,6 +5,7 @@
 
 #include "tests/support/bytes.h"
 #include "tests/support/faces.h"
+#include "tests/support/walk.h"
 
 #include <string>
 #include <vector>
@@ -29,6 +30,7 @@ struct DescriptorCase {
   std::string (*resaved_of)(const std::string& xml);
   bool (*save_to)(ByteView, void* document, void* node);
   void (*load_from)(void* node);
+  void (*walk_to)(ByteView, FieldSink& sink);
   void (*exercise)(ByteView);  // every face, whatever comes of it; throws error as the class does
 };
 
@@ -48,11 +50,13 @@ DescriptorCase case_of(std::string name, Family family, Bytes bytes, std::string
           [](const std::string& text) { return saved(loaded<T>(text)); },
           [](ByteView view, void* document, void* node) { return T(view).SaveSection(document, node); },
           [](void* node) { T().Parse(node); },
+          [](ByteView view, FieldSink& sink) { T(view).walk(sink); },
           [](ByteView view) {
             T object(view);
             test::report(object);
             const std::string text = saved(object);
             saved(loaded<T>(text));
+            walked(object);
             T copy = object;
             copy.reset();
             object = std::move(copy);

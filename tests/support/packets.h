@@ -1,6 +1,6 @@
 #pragma once
 
-// Transport packets made from sections, and demultiplexers that write down what their hooks were told.
+// Transport packets made from sections, and demultiplexers that write down what their hooks were given.
 
 #include "tests/support/bytes.h"
 
@@ -40,7 +40,7 @@ struct Packing {
   // On: a section begins where the one before it ended, also in the same packet. Off: it begins a packet.
   bool shared = false;
   int field = -1;           // adaptation_field_length of every packet; below 0 for none
-  uint8_t stuffing = 0xFF;  // behind the last section of a packet
+  uint8_t stuffing = 0xFF;  // after the last section of a packet
   int counter = 0;          // of the first packet
 };
 
@@ -123,9 +123,9 @@ class MemoryDemux : public Demux {
  public:
   explicit MemoryDemux(Bytes stream = {}) : stream_(std::move(stream)) {}
 
-  // Puts more behind what is left to read.
+  // Puts more after what is left to read.
   void add(const Bytes& more) { stream_.insert(stream_.end(), more.begin(), more.end()); }
-  // What start gives for these packets behind those that are left.
+  // What start gives for these packets after those that are left.
   int feed(const Bytes& more) {
     add(more);
     return start();

@@ -11,7 +11,7 @@ std::vector<TableCase>& registry() {
 
 std::string text_of(const AnyTable& table, bool& result) {
   xml::Document document;
-  result = table.save(document.dom(), document.create_root("d"));
+  result = table.SaveSection(document.dom(), document.create_root("d"));
   return plain(document);
 }
 
@@ -30,16 +30,18 @@ Outcome outcome_of(const TableCase& table, const Bytes& section, bool tolerant) 
   const auto object = table.make();
   object->set_tolerant(tolerant);
   Outcome out{};
-  out.failure = failure([&] { object->parse(exact.data(), exact.size()); });
+  out.failure = failure([&] { object->Parse(exact.data(), exact.size(), true); });
   out.parsed = object->is_parsed();
-  out.report = object->report();
+  out.report = test::report(*object);
+  out.walk = walked(*object);
   out.saved = text_of(*object, out.save_result);
-  for (const DescriptorFailure& f : object->failures())
+  for (const DescriptorFailure& f : object->get_descriptor_failures())
     out.refused.push_back(std::to_string(f.code) + ": " + f.text);
-  object->copy_and_move();
-  EXPECT_EQ(object->report(), out.report);
+  EXPECT_EQ(test::report(*object->copy()), out.report);
+  EXPECT_EQ(walked(*object->copy()), out.walk);
+  EXPECT_EQ(table.report_of_moved(*object), out.report);
   object->reset();
-  EXPECT_EQ(failure([&] { object->parse(exact.data(), exact.size()); }), out.failure);
+  EXPECT_EQ(failure([&] { object->Parse(exact.data(), exact.size(), true); }), out.failure);
   return out;
 }
 
@@ -47,7 +49,7 @@ Reloaded reloaded(const TableCase& table, const std::string& text) {
   const xml::Document document = xml::Document::from_text(text);
   const auto object = table.make();
   Reloaded out{};
-  out.failure = failure([&] { object->load(document.root()); });
+  out.failure = failure([&] { object->ParseDOM(document.root()); });
   out.parsed = object->is_parsed();
   bool result = false;
   out.saved = text_of(*object, result);
@@ -56,9 +58,9 @@ Reloaded reloaded(const TableCase& table, const std::string& text) {
 
 std::string document_of(const TableCase& table) {
   const auto object = table.make();
-  object->parse(table.section.data(), table.section.size());
+  object->Parse(table.section.data(), table.section.size(), true);
   xml::Document document;
-  object->save(document.dom(), document.create_root(table.element));
+  object->SaveSection(document.dom(), document.create_root(table.element));
   return document.to_text();
 }
 

@@ -13,7 +13,7 @@ int section_length_of(const Bytes& section) {
   return (section[1] & 0x0F) << 8 | section[2];
 }
 
-// The section with a CRC that is right for its section_length; bytes behind that are gone, missing ones zero.
+// The section with a CRC that is right for its section_length; bytes after that are gone, missing ones zero.
 Bytes fitted(const TableCase& table, Bytes section) {
   section.resize(static_cast<size_t>(section_length_of(section)) + 3);
   if (table.has_crc) repair_crc(section);

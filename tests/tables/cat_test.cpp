@@ -128,7 +128,7 @@ TEST(Cat, RefusesADescriptorThatOverrunsItsLoop) {
     EXPECT_EQ(table.get_CA_descriptors().size(), 1u);
     EXPECT_EQ(table.get_descriptor_pos(), (std::vector<int>{0, 6}));
   }
-  last[1] = 4;  // then one byte is left, and the length byte behind it is the first of the CRC
+  last[1] = 4;  // then one byte is left, and the length byte after it is the first of the CRC
   const Bytes section = cat(joined({ca(1), last}));
   EXPECT_EQ(failure_of_parse<Cat>(section), "-1: invalid descriptor size");
 }

@@ -165,14 +165,14 @@ TEST(Nit, RefusesALoopThatIsTooShortForAnyRow) {
 }
 
 TEST(Nit, OffersEachRowTheWholeLoop) {
-  // Five bytes behind a row: they and the CRC make another row, and that ends behind the loop.
+  // Five bytes after a row: they and the CRC make another row, and that ends past the loop.
   Bytes rows = joined({stream_row(1, 2, {}), Bytes(5)});
   Nit table;
   EXPECT_EQ(failure_of_parse(nit({}, rows), table), kMismatch);
   ASSERT_EQ(table.get_stream_infos().size(), 2u);
   EXPECT_EQ(table.get_stream_infos()[1].get_transport_stream_id(), 0);
 
-  // More bytes behind the loop do not save it either.
+  // More bytes after the loop do not save it either.
   rows = stream_row(3, 4, {});
   const Bytes body = joined({loop({}), loop(joined({stream_row(1, 2, {}), rows}), 11)});
   table = {};
@@ -210,7 +210,7 @@ TEST(Nit, DoesNotNoticeADescriptorThatOverrunsItsLoop) {
 }
 
 TEST(Nit, TakesALoopThatEndsBeforeTheSection) {
-  // What stands between the loop and the CRC is not looked at.
+  // What is between the loop and the CRC is not looked at.
   const auto table =
       parsed_table<Nit>(long_section(0x40, joined({loop({}), loop(stream_row(1, 2, {})), Bytes(7, 0xFF)})));
   EXPECT_EQ(table.get_stream_infos().size(), 1u);

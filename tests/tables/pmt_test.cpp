@@ -266,19 +266,19 @@ TEST(PmtDVB, RefusesADescriptorThatOverrunsItsProgramLoop) {
   PmtDVB table;
   const Bytes overrun = descriptor_claiming(0x05, 5, text("ABCD"));
   EXPECT_EQ(failure_of_parse(pmt(overrun, row(1, 1, {1, 0})), table), kMismatch);
-  // It was read before that, with the byte behind the loop.
+  // It was read before that, with the byte after the loop.
   ASSERT_EQ(table.get_registration_descriptors().size(), 1u);
   EXPECT_EQ(table.get_registration_descriptors()[0].get_descriptor_length(), 5);
   EXPECT_TRUE(table.get_pmt_stream_info().empty());
   EXPECT_EQ(table.get_pcr_pid(), 0x100);
   EXPECT_FALSE(table.is_parsed());
 
-  // A lone tag, the length byte of which is behind the loop.
+  // A lone tag, the length byte of which is past the loop.
   EXPECT_EQ(failure_of_parse<PmtDVB>(pmt({0x80}, {0x00, 1, 2, 3, 4})), kMismatch);
 }
 
 TEST(PmtDVB, RefusesAProgramLoopThatReachesBehindTheRows) {
-  // Into the CRC, onto its end, and behind the section.
+  // Into the CRC, onto its end, and past the section.
   for (const int claimed : {1, 3, 4, 5, 4095}) {
     PmtDVB table;
     EXPECT_EQ(failure_of_parse(pmt({}, {}, claimed), table), kMismatch) << claimed;

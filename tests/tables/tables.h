@@ -56,7 +56,7 @@ void expect_faces(const Bytes& section, const std::string& expected_report, cons
   EXPECT_EQ(saved(loaded, name.c_str()), xml);
 }
 
-// The header's four bits behind the table id: the first must be set, the others may be anything.
+// The header's four bits after the table id: the first must be set, the others may be anything.
 template <class T>
 void expect_syntax_indicator_and_any_reserved_bits(int table_id, const Bytes& body) {
   Header header;

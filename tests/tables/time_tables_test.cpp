@@ -83,7 +83,7 @@ const Bytes kRst = bits({{8, 0x71, "table_id"},
                          {5, 0, "reserved_future_use"},
                          {3, 7, "running_status"}});
 
-// The high byte of original_network_id stands for both.
+// The high byte of original_network_id serves as that of both.
 const char* const kRstReport =
     "table_id: 113\n"
     "section_length: 18\n"
@@ -241,13 +241,13 @@ TEST(Tot, RefusesADescriptorThatOverrunsItsLoop) {
 }
 
 TEST(Tot, TakesALoopUpToTheSectionsEnd) {
-  // Nothing relates the loop to the section: the CRC stands behind it, or is read as zeros.
+  // Nothing relates the loop to the section: the CRC is after it, or is read as zeros.
   const Bytes last = descriptor(0x80, {1, 2});
   EXPECT_EQ(parsed_table<Tot>(tot(last)).get_crc32(), 0x01020304u);
   EXPECT_EQ(parsed_table<Tot>(tot(last, 4, {1, 2})).get_crc32(), 0x01020000u);
   EXPECT_EQ(parsed_table<Tot>(tot(last, 4, {})).get_crc32(), 0u);
   EXPECT_EQ(parsed_table<Tot>(tot({}, 0, joined({{9, 8, 7, 6}, Bytes(20)}))).get_crc32(), 0x09080706u);
-  // A loop that lies behind it does not end with its last descriptor.
+  // A loop that lies past it does not end with its last descriptor.
   for (const int claimed : {5, 6, 4095})
     EXPECT_EQ(failure_of_parse<Tot>(tot(last, claimed, {})), kMismatch) << claimed;
   EXPECT_EQ(failure_of_parse<Tot>(tot(descriptor_claiming(0x80, 3, {1, 2}), 5, {})), kMismatch);

@@ -576,7 +576,7 @@ TEST(Str2bin, DoesNotDetectWhatIsNoDigit) {
     std::string text;
     Bytes bytes;
   } rows[] = {
-      {"zz", {0}},                     // nothing scanned: what was there stands
+      {"zz", {0}},                     // nothing scanned: what was there stays
       {"12zz34", {0x12, 0x12, 0x34}},  // the unit before it
       {"1g2-", {0x01, 0x02}},          // as far as the scan goes
       {" 1-1+1", {0x01, 0xFF, 0x01}},  // blanks and signs are the scan's business

@@ -227,7 +227,7 @@ TEST(Document, ReadsOtherEncodings) {
 }
 
 TEST(Document, GivesEveryCharacterOfAnAttributeBack) {
-  // Control characters and white space stand as references; nothing is normalized.
+  // Control characters and white space are references; nothing is normalized.
   for (char16_t c = 1; c < 0x20; ++c)
     for (const std::u16string& text : {std::u16string(1, c), u"a" + std::u16string(2, c) + u"b"})
       EXPECT_EQ(there_and_back(text), text) << static_cast<int>(c);

@@ -1,4 +1,4 @@
-// The tree behind a document, through its interfaces.
+// The tree of a document, through its interfaces.
 
 #if !defined(_WIN32)
 

@@ -1,4 +1,4 @@
-// The attribute layer on a DOM that fails where it is told to.
+// The attribute layer on a DOM that fails where its script says so.
 
 #if !defined(_WIN32)
 
@@ -46,7 +46,7 @@ class FakeNode : public Interface {
   unsigned long references_ = 1;
 };
 
-// The results that the operations give, and the value that an attribute tells.
+// The results that the operations give, and the value that an attribute gives.
 struct Script {
   HRESULT create = S_OK;
   HRESULT put = S_OK;

@@ -31,7 +31,7 @@ bool is_of_attribute(const std::string& step) {
   return calls(step, "createAttribute") || calls(step, "put_nodeValue") || calls(step, "setAttributeNode");
 }
 
-// Where the `nth` call of an operation stands, from 1.
+// Where the `nth` call of an operation is, from 1.
 size_t place_of(const Trace& trace, const std::string& operation, int nth) {
   for (size_t i = 0; i < trace.size(); ++i)
     if (calls(trace[i], operation) && --nth == 0) return i;
@@ -102,7 +102,7 @@ void expect_left_in_order(const Trace& good, size_t failed, const Trace& trace, 
 
 using Save = std::function<bool(void* document, void* node)>;
 
-// The one save that throws, at the addresses of its records. Kept: callers tell it from a false.
+// The one save that throws, at the addresses of its records. Kept: callers distinguish it from a false.
 bool throws(const std::string& name, const Trace& good, size_t failed) {
   if (name != "DescriptorAitRoutingIPv6" || !is_of_attribute(good[failed])) return false;
   while (!calls(good[failed], "createAttribute")) --failed;
@@ -212,9 +212,9 @@ TEST(FailingDom, LeavesSavesOfTablesInOrder) {
   for (const TableCase& c : TableCases::all()) {
     SCOPED_TRACE(c.name);
     const auto table = c.make();
-    table->parse(c.section.data(), c.section.size());
+    table->Parse(c.section.data(), c.section.size(), true);
     expect_saves_survived(
-        c.name, [&](void* document, void* node) { return table->save(document, node); },
+        c.name, [&](void* document, void* node) { return table->SaveSection(document, node); },
         c.back != Back::unsaved);
   }
 }
@@ -229,7 +229,7 @@ TEST(FailingDom, EndsLoadsOfTables) {
         bool good = false;
         ~Parsed() { EXPECT_EQ(table.is_parsed(), good); }
       } parsed{*table};
-      table->load(node);
+      table->ParseDOM(node);
       parsed.good = true;
     });
   }

@@ -88,7 +88,7 @@ TYPED_TEST_SUITE(Grammar, AllTables);
 template <class T>
 constexpr bool is_long = std::is_base_of_v<PsiTableBase, T>;
 
-// The document's text behind the header attributes.
+// The document's text after the header attributes.
 template <class T>
 std::string body_of(const std::string& xml) {
   const std::string last = is_long<T> ? " crc32=\"" : " section_length=\"";
@@ -199,7 +199,7 @@ TYPED_TEST(Grammar, PassesOverTheNamesOfItemsAndOtherChildren) {
 
 #if !defined(_WIN32)
 
-// Whatever call of a load fails, nothing is left referenced; what fails is told, with nothing else thrown.
+// Whatever call of a load fails, nothing is left referenced; what fails is stated, with nothing else thrown.
 TYPED_TEST(Grammar, LeavesNoReferenceBehindALoadThatFails) {
   for (const char* const operation : {"get_attributes", "getNamedItem", "get_nodeValue", "selectSingleNode",
                                       "get_childNodes", "get_length", "get_item", "get_nodeName"}) {

@@ -1,11 +1,11 @@
 #include <quillon/descriptors/av/ac3.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
 namespace {
 
-// Takes the bytes behind the flags, in order.
+// Takes the bytes after the flags, in order.
 class Cursor {
  public:
   explicit Cursor(ByteView descriptor) : d_(descriptor) {}

@@ -5,7 +5,7 @@
 namespace quillon {
 
 // An AC-3 stream (EN 300 468, D.3). Each of the four flags announces the byte of its name; the bytes that are
-// there stand one behind the other, and those that are not are 0.
+// there follow one another, and those that are not are 0.
 class QUILLON_API DescriptorAC3 final : public DescriptorBase {
  public:
   DescriptorAC3() = default;

@@ -1,5 +1,5 @@
 #include <quillon/descriptors/av/stream_identifier.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 

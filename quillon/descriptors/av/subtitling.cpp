@@ -1,14 +1,12 @@
 #include <quillon/descriptors/av/subtitling.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorSubtitling::DescriptorSubtitling(ByteView d) : DescriptorBase(d) {
-  const bool fits = walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    subtitling_infos.emplace_back(at);
-    return 8;
-  });
-  if (!fits) throw error(error::length_mismatch, "subtitling_descriptor");
+  if (!read_rows(subtitling_infos, d, 2, descriptor_length, 8))
+    throw error(error::length_mismatch, "subtitling_descriptor");
 }
 
 template <class V, class S>
@@ -21,7 +19,7 @@ QUILLON_FACES_OF(DescriptorSubtitling, "subtitling_descriptor")
 template <class V, class S>
 void DescriptorSubtitling::SubtitlingInfo::describe(V& v, S& s) {
   v.labels("DescriptorSubtitling::", ": ");
-  if constexpr (V::dump) v.field("ISO_639_language_code", s.ISO_639_language_code);
+  if constexpr (!V::xml) v.field("ISO_639_language_code", s.ISO_639_language_code);
   v.field("subtitling_type", s.subtitling_type);
   v.field("composition_page_id", s.composition_page_id);
   v.field("antcillary_page_id", s.ancillary_page_id);  // sic: saved documents and reports have this name

@@ -25,7 +25,8 @@ class QUILLON_API DescriptorSubtitling final : public DescriptorBase {
   };
 
   DescriptorSubtitling() = default;
-  // Throws error(3, "subtitling_descriptor") unless the last row ends with the descriptor.
+  // Throws error(error::length_mismatch, "subtitling_descriptor") unless the last row ends with the
+  // descriptor.
   explicit DescriptorSubtitling(ByteView d);
 
   std::vector<SubtitlingInfo> subtitling_infos;

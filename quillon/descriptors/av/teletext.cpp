@@ -1,15 +1,24 @@
 #include <quillon/descriptors/av/teletext.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
+namespace {
+
+const char* teletext_type_text(int type) {
+  return detail::text_of(type,
+                         {"reserved for future use", "initial teletext page", "teletext subtitle page",
+                          "additional information page", "programme schedule page"},
+                         "reserved for future use");
+}
+
+}  // namespace
+
 DescriptorTeletext::DescriptorTeletext(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % TeletextItem::size != 0) throw error("descriptor length mismatch");
-  teletext_items.reserve(static_cast<size_t>(descriptor_length / TeletextItem::size));
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    teletext_items.emplace_back(at);
-    return TeletextItem::size;
-  });
+  read_rows(teletext_items, d, 2, descriptor_length, TeletextItem::size);
 }
 
 template <class V, class S>
@@ -22,8 +31,8 @@ QUILLON_FACES_OF(DescriptorTeletext, "teletext_descriptor")
 template <class V, class S>
 void DescriptorTeletext::TeletextItem::describe(V& v, S& s) {
   v.labels("", " ");
-  if constexpr (V::dump) v.field("language_code", s.language);
-  v.field("teletext_type", s.teletext_type);
+  if constexpr (!V::xml) v.field("language_code", s.language);
+  v.coded("teletext_type", s.teletext_type, teletext_type_text);
   if constexpr (V::xml) v.field("language_code", s.language);
   v.field("teletext_magazine_number", s.teletext_magazine_number);
   v.field("teletext_page_number", s.teletext_page_number);
@@ -31,18 +40,7 @@ void DescriptorTeletext::TeletextItem::describe(V& v, S& s) {
 QUILLON_RECORD_FACES_OF(DescriptorTeletext::TeletextItem)
 
 const char* DescriptorTeletext::TeletextItem::get_teletext_type_text() const {
-  switch (teletext_type) {
-    case 1:
-      return "initial teletext page";
-    case 2:
-      return "teletext subtitle page";
-    case 3:
-      return "additional information page";
-    case 4:
-      return "programme schedule page";
-    default:
-      return "reserved for future use";
-  }
+  return teletext_type_text(teletext_type);
 }
 
 }  // namespace quillon

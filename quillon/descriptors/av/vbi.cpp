@@ -1,15 +1,11 @@
 #include <quillon/descriptors/av/vbi.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorVBIData::DescriptorVBIData(ByteView d) : DescriptorBase(d) {
-  const bool fits = walk(d, 2, 2 + descriptor_length, [this](ByteView at, int left) {
-    int consumed = 0;
-    vbi_service_data.emplace_back(at, left, consumed);
-    return consumed;
-  });
-  if (!fits) throw error(error::bad_value);
+  if (!read_uneven_rows(vbi_service_data, d, 2, descriptor_length)) throw error(error::bad_value);
 }
 
 template <class V, class S>
@@ -28,11 +24,7 @@ QUILLON_SILENT_RECORD_FACES_OF(DescriptorVBIData::VBIServiceData)
 
 DescriptorVBITeletext::DescriptorVBITeletext(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % VBITeleTextData::size != 0) throw error(error::bad_loop_unit);
-  vbi_teletext_data.reserve(static_cast<size_t>(descriptor_length / VBITeleTextData::size));
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    vbi_teletext_data.emplace_back(at);
-    return VBITeleTextData::size;
-  });
+  read_rows(vbi_teletext_data, d, 2, descriptor_length, VBITeleTextData::size);
 }
 
 template <class V, class S>

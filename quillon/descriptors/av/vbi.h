@@ -26,7 +26,7 @@ class QUILLON_API DescriptorVBIData final : public DescriptorBase {
   };
 
   DescriptorVBIData() = default;
-  // Throws error(2) unless the last service ends with the descriptor.
+  // Throws error(error::bad_value) unless the last service ends with the descriptor.
   explicit DescriptorVBIData(ByteView d);
 
   std::vector<VBIServiceData> vbi_service_data;
@@ -46,7 +46,7 @@ class QUILLON_API DescriptorVBITeletext final : public DescriptorBase {
   };
 
   DescriptorVBITeletext() = default;
-  // Throws error(0) unless the length is a multiple of 5.
+  // Throws error(error::bad_loop_unit) unless the length is a multiple of 5.
   explicit DescriptorVBITeletext(ByteView d);
 
   std::vector<VBITeleTextData> vbi_teletext_data;

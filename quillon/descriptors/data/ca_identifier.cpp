@@ -1,14 +1,11 @@
 #include <quillon/descriptors/data/ca_identifier.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorCAIdentifier::DescriptorCAIdentifier(ByteView d) : DescriptorBase(d) {
-  ca_identifier_ids.reserve(static_cast<size_t>(descriptor_length + 1) / 2);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    ca_identifier_ids.emplace_back(at);
-    return 2;
-  });
+  read_rows(ca_identifier_ids, d, 2, descriptor_length, 2);
 }
 
 // A report opens with a label that nothing follows. Kept: readers of reports rely on it.
@@ -21,7 +18,7 @@ QUILLON_FACES_OF(DescriptorCAIdentifier, "CA_system_id_descriptor")
 
 template <class V, class S>
 void DescriptorCAIdentifier::CAIdentifierID::describe(V& v, S& s) {
-  v.field("CA_system_id", s.CA_system_id);
+  v.coded("CA_system_id", s.CA_system_id, registry_kind::ca_system);
 }
 QUILLON_RECORD_FACES_OF(DescriptorCAIdentifier::CAIdentifierID)
 
@@ -34,7 +31,7 @@ DescriptorECMRepetitionRate::DescriptorECMRepetitionRate(ByteView d) : Descripto
 
 template <class V, class S>
 void DescriptorECMRepetitionRate::describe(V& v, S& s) {
-  v.field("CA_system_ID", s.CA_system_ID);
+  v.coded("CA_system_ID", s.CA_system_ID, registry_kind::ca_system);
   v.field("ECM_repetition_rate", s.ECM_repetition_rate);
   v.bytes("private_data_byte", s.private_data);
 }

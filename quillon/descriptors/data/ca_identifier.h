@@ -18,7 +18,7 @@ class QUILLON_API DescriptorCAIdentifier final : public DescriptorBase {
   };
 
   DescriptorCAIdentifier() = default;
-  // An odd length takes in the byte behind the descriptor.
+  // An odd length takes in the byte after the descriptor.
   explicit DescriptorCAIdentifier(ByteView d);
 
   std::vector<CAIdentifierID> ca_identifier_ids;

@@ -1,5 +1,6 @@
 #include <quillon/descriptors/data/data_broadcast.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -16,7 +17,7 @@ DescriptorDataBroadcast::DescriptorDataBroadcast(ByteView d)
 
 template <class V, class S>
 void DescriptorDataBroadcast::describe(V& v, S& s) {
-  v.field("data_broadcast_id", s.data_broadcast_id);
+  v.coded("data_broadcast_id", s.data_broadcast_id, registry_kind::data_broadcast);
   v.field("component_tag", s.component_tag);
   v.field("selector_length", s.selector_length);
   v.field("language_code", s.language);
@@ -35,16 +36,14 @@ DescriptorDataBroadcastId::DescriptorDataBroadcastId(ByteView d)
   platform_id_data_length = d[4];
   if (platform_id_data_length % 5 != 0) throw error("invalid length");
   const int end = 5 + platform_id_data_length;
-  walk(d, 5, end, [this](ByteView at, int) {
-    platform_id_data.emplace_back(at);
-    return 5;
-  });
+  read_rows(platform_id_data, d, 5, platform_id_data_length, 5);
   private_data = d.bytes(end, 2 + descriptor_length - end);
 }
 
 template <class V, class S>
 void DescriptorDataBroadcastId::describe(V& v, S& s) {
-  v.field("data_broadcast_id", s.data_broadcast_id);
+  v.coded("data_broadcast_id", s.data_broadcast_id, registry_kind::data_broadcast);
+  v.more("id_selector_byte", s.id_selector_bytes);
   v.field("platform_id_data_length", s.platform_id_data_length);
   v.list("platformiddata", "platformiddata", s.platform_id_data);
   v.bytes("private_data_byte", s.private_data);

@@ -19,12 +19,12 @@ class QUILLON_API DescriptorDataBroadcast final : public DescriptorBase {
   std::vector<uint8_t> selector_bytes;
   ISO639LanguageCode language;
   int textlength = 0;
-  std::string text;  // the bytes as they stand
+  std::string text;  // the bytes as they are
 
   QUILLON_FACES(selector_bytes, text);
 };
 
-// Tells a component's kind of data broadcast (EN 300 468, 6.2.12). Of the selectors, that of the IP/MAC
+// A component's kind of data broadcast (EN 300 468, 6.2.12). Of the selectors, that of the IP/MAC
 // notification is taken apart (EN 301 192, 8.3); any other is kept as bytes.
 class QUILLON_API DescriptorDataBroadcastId final : public DescriptorBase {
  public:
@@ -35,7 +35,7 @@ class QUILLON_API DescriptorDataBroadcastId final : public DescriptorBase {
   class QUILLON_API PlatformIdData {
    public:
     PlatformIdData() = default;
-    // The first byte of the platform's 24 bits stands 24 bits up, not 16. Kept: readers of saved documents
+    // The first byte of the platform's 24 bits is 24 bits up, not 16. Kept: readers of saved documents
     // rely on it.
     explicit PlatformIdData(ByteView p)
         : platform_id(static_cast<int>(uint32_t{p[0]} << 24 | static_cast<uint32_t>(p.u16(1)))),

@@ -1,5 +1,5 @@
 #include <quillon/descriptors/data/transport_stream.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
@@ -14,6 +14,10 @@ void DescriptorDSNG::describe(V& v, S& s) {
   v.bytes("DSNG_data", s.data);
 }
 QUILLON_SILENT_FACES_OF(DescriptorDSNG, "DSNG_descriptor")
+
+template <class V, class S>
+void DescriptorPartialTransportStream::describe(V&, S&) {}
+QUILLON_WALK_OF(DescriptorPartialTransportStream)
 
 template <class V, class S>
 void DescriptorAdaptationFieldData::describe(V& v, S& s) {

@@ -35,6 +35,8 @@ class QUILLON_API DescriptorPartialTransportStream final : public DescriptorBase
 
   const char* get_tag_text() const override { return "partial_transport_descriptor"; }
 
+  QUILLON_WALK;
+
  private:
   void _reset() override {}
   void _dump_state(std::ostream&) const override {}

@@ -1,7 +1,7 @@
 #include <quillon/descriptors/delivery/cable.h>
 #include <quillon/descriptors/internal/bcd.h>
 #include <quillon/descriptors/internal/code_text.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
@@ -19,10 +19,10 @@ DescriptorCableDeliverySystem::DescriptorCableDeliverySystem(ByteView d)
 template <class V, class S>
 void DescriptorCableDeliverySystem::describe(V& v, S& s) {
   v.field("frequency", s.frequency);
-  v.field("FEC_outer", s.FEC_outer);
-  v.field("modulation", s.modulation);
+  v.coded("FEC_outer", s.FEC_outer, get_FEC_outer_text);
+  v.coded("modulation", s.modulation, get_modulation_text);
   v.field("symbol_rate", s.symbol_rate);
-  v.field("FEC_inner", s.FEC_inner);
+  v.coded("FEC_inner", s.FEC_inner, get_FEC_inner_text);
 }
 QUILLON_FACES_OF(DescriptorCableDeliverySystem, "cable_delivery_system_descriptor")
 

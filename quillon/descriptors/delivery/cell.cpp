@@ -1,34 +1,11 @@
 #include <quillon/descriptors/delivery/cell.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
-namespace {
-
-template <class Row>
-void read_rows(ByteView view, int begin, int length, int size, std::vector<Row>& rows) {
-  if (length % size != 0) throw error(error::bad_loop_unit);
-  rows.reserve(static_cast<size_t>(length / size));
-  walk(view, begin, begin + length, [&](ByteView at, int) {
-    rows.emplace_back(at);
-    return size;
-  });
-}
-
-template <class Row>
-void read_cells(ByteView d, int length, std::vector<Row>& cells) {
-  const bool whole = walk(d, 2, 2 + length, [&](ByteView at, int available) {
-    int consumed = 0;
-    cells.emplace_back(at, available, consumed);
-    return consumed;
-  });
-  if (!whole) throw error(error::bad_value);
-}
-
-}  // namespace
-
 DescriptorCellList::DescriptorCellList(ByteView d) : DescriptorBase(d) {
-  read_cells(d, descriptor_length, cell_list_data);
+  if (!read_uneven_rows(cell_list_data, d, 2, descriptor_length)) throw error(error::bad_value);
 }
 
 template <class V, class S>
@@ -44,7 +21,8 @@ DescriptorCellList::CellListData::CellListData(ByteView data, int, int& consumed
       cell_extend_of_latitude(data.bits(6, 7, 12)),
       cell_extend_of_longitude(data.bits(7, 3, 12)),
       subcell_info_loop_length(data[9]) {
-  read_rows(data, 10, subcell_info_loop_length, 8, subcells);
+  if (subcell_info_loop_length % 8 != 0) throw error(error::bad_loop_unit);
+  read_rows(subcells, data, 10, subcell_info_loop_length, 8);
   consumed = subcell_info_loop_length + 10;
 }
 
@@ -71,7 +49,7 @@ void DescriptorCellList::CellListData::SubCellInfo::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorCellList::CellListData::SubCellInfo)
 
 DescriptorCellFrequncyLink::DescriptorCellFrequncyLink(ByteView d) : DescriptorBase(d) {
-  read_cells(d, descriptor_length, cell_frequency_link_data);
+  if (!read_uneven_rows(cell_frequency_link_data, d, 2, descriptor_length)) throw error(error::bad_value);
 }
 
 template <class V, class S>
@@ -82,7 +60,8 @@ QUILLON_SILENT_FACES_OF(DescriptorCellFrequncyLink, "cell_frequency_link_descrip
 
 DescriptorCellFrequncyLink::CellFrequencyLinkData::CellFrequencyLinkData(ByteView data, int, int& consumed)
     : cell_id(data.u16(0)), frequency(data.u32(2)), subcell_info_loop_length(data[6]) {
-  read_rows(data, 7, subcell_info_loop_length, 5, subcells);
+  if (subcell_info_loop_length % 5 != 0) throw error(error::bad_loop_unit);
+  read_rows(subcells, data, 7, subcell_info_loop_length, 5);
   consumed = subcell_info_loop_length + 7;
 }
 

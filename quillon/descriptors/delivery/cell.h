@@ -30,8 +30,8 @@ class QUILLON_API DescriptorCellList final : public DescriptorBase {
     };
 
     CellListData() = default;
-    // `available` is not looked at; `consumed` becomes the loop length plus 10. Throws error(0) unless the
-    // loop length is a multiple of 8.
+    // `available` is not looked at; `consumed` becomes the loop length plus 10. Throws
+    // error(error::bad_loop_unit) unless the loop length is a multiple of 8.
     CellListData(ByteView data, int available, int& consumed);
 
     int cell_id = 0;
@@ -46,7 +46,7 @@ class QUILLON_API DescriptorCellList final : public DescriptorBase {
   };
 
   DescriptorCellList() = default;
-  // Throws error(2) unless the last cell ends with the descriptor.
+  // Throws error(error::bad_value) unless the last cell ends with the descriptor.
   explicit DescriptorCellList(ByteView d);
 
   std::vector<CellListData> cell_list_data;
@@ -72,8 +72,8 @@ class QUILLON_API DescriptorCellFrequncyLink final : public DescriptorBase {
     };
 
     CellFrequencyLinkData() = default;
-    // `available` is not looked at; `consumed` becomes the loop length plus 7. Throws error(0) unless the
-    // loop length is a multiple of 5.
+    // `available` is not looked at; `consumed` becomes the loop length plus 7. Throws
+    // error(error::bad_loop_unit) unless the loop length is a multiple of 5.
     CellFrequencyLinkData(ByteView data, int available, int& consumed);
 
     int cell_id = 0;
@@ -85,7 +85,7 @@ class QUILLON_API DescriptorCellFrequncyLink final : public DescriptorBase {
   };
 
   DescriptorCellFrequncyLink() = default;
-  // Throws error(2) unless the last cell ends with the descriptor.
+  // Throws error(error::bad_value) unless the last cell ends with the descriptor.
   explicit DescriptorCellFrequncyLink(ByteView d);
 
   std::vector<CellFrequencyLinkData> cell_frequency_link_data;

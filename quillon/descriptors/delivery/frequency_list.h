@@ -4,12 +4,12 @@
 
 namespace quillon {
 
-// Further frequencies of a multiplex (EN 300 468, 6.2.17), as they stand on the wire: BCD or units of 10 Hz,
-// as the coding_type tells.
+// Further frequencies of a multiplex (EN 300 468, 6.2.17), as they are on the wire: BCD or units of 10 Hz,
+// as the coding_type says.
 class QUILLON_API DescriptorFrequencyList final : public DescriptorBase {
  public:
   DescriptorFrequencyList() = default;
-  // Throws error(0) unless the length is a multiple of 4 and one more.
+  // Throws error(error::bad_loop_unit) unless the length is a multiple of 4 and one more.
   explicit DescriptorFrequencyList(ByteView d);
 
   const char* get_coding_type_text() const;

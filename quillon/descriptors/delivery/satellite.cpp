@@ -1,7 +1,7 @@
 #include <quillon/descriptors/delivery/satellite.h>
 #include <quillon/descriptors/internal/bcd.h>
 #include <quillon/descriptors/internal/code_text.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
@@ -26,13 +26,15 @@ void DescriptorSatelliteDeliverySystem::describe(V& v, S& s) {
   if constexpr (V::dump) v.stream() << std::dec;
   v.field("frequency", s.frequency);
   v.field("orbital_position", s.orbital_position);
-  v.field("west_east_flag", s.west_east_flag);
-  v.field("polarization", s.polarization);
-  v.bytes("roll_off", s.roll_off);
-  v.bytes("modulation_system", s.modulation_system);
-  v.bytes("modulation_type", s.modulation_type);
+  v.coded("west_east_flag", s.west_east_flag, get_west_east_flag_text);
+  v.coded("polarization", s.polarization, get_polarization_text);
+  if constexpr (!V::dump) {
+    v.coded("roll_off", s.roll_off, get_roll_off_text);
+    v.coded("modulation_system", s.modulation_system, get_modulation_system_text);
+    v.coded("modulation_type", s.modulation_type, get_modulation_type_text);
+  }
   v.field("symbol_rate", s.symbol_rate);
-  v.field("FEC_inner", s.FEC_inner);
+  v.coded("FEC_inner", s.FEC_inner, get_FEC_inner_text);
 }
 QUILLON_FACES_OF(DescriptorSatelliteDeliverySystem, "satellite_delivery_system_descriptor")
 

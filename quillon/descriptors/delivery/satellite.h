@@ -37,7 +37,7 @@ class QUILLON_API DescriptorSatelliteDeliverySystem final : public DescriptorBas
   QUILLON_FACES();
 };
 
-// What a DVB-S2 stream needs beside the satellite parameters (EN 300 468, 6.2.13.3).
+// What a DVB-S2 stream needs in addition to the satellite parameters (EN 300 468, 6.2.13.3).
 class QUILLON_API DescriptorS2SatelliteDeliverySystem final : public DescriptorBase {
  public:
   DescriptorS2SatelliteDeliverySystem() = default;

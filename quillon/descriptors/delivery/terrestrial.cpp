@@ -1,6 +1,6 @@
 #include <quillon/descriptors/delivery/terrestrial.h>
 #include <quillon/descriptors/internal/code_text.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
@@ -9,17 +9,17 @@ using detail::text_of;
 template <class V, class S>
 void DescriptorTerrestrialDeliverySystem::describe(V& v, S& s) {
   v.field("centre_frequency", s.centre_frequency);
-  v.field("bandwidth", s.bandwidth);
-  v.field("priority", s.priority);
-  v.field("Time_Slicing_indicator", s.Time_Slicing_indicator);
-  v.field("MPE_FEC_indicator", s.MPE_FEC_indicator);
-  v.field("constellation", s.constellation);
-  v.field("hierarchy_information", s.hierarchy_information);
-  v.field("code_rate_HP_stream", s.code_rate_HP_stream);
-  v.field("code_rate_LP_stream", s.code_rate_LP_stream);
-  v.field("guard_interval", s.guard_interval);
-  v.field("transmission_mode", s.transmission_mode);
-  v.field("other_frequency_flag", s.other_frequency_flag);
+  v.coded("bandwidth", s.bandwidth, get_bandwidth_text);
+  v.coded("priority", s.priority, get_priority_text);
+  v.coded("Time_Slicing_indicator", s.Time_Slicing_indicator, get_Time_Slicing_indicator_text);
+  v.coded("MPE_FEC_indicator", s.MPE_FEC_indicator, get_MPE_FEC_indicator_text);
+  v.coded("constellation", s.constellation, get_constellation_text);
+  v.coded("hierarchy_information", s.hierarchy_information, get_hierarchy_information_text);
+  v.coded("code_rate_HP_stream", s.code_rate_HP_stream, get_code_rate_stream_text);
+  v.coded("code_rate_LP_stream", s.code_rate_LP_stream, get_code_rate_stream_text);
+  v.coded("guard_interval", s.guard_interval, get_guard_interval_text);
+  v.coded("transmission_mode", s.transmission_mode, get_transmission_mode_text);
+  v.coded("other_frequency_flag", s.other_frequency_flag, get_other_frequency_flag_text);
 }
 QUILLON_SILENT_FACES_OF(DescriptorTerrestrialDeliverySystem, "terrestrial_delivery_system_descriptor")
 

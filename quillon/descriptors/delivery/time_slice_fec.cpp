@@ -2,11 +2,25 @@
 
 #include <quillon/descriptors/delivery/time_slice_fec.h>
 #include <quillon/descriptors/internal/code_text.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
 using detail::text_of;
+
+namespace {
+
+const char* frame_size_text(int code) {
+  return text_of(code, {"512 kbits", "1024 kbits", "1536 kbits", "2 048 kbits"}, "reserved for future use");
+}
+
+const char* max_average_rate_text(int code) {
+  return text_of(
+      code, {"16 kbps", "32 kbps", "64 kbps", "128 kbps", "256 kbps", "512 kbps", "1024 kbps", "2048 kbps"},
+      "reserved for future use");
+}
+
+}  // namespace
 
 DescriptorTimeSliceFecIdentifier::DescriptorTimeSliceFecIdentifier(ByteView d)
     : DescriptorBase(d),
@@ -26,24 +40,20 @@ template <class V, class S>
 void DescriptorTimeSliceFecIdentifier::describe(V& v, S& s) {
   v.field("time_slicing", s.time_slicing);
   v.field("mpe_fec", s.mpe_fec);
-  v.field("frame_size", s.frame_size);
+  v.coded("frame_size", s.frame_size, frame_size_text);
   v.field("max_burst_duration", s.max_burst_duration);
-  v.field("max_average_rate", s.max_average_rate);
+  v.coded("max_average_rate", s.max_average_rate, max_average_rate_text);
   v.field("time_slice_fec_id", s.time_slice_fec_id);
   v.bytes("id_selector_byte", s.id_selector_byte);
 }
 QUILLON_SILENT_FACES_OF(DescriptorTimeSliceFecIdentifier, "time_slice_fec_identifier_descriptor")
 
 const char* DescriptorTimeSliceFecIdentifier::get_frame_size_cstr() const {
-  return text_of(frame_size, {"512 kbits", "1024 kbits", "1536 kbits", "2 048 kbits"},
-                 "reserved for future use");
+  return frame_size_text(frame_size);
 }
 
 const char* DescriptorTimeSliceFecIdentifier::get_max_average_rate_cstr() const {
-  return text_of(
-      max_average_rate,
-      {"16 kbps", "32 kbps", "64 kbps", "128 kbps", "256 kbps", "512 kbps", "1024 kbps", "2048 kbps"},
-      "reserved for future use");
+  return max_average_rate_text(max_average_rate);
 }
 
 }  // namespace quillon

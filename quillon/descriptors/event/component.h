@@ -20,11 +20,11 @@ class QUILLON_API DescriptorComponent final : public DescriptorBase {
         iso_639_language_code_(d.from(5)),
         text_(descriptor_length - 8, d.from(8)) {}
 
-  QUILLON_FIELD(int, stream_content);
-  QUILLON_FIELD(int, component_type);
-  QUILLON_FIELD(int, component_tag);
-  QUILLON_FIELD(CodeCharacters, iso_639_language_code);
-  QUILLON_FIELD(Text, text);
+  QUILLON_FIELD(int, stream_content, get_stream_content);
+  QUILLON_FIELD(int, component_type, get_component_type);
+  QUILLON_FIELD(int, component_tag, get_component_tag);
+  QUILLON_FIELD(CodeCharacters, iso_639_language_code, get_iso_639_language_code);
+  QUILLON_FIELD(Text, text, get_text);
 
   QUILLON_FACES();
 };
@@ -33,11 +33,12 @@ class QUILLON_API DescriptorComponent final : public DescriptorBase {
 class QUILLON_API DescriptorMultilingualComponent final : public DescriptorBase {
  public:
   DescriptorMultilingualComponent() = default;
-  // Throws what a MultilingualNameInfo throws, and error(2) if the last one does not end with the body.
+  // Throws what a MultilingualNameInfo throws, and error(error::bad_value) if the last one does not end with
+  // the body.
   explicit DescriptorMultilingualComponent(ByteView d);
 
-  QUILLON_FIELD(int, component_tag);
-  QUILLON_FIELD(std::vector<MultilingualNameInfo>, nameinfo);
+  QUILLON_FIELD(int, component_tag, get_component_tag);
+  QUILLON_FIELD(std::vector<MultilingualNameInfo>, nameinfo, get_nameinfo);
 
   QUILLON_FACES(nameinfo_);
 };

@@ -1,8 +1,9 @@
 #include <array>
-#include <iterator>
 
 #include <quillon/descriptors/event/content.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -10,20 +11,15 @@ namespace {
 
 constexpr const char* kUndefined = "undefined/user defined/reserved for future use";
 
-// Misspelt names are kept in both tables: applications show and compare them.
-constexpr const char* kLevel1[] = {
-    "Movie/Drama",
-    "News/Current affairs",
-    "Show/Game show",
-    "Sports",
-    "Children/Youth programmes",
-    "Music/Ballet/Dance",
-    "Arts/Culture (without music)",
-    "Social/Political issues/Economics",
-    "Education/Science/Factual topics",
-    "Leisure/Hobbies",
-    "Special Charateristics",
-};
+// Misspelt names are kept on both levels: applications show and compare them.
+const char* level1_text(int nibble) {
+  return detail::text_of(nibble,
+                         {kUndefined, "Movie/Drama", "News/Current affairs", "Show/Game show", "Sports",
+                          "Children/Youth programmes", "Music/Ballet/Dance", "Arts/Culture (without music)",
+                          "Social/Political issues/Economics", "Education/Science/Factual topics",
+                          "Leisure/Hobbies", "Special Charateristics"},
+                         kUndefined);
+}
 
 struct Genre {
   uint8_t nibbles;
@@ -122,23 +118,26 @@ constexpr auto kLevel2 = [] {
   return out;
 }();
 
+const char* level2_text(int level_1, int level_2) {
+  const unsigned i = static_cast<unsigned>(level_1) * 16 + static_cast<unsigned>(level_2) - kFirst;
+  return i < kLevel2.size() ? kLevel2[i] : kUndefined;
+}
+
 }  // namespace
 
 const char* DescriptorContent::Content::get_content_nibble_level1_text() const {
-  const unsigned i = static_cast<unsigned>(content_nibble_level_1_) - 1;
-  return i < std::size(kLevel1) ? kLevel1[i] : kUndefined;
+  return level1_text(content_nibble_level_1_);
 }
 
 const char* DescriptorContent::Content::get_content_nibble_level2_text() const {
-  const unsigned i = static_cast<unsigned>(content_nibble_level_1_) * 16 +
-                     static_cast<unsigned>(content_nibble_level_2_) - kFirst;
-  return i < kLevel2.size() ? kLevel2[i] : kUndefined;
+  return level2_text(content_nibble_level_1_, content_nibble_level_2_);
 }
 
 template <class V, class S>
 void DescriptorContent::Content::describe(V& v, S& s) {
-  v.field("content_nibble_level1", s.content_nibble_level_1_);
-  v.field("content_nibble_level2", s.content_nibble_level_2_);
+  v.coded("content_nibble_level1", s.content_nibble_level_1_, level1_text);
+  v.coded("content_nibble_level2", s.content_nibble_level_2_,
+          level2_text(s.content_nibble_level_1_, s.content_nibble_level_2_));
   v.field("user_nibble1", s.user_nibble1_);
   v.field("user_nibble2", s.user_nibble2_);
 }
@@ -146,11 +145,7 @@ QUILLON_RECORD_FACES_OF(DescriptorContent::Content)
 
 DescriptorContent::DescriptorContent(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % 2 != 0) throw error("descriptor length mismatch");
-  contents_.reserve(static_cast<size_t>(descriptor_length) / 2);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    contents_.emplace_back(at);
-    return 2;
-  });
+  read_rows(contents_, d, 2, descriptor_length, 2);
 }
 
 template <class V, class S>

@@ -21,10 +21,10 @@ class QUILLON_API DescriptorContent final : public DescriptorBase {
     const char* get_content_nibble_level1_text() const;
     const char* get_content_nibble_level2_text() const;
 
-    QUILLON_FIELD(int, content_nibble_level_1);
-    QUILLON_FIELD(int, content_nibble_level_2);
-    QUILLON_FIELD(int, user_nibble1);
-    QUILLON_FIELD(int, user_nibble2);
+    QUILLON_FIELD(int, content_nibble_level_1, get_content_nibble_level_1);
+    QUILLON_FIELD(int, content_nibble_level_2, get_content_nibble_level_2);
+    QUILLON_FIELD(int, user_nibble1, get_user_nibble1);
+    QUILLON_FIELD(int, user_nibble2, get_user_nibble2);
 
     QUILLON_RECORD_FACES;
   };
@@ -33,7 +33,7 @@ class QUILLON_API DescriptorContent final : public DescriptorBase {
   // Throws error("descriptor length mismatch") if the length is odd.
   explicit DescriptorContent(ByteView d);
 
-  QUILLON_FIELD(std::vector<Content>, contents);
+  QUILLON_FIELD(std::vector<Content>, contents, get_contents);
 
   QUILLON_FACES(contents_);
 };

@@ -1,5 +1,6 @@
 #include <quillon/descriptors/event/content_identifier.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -35,19 +36,8 @@ void DescriptorContentIdentifier::ContentIdentifierInfo::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorContentIdentifier::ContentIdentifierInfo)
 
 DescriptorContentIdentifier::DescriptorContentIdentifier(ByteView d) : DescriptorBase(d) {
-  // Counted first, so that the entries are read into their place.
-  size_t count = 0;
-  walk(d, 2, 2 + descriptor_length, [&count](ByteView at, int) {
-    ++count;
-    return size_of_entry(at);
-  });
-  contentidentifierinfo_.reserve(count);
-  const bool ended = walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    int used = 0;
-    contentidentifierinfo_.emplace_back(at, used);
-    return used;
-  });
-  if (!ended) throw error("descriptor start end mismatch");
+  if (!read_sized_rows(contentidentifierinfo_, d, 2, descriptor_length, size_of_entry))
+    throw error("descriptor start end mismatch");
 }
 
 template <class V, class S>

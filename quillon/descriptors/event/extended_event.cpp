@@ -1,5 +1,6 @@
 #include <quillon/descriptors/event/extended_event.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -34,17 +35,7 @@ DescriptorExtendedEvent::DescriptorExtendedEvent(ByteView d)
       last_descriptor_number_(d.bits(2, 3, 4)),
       iso_639_language_code_(d.from(3)) {
   const int end = 7 + d[6];
-  // Counted first, so that the items are read into their place.
-  size_t count = 0;
-  walk(d, 7, end, [&count](ByteView at, int) {
-    ++count;
-    return size_of_item(at);
-  });
-  items_.reserve(count);
-  walk(d, 7, end, [this](ByteView at, int left) {
-    items_.emplace_back(at, left);
-    return left;
-  });
+  read_sized_rows(items_, d, 7, d[6], size_of_item);
   text_.parse(d[end], d.from(end + 1));
 }
 
@@ -53,7 +44,7 @@ void DescriptorExtendedEvent::describe(V& v, S& s) {
   v.field("descriptor_number", s.descriptor_number_);
   v.field("last_descriptor_number", s.last_descriptor_number_);
   v.field("language_code", s.iso_639_language_code_);
-  if constexpr (V::dump) v.field("text", s.text_);
+  if constexpr (!V::xml) v.field("text", s.text_);
   v.list("items", "item", s.items_);
 }
 QUILLON_FACES_OF(DescriptorExtendedEvent, "extended_event_descriptor")

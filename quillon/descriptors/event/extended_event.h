@@ -17,8 +17,8 @@ class QUILLON_API DescriptorExtendedEvent final : public DescriptorBase {
     // texts do not fit.
     Item(ByteView p, int& len);
 
-    QUILLON_FIELD(Text, item_description);
-    QUILLON_FIELD(Text, item);
+    QUILLON_FIELD(Text, item_description, get_item_description);
+    QUILLON_FIELD(Text, item, get_item);
 
     QUILLON_RECORD_FACES;
   };
@@ -27,11 +27,11 @@ class QUILLON_API DescriptorExtendedEvent final : public DescriptorBase {
   // Throws what an Item throws.
   explicit DescriptorExtendedEvent(ByteView d);
 
-  QUILLON_FIELD(int, descriptor_number);
-  QUILLON_FIELD(int, last_descriptor_number);
-  QUILLON_FIELD(CodeCharacters, iso_639_language_code);
-  QUILLON_FIELD(std::vector<Item>, items);
-  QUILLON_FIELD(Text, text);
+  QUILLON_FIELD(int, descriptor_number, get_descriptor_number);
+  QUILLON_FIELD(int, last_descriptor_number, get_last_descriptor_number);
+  QUILLON_FIELD(CodeCharacters, iso_639_language_code, get_iso_639_language_code);
+  QUILLON_FIELD(std::vector<Item>, items, get_items);
+  QUILLON_FIELD(Text, text, get_text);
 
   QUILLON_FACES(items_);
 };

@@ -1,5 +1,6 @@
 #include <quillon/descriptors/event/local_time_offset.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -26,13 +27,7 @@ void DescriptorLocalTimeOffset::LocalTime::dump_state(std::ostream& stream) cons
 }
 
 DescriptorLocalTimeOffset::DescriptorLocalTimeOffset(ByteView d) : DescriptorBase(d) {
-  localtime_.reserve(static_cast<size_t>(descriptor_length) / 13);
-  const bool ended = walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    int used = 0;
-    localtime_.emplace_back(at, used);
-    return used;
-  });
-  if (!ended) throw error("descriptor start end mismatch");
+  if (!read_rows(localtime_, d, 2, descriptor_length, 13)) throw error("descriptor start end mismatch");
 }
 
 template <class V, class S>

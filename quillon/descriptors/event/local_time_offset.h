@@ -23,12 +23,12 @@ class QUILLON_API DescriptorLocalTimeOffset final : public DescriptorBase {
       consumed = 13;
     }
 
-    QUILLON_FIELD(CodeCharacters, country_code);
-    QUILLON_FIELD(int, country_region_id);  // 0 to 3, the top two bits of the field
-    QUILLON_FIELD(int, local_time_offset_polarity);
-    QUILLON_FIELD(TimeOffset, local_time_offset);
-    QUILLON_FIELD(DateTime, time_of_change);
-    QUILLON_FIELD(TimeOffset, next_time_offset);
+    QUILLON_FIELD(CodeCharacters, country_code, get_country_code);
+    QUILLON_FIELD(int, country_region_id, get_country_region_id);  // 0 to 3, the top two bits of the field
+    QUILLON_FIELD(int, local_time_offset_polarity, get_local_time_offset_polarity);
+    QUILLON_FIELD(TimeOffset, local_time_offset, get_local_time_offset);
+    QUILLON_FIELD(DateTime, time_of_change, get_time_of_change);
+    QUILLON_FIELD(TimeOffset, next_time_offset, get_next_time_offset);
 
     QUILLON_RECORD_FACES;
   };
@@ -37,7 +37,7 @@ class QUILLON_API DescriptorLocalTimeOffset final : public DescriptorBase {
   // Throws error("descriptor start end mismatch") if the last entry does not end with the body.
   explicit DescriptorLocalTimeOffset(ByteView d);
 
-  QUILLON_FIELD(std::vector<LocalTime>, localtime);
+  QUILLON_FIELD(std::vector<LocalTime>, localtime, get_localtime);
 
   QUILLON_FACES(localtime_);
 };

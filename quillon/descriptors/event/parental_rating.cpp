@@ -1,12 +1,13 @@
 #include <quillon/descriptors/event/parental_rating.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 template <class V, class S>
 void DescriptorParentalRating::RatingInfo::describe(V& v, S& s) {
   v.labels("DescriptorParentalRating::RatingInfo::", ": ");
-  if constexpr (V::dump) v.field("country_code", s.country_code_);
+  if constexpr (!V::xml) v.field("country_code", s.country_code_);
   v.field("rating", s.rating_);
   if constexpr (V::xml) v.field("country_code", s.country_code_);
 }
@@ -14,11 +15,7 @@ QUILLON_RECORD_FACES_OF(DescriptorParentalRating::RatingInfo)
 
 DescriptorParentalRating::DescriptorParentalRating(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % 4 != 0) throw error(error::length_mismatch, "parental_rating_descriptor");
-  ratinginfo_.reserve(static_cast<size_t>(descriptor_length) / 4);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    ratinginfo_.emplace_back(at);
-    return 4;
-  });
+  read_rows(ratinginfo_, d, 2, descriptor_length, 4);
 }
 
 template <class V, class S>

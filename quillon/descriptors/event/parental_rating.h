@@ -13,17 +13,17 @@ class QUILLON_API DescriptorParentalRating final : public DescriptorBase {
     RatingInfo() = default;
     explicit RatingInfo(ByteView p) : country_code_(p), rating_(p[3]) {}
 
-    QUILLON_FIELD(CodeCharacters, country_code);
-    QUILLON_FIELD(int, rating);
+    QUILLON_FIELD(CodeCharacters, country_code, get_country_code);
+    QUILLON_FIELD(int, rating, get_rating);
 
     QUILLON_RECORD_FACES;
   };
 
   DescriptorParentalRating() = default;
-  // Throws error(3, "parental_rating_descriptor") unless the length is a multiple of 4.
+  // Throws error(error::length_mismatch, "parental_rating_descriptor") unless the length is a multiple of 4.
   explicit DescriptorParentalRating(ByteView d);
 
-  QUILLON_FIELD(std::vector<RatingInfo>, ratinginfo);
+  QUILLON_FIELD(std::vector<RatingInfo>, ratinginfo, get_ratinginfo);
 
   QUILLON_FACES(ratinginfo_);
 };

@@ -13,8 +13,8 @@ class QUILLON_API DescriptorPDC final : public DescriptorBase {
 
   const char* get_programme_identification_label_text() const { return "to be implemented"; }
 
-  // 28 bits: the label shifted up by 8, with the byte behind the descriptor in its low bits.
-  QUILLON_FIELD(int, programme_identification_label);
+  // 28 bits: the label shifted up by 8, with the byte after the descriptor in its low bits.
+  QUILLON_FIELD(int, programme_identification_label, get_programme_identification_label);
 
   QUILLON_FACES();
 };

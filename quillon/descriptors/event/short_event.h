@@ -17,9 +17,9 @@ class QUILLON_API DescriptorShortEvent final : public DescriptorBase {
         event_name_(d[5], d.from(6)),
         text_(d[6 + d[5]], d.from(7 + d[5])) {}
 
-  QUILLON_FIELD(CodeCharacters, iso_639_language_code);
-  QUILLON_FIELD(Text, event_name);
-  QUILLON_FIELD(Text, text);
+  QUILLON_FIELD(CodeCharacters, iso_639_language_code, get_iso_639_language_code);
+  QUILLON_FIELD(Text, event_name, get_event_name);
+  QUILLON_FIELD(Text, text, get_text);
 
   QUILLON_FACES();
 };

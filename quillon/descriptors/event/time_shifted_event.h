@@ -11,8 +11,8 @@ class QUILLON_API DescriptorTimeShiftedEvent final : public DescriptorBase {
   explicit DescriptorTimeShiftedEvent(ByteView d)
       : DescriptorBase(d), reference_service_id_(d.u16(2)), reference_event_id_(d.u16(4)) {}
 
-  QUILLON_FIELD(int, reference_service_id);
-  QUILLON_FIELD(int, reference_event_id);
+  QUILLON_FIELD(int, reference_service_id, get_reference_service_id);
+  QUILLON_FIELD(int, reference_event_id, get_reference_event_id);
 
   QUILLON_FACES();
 };

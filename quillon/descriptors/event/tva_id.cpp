@@ -1,39 +1,35 @@
 #include <quillon/descriptors/event/tva_id.h>
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
+namespace {
+
+const char* running_status_text(int status) {
+  return detail::text_of(
+      status,
+      {"Reserved", "Not yet running", "Starts (or restarts) shortly", "Paused", "Running", "Cancelled"},
+      "Reserved");
+}
+
+}  // namespace
+
 const char* DescriptorTVAId::TVAIdInfo::get_running_status_cstr() const {
-  switch (running_status_) {
-    case 1:
-      return "Not yet running";
-    case 2:
-      return "Starts (or restarts) shortly";
-    case 3:
-      return "Paused";
-    case 4:
-      return "Running";
-    case 5:
-      return "Cancelled";
-    default:
-      return "Reserved";
-  }
+  return running_status_text(running_status_);
 }
 
 template <class V, class S>
 void DescriptorTVAId::TVAIdInfo::describe(V& v, S& s) {
   v.field("TVA_id", s.tva_id_);
-  v.field("running_status", s.running_status_);
+  v.coded("running_status", s.running_status_, running_status_text);
 }
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorTVAId::TVAIdInfo)
 
 DescriptorTVAId::DescriptorTVAId(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % 3 != 0) throw error("invalid descriptor size");
-  tvaidinfo_.reserve(static_cast<size_t>(descriptor_length) / 3);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    tvaidinfo_.emplace_back(at);
-    return 3;
-  });
+  read_rows(tvaidinfo_, d, 2, descriptor_length, 3);
 }
 
 template <class V, class S>

@@ -14,8 +14,8 @@ class QUILLON_API DescriptorTVAId final : public DescriptorBase {
 
     const char* get_running_status_cstr() const;
 
-    QUILLON_FIELD(int, tva_id);
-    QUILLON_FIELD(int, running_status);
+    QUILLON_FIELD(int, tva_id, get_tva_id);
+    QUILLON_FIELD(int, running_status, get_running_status);
 
     QUILLON_RECORD_FACES;
   };
@@ -24,7 +24,7 @@ class QUILLON_API DescriptorTVAId final : public DescriptorBase {
   // Throws error("invalid descriptor size") unless the length is a multiple of 3.
   explicit DescriptorTVAId(ByteView d);
 
-  QUILLON_FIELD(std::vector<TVAIdInfo>, tvaidinfo);
+  QUILLON_FIELD(std::vector<TVAIdInfo>, tvaidinfo, get_tvaidinfo);
 
   QUILLON_FACES(tvaidinfo_);
 };

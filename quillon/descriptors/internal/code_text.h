@@ -12,4 +12,10 @@ inline const char* text_of(int code, std::initializer_list<const char*> texts, c
   return code >= 0 && static_cast<size_t>(code) < texts.size() ? texts.begin()[code] : otherwise;
 }
 
+// What application_type says (TS 102 812, 10.4.6), in a table and in a descriptor.
+inline const char* application_type_text(int type) {
+  return text_of(type, {"reserved_future_use", "DVB-J application", "DVB-HTML application"},
+                 "subject to registration with DVB");
+}
+
 }  // namespace quillon::detail

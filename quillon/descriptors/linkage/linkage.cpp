@@ -1,6 +1,7 @@
 #include <quillon/descriptors/internal/code_text.h>
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/linkage/linkage.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -40,38 +41,33 @@ void DescriptorLinkage::read_platforms(ByteView d) {
   const int end = 2 + descriptor_length;
   const int loop_end = 10 + platform_id_data_length_;
   if (loop_end > end) throw error("DescriptorLinkage: invalid platform_id_data_length length");
-  const bool whole = walk(d, 10, loop_end, [this](ByteView at, int len) {
-    platformidinfos_.emplace_back(at, len);
-    return len;
-  });
-  if (!whole) throw error("DescriptorLinkage: descriptor start end mismatch");
+  if (!read_uneven_rows(platformidinfos_, d, 10, platform_id_data_length_))
+    throw error("DescriptorLinkage: descriptor start end mismatch");
   private_data_ = d.bytes(loop_end, end - loop_end);
 }
 
 template <class V, class S>
 void DescriptorLinkage::describe(V& v, S& s) {
   v.field("transport_stream_id", s.transport_stream_id_);
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("service_id", s.service_id_);
-  v.field("linkage_type", s.linkage_type_);
+  v.coded("linkage_type", s.linkage_type_, get_linkage_type_text);
   v.block("private_data_byte", s.private_data_);
-  v.bytes("hand_over_type", s.hand_over_type_);
-  v.bytes("origin_type", s.origin_type_);
-  v.bytes("network_id", s.network_id_);
-  v.bytes("initial_service_id", s.initial_service_id_);
-  v.bytes("platform_id_data_length", s.platform_id_data_length_);
-  if constexpr (V::xml) v.list("platformidinfos", "platformidinfo", s.platformidinfos_);
+  if constexpr (!V::dump) {
+    v.coded("hand_over_type", s.hand_over_type_, get_hand_over_type_text);
+    v.coded("origin_type", s.origin_type_, get_origin_type_text);
+    v.coded("network_id", s.network_id_, registry_kind::network);
+    v.field("initial_service_id", s.initial_service_id_);
+    v.field("platform_id_data_length", s.platform_id_data_length_);
+    v.list("platformidinfos", "platformidinfo", s.platformidinfos_);
+  }
 }
 QUILLON_FACES_OF(DescriptorLinkage, "linkage_descriptor")
 
 DescriptorLinkage::PlatformIDInfo::PlatformIDInfo(ByteView p, int& len)
     : platform_id_(p.u24(0)), platform_name_loop_length_(p[3]) {
-  const bool whole = walk(p, 4, 4 + platform_name_loop_length_, [this](ByteView at, int) {
-    int consumed = 0;
-    platform_names_.emplace_back(at, consumed);
-    return consumed;
-  });
-  if (!whole) throw error("PlatformIDInfo: descriptor start end mismatch");
+  if (!read_uneven_rows(platform_names_, p, 4, platform_name_loop_length_))
+    throw error("PlatformIDInfo: descriptor start end mismatch");
   len = platform_name_loop_length_ + 4;
 }
 

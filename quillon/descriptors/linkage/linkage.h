@@ -6,9 +6,9 @@
 
 namespace quillon {
 
-// Points to a service, a table or a notification elsewhere (EN 300 468, 6.2.19). What stands behind
-// linkage_type depends on it: a hand-over for 8, the platforms of IP/MAC notification for 11 (EN 301 192,
-// 8.2.1), else private data alone.
+// Points to a service, a table or a notification elsewhere (EN 300 468, 6.2.19). What follows linkage_type
+// depends on it: a hand-over for 8, the platforms of IP/MAC notification for 11 (EN 301 192, 8.2.1), else
+// private data alone.
 class QUILLON_API DescriptorLinkage final : public DescriptorBase {
  public:
   class QUILLON_API PlatformIDInfo {
@@ -19,9 +19,9 @@ class QUILLON_API DescriptorLinkage final : public DescriptorBase {
       // `consumed` becomes the name's length plus 4.
       PlatformIDInfoName(ByteView p, int& consumed);
 
-      QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code);
-      QUILLON_FIELD(int, platform_name_length);
-      QUILLON_FIELD(Text, name);
+      QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code, get_iso_639_language_code);
+      QUILLON_FIELD(int, platform_name_length, get_platform_name_length);
+      QUILLON_FIELD(Text, name, get_name);
 
       QUILLON_RECORD_FACES;
     };
@@ -31,9 +31,9 @@ class QUILLON_API DescriptorLinkage final : public DescriptorBase {
     // ("PlatformIDInfo: descriptor start end mismatch") unless the last name ends with the loop.
     PlatformIDInfo(ByteView p, int& len);
 
-    QUILLON_FIELD(int, platform_id);
-    QUILLON_FIELD(int, platform_name_loop_length);
-    QUILLON_FIELD(std::vector<PlatformIDInfoName>, platform_names);
+    QUILLON_FIELD(int, platform_id, get_platform_id);
+    QUILLON_FIELD(int, platform_name_loop_length, get_platform_name_loop_length);
+    QUILLON_FIELD(std::vector<PlatformIDInfoName>, platform_names, get_platform_names);
 
     QUILLON_RECORD_FACES;
   };
@@ -48,17 +48,17 @@ class QUILLON_API DescriptorLinkage final : public DescriptorBase {
   static const char* get_hand_over_type_text(int hand_over_type);
   static const char* get_origin_type_text(int origin_type);
 
-  QUILLON_FIELD(int, transport_stream_id);
-  QUILLON_FIELD(int, original_network_id);
-  QUILLON_FIELD(int, service_id);
-  QUILLON_FIELD(int, linkage_type);
-  QUILLON_FIELD(std::vector<uint8_t>, private_data);
-  QUILLON_FIELD(int, hand_over_type);           // linkage_type 8
-  QUILLON_FIELD(int, origin_type);              // linkage_type 8
-  QUILLON_FIELD(int, network_id);               // hand_over_type 1 to 3
-  QUILLON_FIELD(int, initial_service_id);       // linkage_type 8, origin_type 0
-  QUILLON_FIELD(int, platform_id_data_length);  // linkage_type 11
-  QUILLON_FIELD(std::vector<PlatformIDInfo>, platformidinfos);
+  QUILLON_FIELD(int, transport_stream_id, get_transport_stream_id);
+  QUILLON_FIELD(int, original_network_id, get_original_network_id);
+  QUILLON_FIELD(int, service_id, get_service_id);
+  QUILLON_FIELD(int, linkage_type, get_linkage_type);
+  QUILLON_FIELD(std::vector<uint8_t>, private_data, get_private_data);
+  QUILLON_FIELD(int, hand_over_type, get_hand_over_type);                    // linkage_type 8
+  QUILLON_FIELD(int, origin_type, get_origin_type);                          // linkage_type 8
+  QUILLON_FIELD(int, network_id, get_network_id);                            // hand_over_type 1 to 3
+  QUILLON_FIELD(int, initial_service_id, get_initial_service_id);            // linkage_type 8, origin_type 0
+  QUILLON_FIELD(int, platform_id_data_length, get_platform_id_data_length);  // linkage_type 11
+  QUILLON_FIELD(std::vector<PlatformIDInfo>, platformidinfos, get_platformidinfos);
 
   QUILLON_FACES(private_data_);
 

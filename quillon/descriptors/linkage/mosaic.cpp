@@ -1,5 +1,6 @@
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/linkage/mosaic.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -10,12 +11,8 @@ DescriptorMosiac::DescriptorMosiac(ByteView d)
       mosaic_entry_point_(d.bits(2, 7, 1)),
       number_of_horizontal_elementary_cells_(d.bits(2, 6, 3)),
       number_of_vertical_elementary_cells_(d.bits(2, 2, 3)) {
-  const bool whole = walk(d, 3, 2 + descriptor_length, [this](ByteView at, int avail) {
-    int consumed = 0;
-    cellinfo_.emplace_back(at, avail, consumed);
-    return consumed;
-  });
-  if (!whole) throw error(error::length_mismatch, "mosiac_descriptor");
+  if (!read_uneven_rows(cellinfo_, d, 3, descriptor_length - 1))
+    throw error(error::length_mismatch, "mosiac_descriptor");
 }
 
 template <class V, class S>
@@ -66,25 +63,25 @@ void DescriptorMosiac::CellInfo::describe(V& v, S& s) {
   v.field("elementary_cell_field_length", s.elementary_cell_field_length_);
   v.field("cell_linkage_info", s.cell_linkage_info_);
   v.bytes("elementary_cell_id", s.elementary_cell_id_);
-  // Documents hold all four, reports the one that applies.
-  if (V::xml || s.cell_linkage_info_ == 1) v.child("bouquetinfo", s.bouquetinfo_);
-  if (V::xml || s.cell_linkage_info_ == 2) v.child("serviceinfo", s.serviceinfo_);
-  if (V::xml || s.cell_linkage_info_ == 3) v.child("serviceinfo2", s.serviceinfo2_);
-  if (V::xml || s.cell_linkage_info_ == 4) v.child("eventinfo", s.eventinfo_);
+  // Reports show the one of the four that applies.
+  if (!V::dump || s.cell_linkage_info_ == 1) v.child("bouquetinfo", s.bouquetinfo_);
+  if (!V::dump || s.cell_linkage_info_ == 2) v.child("serviceinfo", s.serviceinfo_);
+  if (!V::dump || s.cell_linkage_info_ == 3) v.child("serviceinfo2", s.serviceinfo2_);
+  if (!V::dump || s.cell_linkage_info_ == 4) v.child("eventinfo", s.eventinfo_);
 }
 QUILLON_RECORD_FACES_OF(DescriptorMosiac::CellInfo)
 
 template <class V, class S>
 void DescriptorMosiac::CellInfo::BouquetInfo::describe(V& v, S& s) {
   v.labels("BouquetInfo::", ": ");
-  v.field("bouquet_id", s.bouquet_id_);
+  v.coded("bouquet_id", s.bouquet_id_, registry_kind::bouquet);
 }
 QUILLON_RECORD_FACES_OF(DescriptorMosiac::CellInfo::BouquetInfo)
 
 template <class V, class S>
 void DescriptorMosiac::CellInfo::ServiceInfo::describe(V& v, S& s) {
   v.labels("ServiceInfo::", ": ");
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("transport_stream_id", s.transport_stream_id_);
   v.field("service_id", s.service_id_);
 }
@@ -93,7 +90,7 @@ QUILLON_RECORD_FACES_OF(DescriptorMosiac::CellInfo::ServiceInfo)
 template <class V, class S>
 void DescriptorMosiac::CellInfo::EventInfo::describe(V& v, S& s) {
   v.labels("EventInfo::", ": ");
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("transport_stream_id", s.transport_stream_id_);
   v.field("service_id", s.service_id_);
   v.field("event_id", s.event_id_);

@@ -1,5 +1,6 @@
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/mpeg2/audio.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -14,11 +15,7 @@ QUILLON_FACES_OF(DescriptorAudioStream, "audio_stream_descriptor")
 
 DescriptorISO639Language::DescriptorISO639Language(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % 4 != 0) throw error("descriptor length mismatch");
-  language_vector_.reserve(static_cast<size_t>(descriptor_length) / 4);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    language_vector_.emplace_back(at);
-    return 4;
-  });
+  read_rows(language_vector_, d, 2, descriptor_length, 4);
 }
 
 template <class V, class S>

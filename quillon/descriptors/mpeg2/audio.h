@@ -16,15 +16,15 @@ class QUILLON_API DescriptorAudioStream final : public DescriptorBase {
         layer_(d.bits(2, 5, 2)),
         variable_rate_audio_indicator_(d.bits(2, 3, 1)) {}
 
-  QUILLON_FIELD(int, free_format_flag);
-  QUILLON_FIELD(int, id);
-  QUILLON_FIELD(int, layer);
-  QUILLON_FIELD(int, variable_rate_audio_indicator);
+  QUILLON_FIELD(int, free_format_flag, get_free_format_flag);
+  QUILLON_FIELD(int, id, get_id);
+  QUILLON_FIELD(int, layer, get_layer);
+  QUILLON_FIELD(int, variable_rate_audio_indicator, get_variable_rate_audio_indicator);
 
   QUILLON_FACES();
 };
 
-// One entry of a language descriptor as it stands on the wire.
+// One entry of a language descriptor as it is on the wire.
 struct ISO_639_LANGUAGE_CODE {
   uint8_t iso_639_language_code[3];
   uint8_t audio_type;
@@ -40,7 +40,7 @@ class QUILLON_API DescriptorISO639Language final : public DescriptorBase {
         : ISO639Lang(ByteView(reinterpret_cast<const uint8_t*>(entry))) {}
     explicit ISO639Lang(ByteView entry) : audio_type_(entry[3]) { iso_639_language_code_.parse(entry); }
 
-    QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code);
+    QUILLON_FIELD(ISO639LanguageCode, iso_639_language_code, get_iso_639_language_code);
 
    public:
     int get_audio_type() const { return audio_type_; }  // 8 bits, after a load too
@@ -54,7 +54,7 @@ class QUILLON_API DescriptorISO639Language final : public DescriptorBase {
   // Throws error("descriptor length mismatch") unless the length is a multiple of 4.
   explicit DescriptorISO639Language(ByteView d);
 
-  QUILLON_FIELD(std::vector<ISO639Lang>, language_vector);
+  QUILLON_FIELD(std::vector<ISO639Lang>, language_vector, get_language_vector);
 
   QUILLON_FACES(language_vector_);
 };

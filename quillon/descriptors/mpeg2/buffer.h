@@ -14,9 +14,9 @@ class QUILLON_API DescriptorSystemClock final : public DescriptorBase {
         clock_accuracy_integer_(d.bits(2, 5, 6)),
         clock_accuracy_exponent_(d.bits(3, 7, 3)) {}
 
-  QUILLON_FIELD(int, external_clock_reference_indicator);
-  QUILLON_FIELD(int, clock_accuracy_integer);
-  QUILLON_FIELD(int, clock_accuracy_exponent);
+  QUILLON_FIELD(int, external_clock_reference_indicator, get_external_clock_reference_indicator);
+  QUILLON_FIELD(int, clock_accuracy_integer, get_clock_accuracy_integer);
+  QUILLON_FIELD(int, clock_accuracy_exponent, get_clock_accuracy_exponent);
 
   QUILLON_FACES();
 };
@@ -31,9 +31,9 @@ class QUILLON_API DescriptorMultiplexBufferUtilization final : public Descriptor
         ltw_offset_lower_bound_(d.bits(2, 6, 15)),
         ltw_offset_upper_bound_(d.bits(4, 6, 15)) {}
 
-  QUILLON_FIELD(int, bound_valid_flag);
-  QUILLON_FIELD(int, ltw_offset_lower_bound);
-  QUILLON_FIELD(int, ltw_offset_upper_bound);
+  QUILLON_FIELD(int, bound_valid_flag, get_bound_valid_flag);
+  QUILLON_FIELD(int, ltw_offset_lower_bound, get_ltw_offset_lower_bound);
+  QUILLON_FIELD(int, ltw_offset_upper_bound, get_ltw_offset_upper_bound);
 
   QUILLON_FACES();
 };
@@ -44,7 +44,7 @@ class QUILLON_API DescriptorMaximumBitrate final : public DescriptorBase {
   DescriptorMaximumBitrate() = default;
   explicit DescriptorMaximumBitrate(ByteView d) : DescriptorBase(d), maximum_bitrate_(d.bits(2, 5, 22)) {}
 
-  QUILLON_FIELD(int, maximum_bitrate);
+  QUILLON_FIELD(int, maximum_bitrate, get_maximum_bitrate);
 
   QUILLON_FACES();
 };
@@ -57,8 +57,8 @@ class QUILLON_API DescriptorSmoothingBuffer final : public DescriptorBase {
   explicit DescriptorSmoothingBuffer(ByteView d)
       : DescriptorBase(d), sb_leak_rate_(d.bits(2, 5, 22)), sb_size_(d.bits(5, 5, 22)) {}
 
-  QUILLON_FIELD(int, sb_leak_rate);
-  QUILLON_FIELD(int, sb_size);
+  QUILLON_FIELD(int, sb_leak_rate, get_sb_leak_rate);
+  QUILLON_FIELD(int, sb_size, get_sb_size);
 
   QUILLON_FACES();
 };
@@ -69,7 +69,7 @@ class QUILLON_API DescriptorSTD final : public DescriptorBase {
   DescriptorSTD() = default;
   explicit DescriptorSTD(ByteView d) : DescriptorBase(d), leak_valid_flag_(d.bits(2, 0, 1)) {}
 
-  QUILLON_FIELD(int, leak_valid_flag);
+  QUILLON_FIELD(int, leak_valid_flag, get_leak_valid_flag);
 
   QUILLON_FACES();
 };

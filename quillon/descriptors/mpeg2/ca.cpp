@@ -1,13 +1,13 @@
 #include <iomanip>
 
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/mpeg2/ca.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
 template <class V, class S>
 void DescriptorCa::describe(V& v, S& s) {
-  v.field("sys_id", s.ca_system_id_);
+  v.coded("sys_id", s.ca_system_id_, registry_kind::ca_system);
   v.field("pid", s.ca_pid_);
   v.bytes("private_bytes", s.private_data_byte_);
 }

@@ -18,9 +18,9 @@ class QUILLON_API DescriptorCa final : public DescriptorBase {
   // The holder of the CA system by its range; "unknown provider" outside those known.
   const char* get_ca_provider1() const;
 
-  QUILLON_FIELD(int, ca_system_id);
-  QUILLON_FIELD(int, ca_pid);
-  QUILLON_FIELD(std::vector<uint8_t>, private_data_byte);
+  QUILLON_FIELD(int, ca_system_id, get_ca_system_id);
+  QUILLON_FIELD(int, ca_pid, get_ca_pid);
+  QUILLON_FIELD(std::vector<uint8_t>, private_data_byte, get_private_data_byte);
 
   QUILLON_FACES(private_data_byte_);
 };

@@ -1,5 +1,5 @@
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/mpeg2/dsmcc.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 

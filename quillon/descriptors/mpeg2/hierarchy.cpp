@@ -1,11 +1,28 @@
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
 #include <quillon/descriptors/mpeg2/hierarchy.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 
+namespace {
+
+const char* hierarchy_type_text(int type) {
+  if (type == 15) return "Base Layer";
+  return detail::text_of(
+      type,
+      {"reserved", "ITU-T Rec. H.262|ISO/IEC 13818-2 Spatial Scalability",
+       "ITU-T Rec. H.262|ISO/IEC 13818-2 SNR Scalability",
+       "ITU-T Rec. H.262|ISO/IEC 13818-2 Temporal Scalability",
+       "ITU-T Rec. H.262|ISO/IEC 13818-2 Data partitioning", "ISO/IEC 13818-3 Extension bitstream",
+       "ITU-T Rec. H.222.0|ISO/IEC 13818-1 Private Stream"},
+      "reserved");
+}
+
+}  // namespace
+
 template <class V, class S>
 void DescriptorHierarchy::describe(V& v, S& s) {
-  v.field("hierarchy_type", s.hierarchy_type_);
+  v.coded("hierarchy_type", s.hierarchy_type_, hierarchy_type_text);
   v.field("hierarchy_layer_index", s.hierarchy_layer_index_);
   v.field("hierarchy_embedded_layer_index", s.hierarchy_embedded_layer_index_);
   v.field("hierarchy_channel", s.hierarchy_channel_);
@@ -13,24 +30,7 @@ void DescriptorHierarchy::describe(V& v, S& s) {
 QUILLON_SILENT_FACES_OF(DescriptorHierarchy, "hierachy_descriptor")
 
 const char* DescriptorHierarchy::get_hierchy_type_string() const {
-  switch (hierarchy_type_) {
-    case 1:
-      return "ITU-T Rec. H.262|ISO/IEC 13818-2 Spatial Scalability";
-    case 2:
-      return "ITU-T Rec. H.262|ISO/IEC 13818-2 SNR Scalability";
-    case 3:
-      return "ITU-T Rec. H.262|ISO/IEC 13818-2 Temporal Scalability";
-    case 4:
-      return "ITU-T Rec. H.262|ISO/IEC 13818-2 Data partitioning";
-    case 5:
-      return "ISO/IEC 13818-3 Extension bitstream";
-    case 6:
-      return "ITU-T Rec. H.222.0|ISO/IEC 13818-1 Private Stream";
-    case 15:
-      return "Base Layer";
-    default:
-      return "reserved";
-  }
+  return hierarchy_type_text(hierarchy_type_);
 }
 
 }  // namespace quillon

@@ -17,10 +17,10 @@ class QUILLON_API DescriptorHierarchy final : public DescriptorBase {
 
   const char* get_hierchy_type_string() const;
 
-  QUILLON_FIELD(int, hierarchy_type);
-  QUILLON_FIELD(int, hierarchy_layer_index);
-  QUILLON_FIELD(int, hierarchy_embedded_layer_index);
-  QUILLON_FIELD(int, hierarchy_channel);
+  QUILLON_FIELD(int, hierarchy_type, get_hierarchy_type);
+  QUILLON_FIELD(int, hierarchy_layer_index, get_hierarchy_layer_index);
+  QUILLON_FIELD(int, hierarchy_embedded_layer_index, get_hierarchy_embedded_layer_index);
+  QUILLON_FIELD(int, hierarchy_channel, get_hierarchy_channel);
 
   QUILLON_FACES();
 };

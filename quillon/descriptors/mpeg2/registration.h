@@ -13,8 +13,8 @@ class QUILLON_API DescriptorRegistration final : public DescriptorBase {
         format_identifier_(d.u32(2)),
         additional_identification_info_(d.bytes(6, descriptor_length - 4)) {}
 
-  QUILLON_FIELD(uint32_t, format_identifier);
-  QUILLON_FIELD(std::vector<uint8_t>, additional_identification_info);
+  QUILLON_FIELD(uint32_t, format_identifier, get_format_identifier);
+  QUILLON_FIELD(std::vector<uint8_t>, additional_identification_info, get_additional_identification_info);
 
   QUILLON_FACES(additional_identification_info_);
 };
@@ -28,8 +28,8 @@ class QUILLON_API DescriptorCopyright final : public DescriptorBase {
         copyright_identifier_(d.u32(2)),
         additional_copyright_info_(d.bytes(6, descriptor_length - 4)) {}
 
-  QUILLON_FIELD(uint32_t, copyright_identifier);
-  QUILLON_FIELD(std::vector<uint8_t>, additional_copyright_info);
+  QUILLON_FIELD(uint32_t, copyright_identifier, get_copyright_identifier);
+  QUILLON_FIELD(std::vector<uint8_t>, additional_copyright_info, get_additional_copyright_info);
 
   QUILLON_FACES(additional_copyright_info_);
 };
@@ -41,7 +41,7 @@ class QUILLON_API DescriptorPrivateDataIndicator final : public DescriptorBase {
   explicit DescriptorPrivateDataIndicator(ByteView d)
       : DescriptorBase(d), private_data_indicator_(d.u32(2)) {}
 
-  QUILLON_FIELD(uint32_t, private_data_indicator);
+  QUILLON_FIELD(uint32_t, private_data_indicator, get_private_data_indicator);
 
   QUILLON_FACES();
 };

@@ -1,7 +1,18 @@
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
 #include <quillon/descriptors/mpeg2/video.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
+
+namespace {
+
+const char* alignment_type_text(int type) {
+  return detail::text_of(
+      type, {"reserved", "Slice, or video access unit", "video access unit", "GOP, or SEQ", "SEQ"},
+      "reserved");
+}
+
+}  // namespace
 
 template <class V, class S>
 void DescriptorVideoStream::describe(V& v, S& s) {
@@ -40,23 +51,12 @@ QUILLON_SILENT_FACES_OF(DescriptorVideoWindow, "video_window_descriptor")
 
 template <class V, class S>
 void DescriptorDataStreamAlignment::describe(V& v, S& s) {
-  v.field("alignment_type", s.alignment_type_);
+  v.coded("alignment_type", s.alignment_type_, alignment_type_text);
 }
 QUILLON_SILENT_FACES_OF(DescriptorDataStreamAlignment, "data_stream_alignment_descriptor")
 
 const char* DescriptorDataStreamAlignment::get_alignment_type_string() const {
-  switch (alignment_type_) {
-    case 1:
-      return "Slice, or video access unit";
-    case 2:
-      return "video access unit";
-    case 3:
-      return "GOP, or SEQ";
-    case 4:
-      return "SEQ";
-    default:
-      return "reserved";
-  }
+  return alignment_type_text(alignment_type_);
 }
 
 template <class V, class S>

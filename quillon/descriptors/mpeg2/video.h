@@ -21,15 +21,15 @@ class QUILLON_API DescriptorVideoStream final : public DescriptorBase {
         frame_rate_extension_flag_(d.bits(4, 5, 1)),
         reserved_(d.bits(4, 4, 5)) {}
 
-  QUILLON_FIELD(int, multiple_frame_rate_flag);
-  QUILLON_FIELD(int, frame_rate_code);
-  QUILLON_FIELD(int, mpeg_1_only_flag);
-  QUILLON_FIELD(int, constrained_parameter_flag);
-  QUILLON_FIELD(int, still_picture_flag);
-  QUILLON_FIELD(int, profile_and_level_indication);
-  QUILLON_FIELD(int, chroma_format);
-  QUILLON_FIELD(int, frame_rate_extension_flag);
-  QUILLON_FIELD(int, reserved);
+  QUILLON_FIELD(int, multiple_frame_rate_flag, get_multiple_frame_rate_flag);
+  QUILLON_FIELD(int, frame_rate_code, get_frame_rate_code);
+  QUILLON_FIELD(int, mpeg_1_only_flag, get_mpeg_1_only_flag);
+  QUILLON_FIELD(int, constrained_parameter_flag, get_constrained_parameter_flag);
+  QUILLON_FIELD(int, still_picture_flag, get_still_picture_flag);
+  QUILLON_FIELD(int, profile_and_level_indication, get_profile_and_level_indication);
+  QUILLON_FIELD(int, chroma_format, get_chroma_format);
+  QUILLON_FIELD(int, frame_rate_extension_flag, get_frame_rate_extension_flag);
+  QUILLON_FIELD(int, reserved, get_reserved);
 
   QUILLON_FACES();
 };
@@ -44,9 +44,9 @@ class QUILLON_API DescriptorTargetBackgroundGrid final : public DescriptorBase {
         vertical_size_(d.bits(3, 1, 14)),
         aspect_ratio_information_(d.bits(5, 3, 4)) {}
 
-  QUILLON_FIELD(int, horizontal_size);
-  QUILLON_FIELD(int, vertical_size);
-  QUILLON_FIELD(int, aspect_ratio_information);
+  QUILLON_FIELD(int, horizontal_size, get_horizontal_size);
+  QUILLON_FIELD(int, vertical_size, get_vertical_size);
+  QUILLON_FIELD(int, aspect_ratio_information, get_aspect_ratio_information);
 
   QUILLON_FACES();
 };
@@ -62,9 +62,9 @@ class QUILLON_API DescriptorVideoWindow final : public DescriptorBase {
         vertical_offset_(d.bits(3, 1, 14)),
         window_priority_(d.bits(5, 3, 4)) {}
 
-  QUILLON_FIELD(int, horizontal_offset);
-  QUILLON_FIELD(int, vertical_offset);
-  QUILLON_FIELD(int, window_priority);
+  QUILLON_FIELD(int, horizontal_offset, get_horizontal_offset);
+  QUILLON_FIELD(int, vertical_offset, get_vertical_offset);
+  QUILLON_FIELD(int, window_priority, get_window_priority);
 
   QUILLON_FACES();
 };
@@ -77,7 +77,7 @@ class QUILLON_API DescriptorDataStreamAlignment final : public DescriptorBase {
 
   const char* get_alignment_type_string() const;
 
-  QUILLON_FIELD(int, alignment_type);
+  QUILLON_FIELD(int, alignment_type, get_alignment_type);
 
   QUILLON_FACES();
 };
@@ -92,9 +92,9 @@ class QUILLON_API DescriptorIBP final : public DescriptorBase {
         identical_gop_flag_(d.bits(2, 6, 1)),
         max_gop_length_(d.bits(2, 5, 14)) {}
 
-  QUILLON_FIELD(int, closed_gop_flag);
-  QUILLON_FIELD(int, identical_gop_flag);
-  QUILLON_FIELD(int, max_gop_length);
+  QUILLON_FIELD(int, closed_gop_flag, get_closed_gop_flag);
+  QUILLON_FIELD(int, identical_gop_flag, get_identical_gop_flag);
+  QUILLON_FIELD(int, max_gop_length, get_max_gop_length);
 
   QUILLON_FACES();
 };

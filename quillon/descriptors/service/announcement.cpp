@@ -1,5 +1,6 @@
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/service/announcement.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
@@ -8,7 +9,7 @@ namespace quillon {
 DescriptorAnnouncementSupport::DescriptorAnnouncementSupport(ByteView d)
     : DescriptorBase(d), announcement_support_indicator_(d.u16(2)) {
   AnnouncementSupportData item;
-  const bool complete = walk(d, 4, 2 + descriptor_length, [&](ByteView at, int) {
+  const bool complete = each_row(d, 4, 2 + descriptor_length, [&](ByteView at, int) {
     const int used = item.read(at);
     announcement_support_data_.push_back(item);
     return used;
@@ -38,7 +39,7 @@ template <class V, class S>
 void DescriptorAnnouncementSupport::AnnouncementSupportData::describe(V& v, S& s) {
   v.field("announcement_type", s.announcement_type_);
   v.field("reference_type", s.reference_type_);
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("transport_stream_id", s.transport_stream_id_);
   v.field("service_id", s.service_id_);
   v.field("component_tag", s.component_tag_);

@@ -13,15 +13,17 @@ class QUILLON_API DescriptorCountryAvailability final : public DescriptorBase {
     tagCOUNTRYCODE() = default;
     explicit tagCOUNTRYCODE(ByteView code) : country_code_(code.chars(0, 3)) {}
 
-    QUILLON_FIELD(std::string, country_code);
+    QUILLON_FIELD(std::string, country_code, get_country_code);
+
+    QUILLON_WALK;
   };
 
   DescriptorCountryAvailability() = default;
-  // Throws error(3, "country_availability_descriptor") unless the codes fill the body.
+  // Throws error(error::length_mismatch, "country_availability_descriptor") unless the codes fill the body.
   explicit DescriptorCountryAvailability(ByteView d);
 
-  QUILLON_FIELD(int, country_availability_flag);
-  QUILLON_FIELD(std::vector<tagCOUNTRYCODE>, country_codes);
+  QUILLON_FIELD(int, country_availability_flag, get_country_availability_flag);
+  QUILLON_FIELD(std::vector<tagCOUNTRYCODE>, country_codes, get_country_codes);
 
   QUILLON_FACES();
 };
@@ -30,11 +32,11 @@ class QUILLON_API DescriptorCountryAvailability final : public DescriptorBase {
 class QUILLON_API DescriptorServiceAvailability final : public DescriptorBase {
  public:
   DescriptorServiceAvailability() = default;
-  // Throws error(0) unless the cells fill the body.
+  // Throws error(error::bad_loop_unit) unless the cells fill the body.
   explicit DescriptorServiceAvailability(ByteView d);
 
-  QUILLON_FIELD(int, availability_flag);
-  QUILLON_FIELD(std::vector<int>, cell_id);
+  QUILLON_FIELD(int, availability_flag, get_availability_flag);
+  QUILLON_FIELD(std::vector<int>, cell_id, get_cell_id);
 
   QUILLON_FACES();
 };

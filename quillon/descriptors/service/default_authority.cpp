@@ -1,5 +1,5 @@
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/service/default_authority.h>
+#include <quillon/faces/internal/describe.h>
 
 namespace quillon {
 

@@ -11,7 +11,7 @@ class QUILLON_API DescriptorDefaultAuthority final : public DescriptorBase {
   explicit DescriptorDefaultAuthority(ByteView d)
       : DescriptorBase(d), default_authority_(d.bytes(2, descriptor_length)) {}
 
-  QUILLON_FIELD(std::vector<uint8_t>, default_authority);
+  QUILLON_FIELD(std::vector<uint8_t>, default_authority, get_default_authority);
 
   QUILLON_FACES(default_authority_);
 };

@@ -1,22 +1,8 @@
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/service/names.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
-
-namespace {
-
-// The names that fill the body of a descriptor, one behind the other.
-template <class Info>
-void read_names(ByteView d, int length, std::vector<Info>& names) {
-  const bool complete = walk(d, 2, 2 + length, [&names](ByteView at, int left) {
-    int consumed = 0;
-    names.emplace_back(at, left, consumed);
-    return consumed;
-  });
-  if (!complete) throw error(error::bad_value);
-}
-
-}  // namespace
 
 template <class V, class S>
 void DescriptorNetworkName::describe(V& v, S& s) {
@@ -31,7 +17,7 @@ void DescriptorBouquetName::describe(V& v, S& s) {
 QUILLON_FACES_OF(DescriptorBouquetName, "bouquet_name_descriptor")
 
 DescriptorMultilingualNetworkName::DescriptorMultilingualNetworkName(ByteView d) : DescriptorBase(d) {
-  read_names(d, descriptor_length, nameinfo_);
+  if (!read_uneven_rows(nameinfo_, d, 2, descriptor_length)) throw error(error::bad_value);
 }
 
 template <class V, class S>
@@ -41,7 +27,7 @@ void DescriptorMultilingualNetworkName::describe(V& v, S& s) {
 QUILLON_FACES_OF(DescriptorMultilingualNetworkName, "multilingual_network_name_descriptor")
 
 DescriptorMultilingualBouquetName::DescriptorMultilingualBouquetName(ByteView d) : DescriptorBase(d) {
-  read_names(d, descriptor_length, nameinfo_);
+  if (!read_uneven_rows(nameinfo_, d, 2, descriptor_length)) throw error(error::bad_value);
 }
 
 template <class V, class S>
@@ -51,7 +37,7 @@ void DescriptorMultilingualBouquetName::describe(V& v, S& s) {
 QUILLON_FACES_OF(DescriptorMultilingualBouquetName, "multilingual_bouquet_name_descriptor")
 
 DescriptorMultilingualServiceName::DescriptorMultilingualServiceName(ByteView d) : DescriptorBase(d) {
-  read_names(d, descriptor_length, servicenameinfo_);
+  if (!read_uneven_rows(servicenameinfo_, d, 2, descriptor_length)) throw error(error::bad_value);
 }
 
 template <class V, class S>
@@ -80,12 +66,12 @@ DescriptorMultilingualServiceName::MultilingualServiceNameInfo::MultilingualServ
 template <class V, class S>
 void DescriptorMultilingualServiceName::MultilingualServiceNameInfo::describe(V& v, S& s) {
   v.labels("DescriptorMultilingualServiceName::MultilingualServiceNameInfo::", ": ");
-  if constexpr (V::dump) {
+  if constexpr (!V::xml) {
     v.field("ISO_639_language_code", s.iso_639_language_code_);
     v.field("provider_len", s.provider_name_.get_text_len());
   }
   v.field("providername", s.provider_name_);
-  if constexpr (V::dump) v.field("service_len", s.service_name_.get_text_len());
+  if constexpr (!V::xml) v.field("service_len", s.service_name_.get_text_len());
   v.field("servicename", s.service_name_);
   if constexpr (V::xml) v.field("ISO_639_language_code", s.iso_639_language_code_);
 }

@@ -14,7 +14,7 @@ class QUILLON_API DescriptorNetworkName final : public DescriptorBase {
   explicit DescriptorNetworkName(ByteView d)
       : DescriptorBase(d), network_name_(descriptor_length, d.from(2)) {}
 
-  QUILLON_FIELD(Text, network_name);
+  QUILLON_FIELD(Text, network_name, get_network_name);
 
   QUILLON_FACES();
 };
@@ -26,7 +26,7 @@ class QUILLON_API DescriptorBouquetName final : public DescriptorBase {
   explicit DescriptorBouquetName(ByteView d)
       : DescriptorBase(d), bouquet_name_(descriptor_length, d.from(2)) {}
 
-  QUILLON_FIELD(Text, bouquet_name);
+  QUILLON_FIELD(Text, bouquet_name, get_bouquet_name);
 
   QUILLON_FACES();
 };
@@ -35,10 +35,11 @@ class QUILLON_API DescriptorBouquetName final : public DescriptorBase {
 class QUILLON_API DescriptorMultilingualNetworkName final : public DescriptorBase {
  public:
   DescriptorMultilingualNetworkName() = default;
-  // Throws error(2) if the last name does not end with the body, and what MultilingualNameInfo throws.
+  // Throws error(error::bad_value) if the last name does not end with the body, and what MultilingualNameInfo
+  // throws.
   explicit DescriptorMultilingualNetworkName(ByteView d);
 
-  QUILLON_FIELD(std::vector<MultilingualNameInfo>, nameinfo);
+  QUILLON_FIELD(std::vector<MultilingualNameInfo>, nameinfo, get_nameinfo);
 
   QUILLON_FACES(nameinfo_);
 };
@@ -47,10 +48,11 @@ class QUILLON_API DescriptorMultilingualNetworkName final : public DescriptorBas
 class QUILLON_API DescriptorMultilingualBouquetName final : public DescriptorBase {
  public:
   DescriptorMultilingualBouquetName() = default;
-  // Throws error(2) if the last name does not end with the body, and what MultilingualNameInfo throws.
+  // Throws error(error::bad_value) if the last name does not end with the body, and what MultilingualNameInfo
+  // throws.
   explicit DescriptorMultilingualBouquetName(ByteView d);
 
-  QUILLON_FIELD(std::vector<MultilingualNameInfo>, nameinfo);
+  QUILLON_FIELD(std::vector<MultilingualNameInfo>, nameinfo, get_nameinfo);
 
   QUILLON_FACES(nameinfo_);
 };
@@ -61,23 +63,24 @@ class QUILLON_API DescriptorMultilingualServiceName final : public DescriptorBas
   class QUILLON_API MultilingualServiceNameInfo {
    public:
     MultilingualServiceNameInfo() = default;
-    // Throws error(3, "multilingual_service_name_info_descriptor") if `available` is under 5, the same with
+    // Throws error(error::length_mismatch, "multilingual_service_name_info_descriptor") if `available` is
+    // under 5, the same with
     // ":2" if the provider's name does not fit, and with ":3" if the service's lacks more than one byte;
     // `consumed` becomes the lengths of both names plus 5.
     MultilingualServiceNameInfo(ByteView bytes, int available, int& consumed);
 
-    QUILLON_FIELD(CodeCharacters, iso_639_language_code);
-    QUILLON_FIELD(Text, provider_name);
-    QUILLON_FIELD(Text, service_name);
+    QUILLON_FIELD(CodeCharacters, iso_639_language_code, get_iso_639_language_code);
+    QUILLON_FIELD(Text, provider_name, get_provider_name);
+    QUILLON_FIELD(Text, service_name, get_service_name);
 
     QUILLON_RECORD_FACES;
   };
 
   DescriptorMultilingualServiceName() = default;
-  // Throws error(2) if the last item does not end with the body, and what the items throw.
+  // Throws error(error::bad_value) if the last item does not end with the body, and what the items throw.
   explicit DescriptorMultilingualServiceName(ByteView d);
 
-  QUILLON_FIELD(std::vector<MultilingualServiceNameInfo>, servicenameinfo);
+  QUILLON_FIELD(std::vector<MultilingualServiceNameInfo>, servicenameinfo, get_servicenameinfo);
 
   QUILLON_FACES(servicenameinfo_);
 };

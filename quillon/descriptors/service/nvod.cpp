@@ -1,15 +1,12 @@
-#include <quillon/descriptors/internal/describe.h>
 #include <quillon/descriptors/service/nvod.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorNVODReference::DescriptorNVODReference(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % 6 != 0) throw error(error::length_mismatch, "NVOD_reference_descriptor");
-  service_list_.reserve(static_cast<size_t>(descriptor_length) / 6);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    service_list_.emplace_back(at);
-    return 6;
-  });
+  read_rows(service_list_, d, 2, descriptor_length, 6);
 }
 
 template <class V, class S>
@@ -22,7 +19,7 @@ template <class V, class S>
 void DescriptorNVODReference::service::describe(V& v, S& s) {
   v.labels("DescriptorNVODReference::service::", ": ");
   v.field("transport_stream_id", s.transport_stream_id_);
-  v.field("original_network_id", s.original_network_id_);
+  v.coded("original_network_id", s.original_network_id_, registry_kind::original_network);
   v.field("service_id", s.service_id_);
 }
 QUILLON_RECORD_FACES_OF(DescriptorNVODReference::service)

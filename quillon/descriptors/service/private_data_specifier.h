@@ -11,7 +11,7 @@ class QUILLON_API DescriptorPrivateDataSpecifier final : public DescriptorBase {
   explicit DescriptorPrivateDataSpecifier(ByteView d)
       : DescriptorBase(d), private_data_specifier_(d.u32(2)) {}
 
-  QUILLON_FIELD(uint32_t, private_data_specifier);
+  QUILLON_FIELD(uint32_t, private_data_specifier, get_private_data_specifier);
 
   QUILLON_FACES();
 };

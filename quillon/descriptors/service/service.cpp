@@ -1,46 +1,9 @@
-#include <iterator>
-
-#include <quillon/descriptors/internal/describe.h>
+#include <quillon/descriptors/internal/code_text.h>
 #include <quillon/descriptors/service/service.h>
+#include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/rows.h>
 
 namespace quillon {
-
-namespace {
-
-// As reports have always shown them, misspellings included.
-constexpr const char* kServiceTypes[] = {
-    "reserved for future use",
-    "digital television service",
-    "digital radio sound service",
-    "teletext service",
-    "NVOD reference service",
-    "NVOD time-shifted service",
-    "mosiac service",
-    "PAL coded signal",
-    "SECAM coded signal",
-    "D/D2-MAC",
-    "FM Radio",
-    "NTSC coded signal",
-    "data broadcast service",
-    "reserved for Common Interface Usage (EN 50221)",
-    "RCS Map (see EN 301 790)",
-    "RCS FLS (see EN 301 790)",
-    "DVB MHP service",
-    "MPEG-2 HD digital television service",
-    "reserved for future use",
-    "reserved for future use",
-    "reserved for future use",
-    "reserved for future use",
-    "advanced codec SD digital television service",
-    "advanced codec SD NVOD time-shifted service",
-    "advanced codec SD NVOD reference service",
-    "advanced codec HD digital television service",
-    "advanced codec HD NVOD time-shifted service",
-    "advanced codec HD NVOD reference service",
-};
-static_assert(std::size(kServiceTypes) == 28);
-
-}  // namespace
 
 DescriptorService::DescriptorService(ByteView d) : DescriptorBase(d), service_type_(d[2]) {
   int provider = 0;
@@ -52,26 +15,51 @@ DescriptorService::DescriptorService(ByteView d) : DescriptorBase(d), service_ty
 template <class V, class S>
 void DescriptorService::describe(V& v, S& s) {
   v.labels("", " ");
-  v.field("service_type", s.service_type_);
+  v.coded("service_type", s.service_type_, get_service_type_text);
   v.field("provider_name", s.provider_nameA_);
   v.field("service_name", s.service_nameA_);
 }
 QUILLON_FACES_OF(DescriptorService, "service_descriptor")
 
+// As reports have always shown them, misspellings included.
 const char* DescriptorService::get_service_type_text(int service_type) {
   if (service_type < 0 || service_type > 255) return "<unknown>";
   if (service_type >= 128 && service_type < 255) return "user defined";
-  return service_type < static_cast<int>(std::size(kServiceTypes)) ? kServiceTypes[service_type]
-                                                                   : "reserved for future use";
+  return detail::text_of(service_type,
+                         {"reserved for future use",
+                          "digital television service",
+                          "digital radio sound service",
+                          "teletext service",
+                          "NVOD reference service",
+                          "NVOD time-shifted service",
+                          "mosiac service",
+                          "PAL coded signal",
+                          "SECAM coded signal",
+                          "D/D2-MAC",
+                          "FM Radio",
+                          "NTSC coded signal",
+                          "data broadcast service",
+                          "reserved for Common Interface Usage (EN 50221)",
+                          "RCS Map (see EN 301 790)",
+                          "RCS FLS (see EN 301 790)",
+                          "DVB MHP service",
+                          "MPEG-2 HD digital television service",
+                          "reserved for future use",
+                          "reserved for future use",
+                          "reserved for future use",
+                          "reserved for future use",
+                          "advanced codec SD digital television service",
+                          "advanced codec SD NVOD time-shifted service",
+                          "advanced codec SD NVOD reference service",
+                          "advanced codec HD digital television service",
+                          "advanced codec HD NVOD time-shifted service",
+                          "advanced codec HD NVOD reference service"},
+                         "reserved for future use");
 }
 
 DescriptorServiceList::DescriptorServiceList(ByteView d) : DescriptorBase(d) {
   if (descriptor_length % 3 != 0) throw error("descriptor length mismatch");
-  servicelist_.reserve(static_cast<size_t>(descriptor_length) / 3);
-  walk(d, 2, 2 + descriptor_length, [this](ByteView at, int) {
-    servicelist_.emplace_back(at);
-    return 3;
-  });
+  read_rows(servicelist_, d, 2, descriptor_length, 3);
 }
 
 template <class V, class S>
@@ -84,13 +72,13 @@ template <class V, class S>
 void DescriptorServiceList::ServiceList::describe(V& v, S& s) {
   v.labels("", " ");
   v.field("service_id", s.service_id_);
-  v.field("service_type", s.service_type_);
+  v.coded("service_type", s.service_type_, DescriptorService::get_service_type_text);
 }
 QUILLON_RECORD_FACES_OF(DescriptorServiceList::ServiceList)
 
 template <class V, class S>
 void DescriptorServiceMove::describe(V& v, S& s) {
-  v.field("new_original_network_id", s.new_original_network_id_);
+  v.coded("new_original_network_id", s.new_original_network_id_, registry_kind::original_network);
   v.field("new_transport_stream_id", s.new_transport_stream_id_);
   v.field("new_service_id", s.new_service_id_);
 }
@@ -104,5 +92,9 @@ bool DescriptorServiceIdentifier::_save_section(void*, void*) const {
 }
 void DescriptorServiceIdentifier::_dump_state(std::ostream&) const {}
 void DescriptorServiceIdentifier::_parse(void*) {}
+
+template <class V, class S>
+void DescriptorServiceIdentifier::describe(V&, S&) {}
+QUILLON_WALK_OF(DescriptorServiceIdentifier)
 
 }  // namespace quillon

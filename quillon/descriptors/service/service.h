@@ -15,9 +15,9 @@ class QUILLON_API DescriptorService final : public DescriptorBase {
   static const char* get_service_type_text(int service_type);
   const char* get_service_type_text() const { return get_service_type_text(service_type_); }
 
-  QUILLON_FIELD(int, service_type);
-  QUILLON_FIELD(Text, provider_nameA);
-  QUILLON_FIELD(Text, service_nameA);
+  QUILLON_FIELD(int, service_type, get_service_type);
+  QUILLON_FIELD(Text, provider_nameA, get_provider_nameA);
+  QUILLON_FIELD(Text, service_nameA, get_service_nameA);
 
   QUILLON_FACES();
 };
@@ -30,8 +30,8 @@ class QUILLON_API DescriptorServiceList final : public DescriptorBase {
     ServiceList() = default;
     explicit ServiceList(ByteView item) : service_id_(item.u16(0)), service_type_(item[2]) {}
 
-    QUILLON_FIELD(int, service_id);
-    QUILLON_FIELD(int, service_type);
+    QUILLON_FIELD(int, service_id, get_service_id);
+    QUILLON_FIELD(int, service_type, get_service_type);
 
     QUILLON_RECORD_FACES;
   };
@@ -40,7 +40,7 @@ class QUILLON_API DescriptorServiceList final : public DescriptorBase {
   // Throws error("descriptor length mismatch") unless the length is a multiple of 3.
   explicit DescriptorServiceList(ByteView d);
 
-  QUILLON_FIELD(std::vector<ServiceList>, servicelist);
+  QUILLON_FIELD(std::vector<ServiceList>, servicelist, get_servicelist);
 
   QUILLON_FACES();
 };
@@ -55,9 +55,9 @@ class QUILLON_API DescriptorServiceMove final : public DescriptorBase {
         new_transport_stream_id_(d.u16(4)),
         new_service_id_(d.u16(6)) {}
 
-  QUILLON_FIELD(int, new_original_network_id);
-  QUILLON_FIELD(int, new_transport_stream_id);
-  QUILLON_FIELD(int, new_service_id);
+  QUILLON_FIELD(int, new_original_network_id, get_new_original_network_id);
+  QUILLON_FIELD(int, new_transport_stream_id, get_new_transport_stream_id);
+  QUILLON_FIELD(int, new_service_id, get_new_service_id);
 
   QUILLON_FACES();
 };

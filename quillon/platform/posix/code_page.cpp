@@ -32,7 +32,7 @@ class Page {
       uint8_t& row = row_of_[units_[byte] >> 8];
       if (row == 0) row = rows++;
       uint8_t& slot = bytes_[row][units_[byte] & 0xFF];
-      if (slot != default_character) throw "two bytes of the page stand for the same character";
+      if (slot != default_character) throw "two bytes of the page are the same character";
       slot = static_cast<uint8_t>(byte);
     }
   }

@@ -66,8 +66,9 @@ wide_string name_of(std::string_view text) {
 
 RegistryLine parse(std::string_view text, int number, uint32_t largest_id) {
   const size_t first_end = text.find('\t');
-  const size_t last_end = first_end == text.npos ? text.npos : text.find('\t', first_end + 1);
-  if (last_end == text.npos) throw Refusal{"fewer than three columns"};
+  const size_t last_end =
+      first_end == std::string_view::npos ? std::string_view::npos : text.find('\t', first_end + 1);
+  if (last_end == std::string_view::npos) throw Refusal{"fewer than three columns"};
   const std::optional<uint32_t> first = id_of(text.substr(0, first_end));
   const std::optional<uint32_t> last = id_of(text.substr(first_end + 1, last_end - first_end - 1));
   if (!first || !last) throw Refusal{"an id is not a number as 0x12AB"};

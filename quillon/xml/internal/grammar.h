@@ -116,11 +116,11 @@ void load_list(void* node, const XmlName& name, const ListFailures& failures, Lo
   load_items(child_of(node, name, failures.list).get(), failures, load);
 }
 
-// Reads attributes of one element; a missing one, or a missing map, throws error("failed").
+// Reads attributes of one element; a missing one throws error("failed"), a missing map error(`no_map`).
 class Reader {
  public:
-  explicit Reader(void* node)
-      : node_(static_cast<IXMLDOMNode*>(node)), attributes_(attributes_of(node, "failed")) {}
+  explicit Reader(void* node, const char* no_map = "failed")
+      : node_(static_cast<IXMLDOMNode*>(node)), attributes_(attributes_of(node, no_map)) {}
 
   template <class Value>
   void get(const XmlName& name, Value& value, const char* failure = "failed") {

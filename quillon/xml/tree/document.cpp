@@ -12,7 +12,7 @@ namespace quillon::xml {
 
 namespace {
 
-constexpr size_t kPiece = 64 * 1024;
+constexpr size_t kPiece = size_t{64} * 1024;
 
 // Throws error on a failure of the system.
 void expect(const std::error_code& failed, const char* what, const std::filesystem::path& file) {

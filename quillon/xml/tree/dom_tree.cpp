@@ -17,7 +17,7 @@ namespace quillon::xml {
 namespace {
 
 // Below the size at which freeing a block makes the common allocators join their free ones.
-constexpr size_t kBlockSize = 32 * 1024;
+constexpr size_t kBlockSize = size_t{32} * 1024;
 
 // Null for an object of another DOM.
 template <class Own, class Interface>
@@ -198,7 +198,7 @@ HRESULT TreeAttribute::selectSingleNode(BSTR, IXMLDOMNode** out) {
 // Elements
 
 TreeElement* TreeElement::from(const TreeDocument& document, IXMLDOMNode* node) {
-  TreeElement* const found = own<TreeElement>(IID_TreeElement, node);
+  auto* const found = own<TreeElement>(IID_TreeElement, node);
   return found && &found->document_ == &document ? found : nullptr;
 }
 
@@ -290,7 +290,7 @@ HRESULT TreeElement::selectSingleNode(BSTR name, IXMLDOMNode** out) {
 
 HRESULT TreeElement::setAttributeNode(IXMLDOMAttribute* node, IXMLDOMAttribute** out) {
   if (out) *out = nullptr;
-  TreeAttribute* const attribute = own<TreeAttribute>(IID_TreeAttribute, node);
+  auto* const attribute = own<TreeAttribute>(IID_TreeAttribute, node);
   if (!attribute || &attribute->document() != &document_ || attribute->attached_) return E_FAIL;
   TreeAttribute* const old = attach(attribute);
   if (old && out) {
@@ -475,7 +475,7 @@ namespace {
 
 template <class Value>
 HRESULT set(IXMLDOMDocument* document, IXMLDOMElement* node, const XmlName& name, Value value) {
-  TreeElement* const element = own<TreeElement>(IID_TreeElement, node);
+  auto* const element = own<TreeElement>(IID_TreeElement, node);
   if (!element || &element->document() != document) return S_FALSE;
   const Name* const known = element->document().intern(name);
   if (!known) return E_FAIL;
@@ -488,7 +488,7 @@ HRESULT set(IXMLDOMDocument* document, IXMLDOMElement* node, const XmlName& name
 }  // namespace
 
 HRESULT backend::make_element(IXMLDOMDocument* document, const XmlName& name, IXMLDOMElement** out) {
-  TreeDocument* const tree = own<TreeDocument>(IID_TreeDocument, document);
+  auto* const tree = own<TreeDocument>(IID_TreeDocument, document);
   if (!tree) return S_FALSE;
   const Name* const known = tree->intern(name);
   if (!known) return E_FAIL;

@@ -42,7 +42,7 @@ bool is_predefined(std::string_view entity) {
 // The characters of a name, as far as ASCII goes.
 constexpr std::array<bool, 0x80> set_of(std::string_view characters) {
   std::array<bool, 0x80> out{};
-  for (const char c : characters) out[static_cast<size_t>(c)] = true;
+  for (const char c : characters) out[static_cast<unsigned char>(c)] = true;
   return out;
 }
 constexpr auto kMayBegin = set_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_:");

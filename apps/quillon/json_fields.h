@@ -1,0 +1,46 @@
+#pragma once
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+#include <string>
+#include <vector>
+
+#include <quillon/faces/field_sink.h>
+
+namespace quillon::app {
+
+// The fields of an object as members of a JSON object, in one line of UTF-8:
+//   a coded number    "name": 4, "name_meaning": "running"
+//   bytes             "0a1b2c"
+//   a time            "2026-11-22T05:00:00Z", null where it is none
+//   a duration        "01:30:00", likewise
+//   a descriptor      an object whose first member, "descriptor", is its name
+class JsonFields final : public FieldSink {
+ public:
+  JsonFields() { writer_.StartObject(); }
+  // The object, after which the writer is as new.
+  std::string take();
+
+  void number(const char* name, int64_t value, const char* meaning) override;
+  void real(const char* name, double value) override;
+  void text(const char* name, std::string_view utf8) override;
+  void bytes(const char* name, const uint8_t* data, size_t size) override;
+  void time(const char* name, const DateTime& utc) override;
+  void duration(const char* name, const Duration& value) override;
+  void begin(const char* name, const char* kind) override;
+  void begin_list(const char* name, size_t size) override;
+  void end() override;
+
+ private:
+  enum class Level { record, list, descriptors };
+
+  // The items of a list have no keys.
+  void key(const char* name);
+  void string(std::string_view text);
+
+  rapidjson::StringBuffer buffer_;
+  rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
+  std::vector<Level> levels_ = {Level::record};
+};
+
+}  // namespace quillon::app

@@ -1,0 +1,88 @@
+#pragma once
+
+// For the library's own sources.
+
+#include <vector>
+
+#include <quillon/faces/internal/meaning.h>
+#include <quillon/fields/identifier.h>
+#include <quillon/fields/time.h>
+#include <quillon/xml/internal/grammar.h>
+
+namespace quillon::faces {
+
+// Writes the XML form.
+class Save {
+ public:
+  static constexpr bool xml = true;
+  static constexpr bool dump = false;
+  static constexpr bool load = false;
+  static constexpr bool walk = false;
+
+  Save(void* document, void* node) : out_(document, node) {}
+
+  void labels(const char*, const char*) {}
+  template <class Value>
+  void field(const char* name, const Value& value) {
+    out_.add(name, value);
+  }
+  void field(const char* name, const CodeCharacters& value) { out_.add(name, value.c_str()); }
+  // A time or an identifier in one attribute, as text.
+  void field(const char* name, const DateTime& value) { out_.add(name, value.get_date_as_text()); }
+  void field(const char* name, const Duration& value) { out_.add(name, value.get_time_as_text()); }
+  void field(const char* name, const ApplicationIdentifier& value) {
+    out_.add(name, value.application_identifier_as_text());
+  }
+  template <class Value>
+  void coded(const char* name, const Value& value, Meaning) {
+    field(name, value);
+  }
+  // A number of a section's header.
+  template <class Value>
+  void head(const char* name, const Value& value) {
+    field(name, static_cast<int>(value));
+  }
+  template <class Value>
+  void bytes(const char* name, const Value& value) {
+    field(name, value);
+  }
+  void block(const char* name, const std::vector<uint8_t>& bytes) { field(name, bytes); }
+  template <class Rows>
+  void list(const char* list_name, const char* item_name, const Rows& rows) {
+    if (out_.ok() && !xml::save_list(out_.document(), out_.element(), list_name, item_name, rows))
+      out_.fail();
+  }
+  template <class Value>
+  void child(const char* name, const Value& value) {
+    if (!out_.ok()) return;
+    const auto element = xml::create_element(out_.document(), name);
+    if (!element || !value.SaveSection(out_.document(), element.get()) ||
+        out_.element()->appendChild(element.get(), nullptr) < 0)
+      out_.fail();
+  }
+
+  template <class Rows>
+  void rows(const char* list_name, const char* item_name, const Rows& rows) {
+    const auto save = [](const auto& row, void* document, void* element) {
+      return row._save_stream_info(document, element);
+    };
+    if (out_.ok() && !xml::save_table_list(out_.document(), out_.element(), list_name, item_name, rows, save))
+      out_.fail();
+  }
+  template <class Owner>
+  void descriptors(const Owner& owner) {
+    if (out_.ok() && !owner._save_descriptors(out_.document(), out_.element())) out_.fail();
+  }
+
+  template <class... Value>
+  void more(const char*, const Value&...) {}
+  template <class Value>
+  void more(const char*, const Value&, Meaning) {}
+
+  bool ok() const { return out_.ok(); }
+
+ private:
+  xml::Writer out_;
+};
+
+}  // namespace quillon::faces
