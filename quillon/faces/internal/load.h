@@ -48,7 +48,7 @@ class Load {
   template <class Value>
   void head(const char* name, Value& value) {
     int number = 0;
-    in_.get(name, number, ("failed to get " + std::string(name)).c_str());
+    if (!in_.find(name, number)) throw error(("failed to get " + std::string(name)).c_str());
     value = static_cast<Value>(number);
   }
   template <class Value>

@@ -122,9 +122,14 @@ class Reader {
   explicit Reader(void* node, const char* no_map = "failed")
       : node_(static_cast<IXMLDOMNode*>(node)), attributes_(attributes_of(node, no_map)) {}
 
+  // False, and no change, if it is missing.
+  template <class Value>
+  bool find(const XmlName& name, Value& value) {
+    return GetAttributeValue(attributes_.get(), name, value) >= 0;
+  }
   template <class Value>
   void get(const XmlName& name, Value& value, const char* failure = "failed") {
-    if (GetAttributeValue(attributes_.get(), name, value) < 0) throw error(failure);
+    if (!find(name, value)) throw error(failure);
   }
   void get(const XmlName& name, CodeCharacters& value, const char* failure = "failed") {
     if (GetAttributeValue(attributes_.get(), name, value.data(), CodeCharacters::size) < 0)
