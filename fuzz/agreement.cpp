@@ -1,8 +1,8 @@
+#include "fuzz/require.h"
 #include "fuzz/structure.h"
 #include "fuzz/tables.h"
 #include "fuzz/targets.h"
 
-#include <cstdlib>
 #include <string>
 
 #include <quillon/xml/document.h>
@@ -27,10 +27,6 @@ Outcome outcome_of(Action action) {
   } catch (const error& e) {
     return {false, e.what(), e.get_code()};
   }
-}
-
-void require(bool held) {
-  if (!held) std::abort();
 }
 
 // Each failure is where its descriptor is.

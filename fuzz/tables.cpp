@@ -1,7 +1,8 @@
 #include "fuzz/tables.h"
 
+#include "fuzz/require.h"
+
 #include <climits>
-#include <cstdlib>
 #include <sstream>
 
 #include <quillon/appsignal/ait.h>
@@ -30,10 +31,6 @@ void read(std::string_view text) {
 
 void read(const uint8_t* byte) {
   if (byte) seen = *byte;
-}
-
-void require(bool held) {
-  if (!held) std::abort();
 }
 
 // The places of the table's own descriptors, and others.
