@@ -1,10 +1,9 @@
 // Makes the static rows of the identifier registries: make_registries FOLDER OUT.cpp
 
+#include "make_source.h"
+
 #include <cstdio>
-#include <exception>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -59,32 +58,22 @@ std::string array_of(const quillon::detail::RegistryList& list, const std::files
   return out + "};\n\n";
 }
 
+std::string rows_from(const std::filesystem::path& folder) {
+  std::string text =
+      "// Made from data/registries; changes belong there.\n\n"
+      "#include <quillon/report/internal/registry_rows.h>\n\n"
+      "namespace quillon::detail {\n\nnamespace {\n\n";
+  std::string names;
+  for (const quillon::detail::RegistryList& list : quillon::detail::registry_lists) {
+    text += array_of(list, folder);
+    names += std::string("    ") + list.name + ",\n";
+  }
+  return text + "}  // namespace\n\nconstinit const std::span<const registry_row> registry_rows[] = {\n" +
+         names + "};\n\n}  // namespace quillon::detail\n";
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::cerr << "usage: make_registries FOLDER OUT.cpp" << std::endl;
-    return 2;
-  }
-  try {
-    std::string text =
-        "// Made from data/registries; changes belong there.\n\n"
-        "#include <quillon/report/internal/registry_rows.h>\n\n"
-        "namespace quillon::detail {\n\nnamespace {\n\n";
-    std::string names;
-    for (const quillon::detail::RegistryList& list : quillon::detail::registry_lists) {
-      text += array_of(list, argv[1]);
-      names += std::string("    ") + list.name + ",\n";
-    }
-    text += "}  // namespace\n\nconstinit const std::span<const registry_row> registry_rows[] = {\n" + names +
-            "};\n\n}  // namespace quillon::detail\n";
-    std::ofstream out(argv[2], std::ios::binary);
-    out << text;
-    out.close();
-    if (!out) throw quillon::error((std::string(argv[2]) + ": can't be written").c_str());
-  } catch (const std::exception& e) {
-    std::cerr << e.what() << std::endl;
-    return 1;
-  }
-  return 0;
+  return make_source(argc, argv, rows_from);
 }
