@@ -24,6 +24,7 @@
 #include <quillon/demux/sources.h>
 #include <quillon/descriptors/dvb_classes.h>
 #include <quillon/faces/field_sink.h>
+#include <quillon/fields/dvb_text.h>
 #include <quillon/platform/debug_output.h>
 #include <quillon/report/dump.h>
 #include <quillon/report/registries.h>
