@@ -25,21 +25,29 @@ uint16_t unit_of(std::u16string_view table, char c) {
   return byte < 0xA0 ? byte : table[byte - 0xA0u];
 }
 
-bool is_control(uint16_t unit) {
+bool is_dropped(uint16_t unit) {
   return unit < 0x20 || (unit >= 0x7F && unit <= 0x9F) || (unit >= 0xE080 && unit <= 0xE09F);
 }
 
-// The control codes are U+0080 to U+009F but in 16-bit tables, and U+E080 to U+E09F in all tables that have
-// them.
+// The field's own codes are U+0080 to U+009F, but not in 16-bit tables, and U+E080 to U+E09F where they
+// exist.
 std::string without_controls(wide_string units, bool c1_breaks_lines = true) {
   size_t size = 0;
   for (const uint16_t unit : units)
     if (unit == 0xE000 + line_break || (c1_breaks_lines && unit == line_break))
       units[size++] = '\n';
-    else if (!is_control(unit))
+    else if (!is_dropped(unit))
       units[size++] = unit;
   units.resize(size);
   return platform::to_utf8(units);
+}
+
+// Null for a code that is none.
+const detail::Mark* mark_of(char c) {
+  const auto byte = static_cast<uint8_t>(c);
+  if (byte < 0xC0 || byte > 0xCF) return nullptr;
+  const detail::Mark& mark = detail::kMarks[byte - 0xC0u];
+  return mark.letters.empty() ? nullptr : &mark;
 }
 
 // The letters of table 00.
@@ -57,22 +65,21 @@ std::string from_table_00(std::string_view text) {
   units.reserve(text.size());
   for (size_t i = 0; i < text.size(); ++i) {
     const uint16_t unit = unit_of(detail::kTable00, text[i]);
-    const auto byte = static_cast<uint8_t>(text[i]);
-    const detail::Mark& mark = detail::kMarks[byte & 0x0F];
-    if (byte < 0xC0 || byte > 0xCF || mark.letters.empty() || i + 1 == text.size()) {
-      units += unit;
-    } else if (text[i + 1] == ' ') {
-      units += mark.spacing;
+    const detail::Mark* const mark = mark_of(text[i]);
+    const char next = i + 1 < text.size() ? text[i + 1] : '\0';
+    if (mark && next == ' ') {
+      units += mark->spacing;
       ++i;
-    } else if (is_letter(text[i + 1])) {
-      const uint16_t letter = unit_of(detail::kTable00, text[++i]);
-      const size_t at = mark.letters.find(static_cast<char16_t>(letter));
+    } else if (mark && is_letter(next)) {
+      const uint16_t letter = unit_of(detail::kTable00, next);
+      const size_t at = mark->letters.find(static_cast<char16_t>(letter));
       if (at != std::u16string_view::npos) {
-        units += mark.composed[at];
+        units += mark->composed[at];
       } else {
         units += letter;
         units += unit;
       }
+      ++i;
     } else {
       units += unit;
     }

@@ -1,4 +1,6 @@
+#include <bit>
 #include <cerrno>
+#include <cstdint>
 #include <iconv.h>
 #include <new>
 
@@ -20,7 +22,7 @@ class Converter {
     if (is_open()) iconv_close(handle_);
   }
 
-  bool is_open() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+  bool is_open() const { return handle_ != std::bit_cast<iconv_t>(intptr_t{-1}); }
 
   uint16_t character(uint8_t lead, uint8_t trail) const {
     char pair[] = {static_cast<char>(lead), static_cast<char>(trail)};
