@@ -52,47 +52,51 @@ bool grows(const std::string& text) {
          text.find("<frequency_list_descriptor ") != std::string::npos;
 }
 
+void agree(const Bytes& bytes, const std::string& element, Reading reading) {
+  const auto parse = [reading](AnyTable& table, const Bytes& section, bool keep_raw) {
+    table.set_reading(reading);
+    return outcome_of([&] { table.Parse(section.data(), section.size(), keep_raw); });
+  };
+  const auto strict = AnyTable::for_element(element);
+  const Outcome strictly = parse(*strict, bytes, false);
+  if (reading == Reading::kept) require(strict->get_descriptor_failures().empty());
+  const std::string report = report_of(*strict);
+  const std::string strictly_saved = saved(*strict);
+
+  const auto tolerant = AnyTable::for_element(element);
+  tolerant->set_tolerant(true);
+  const Outcome tolerantly = parse(*tolerant, bytes, true);
+  const std::string tolerantly_saved = saved(*tolerant);
+  check_failures(*tolerant, bytes);
+  if (reading == Reading::standard || tolerant->get_descriptor_failures().empty()) {
+    require(tolerantly == strictly);
+    require(report_of(*tolerant) == report);
+    require(tolerantly_saved == strictly_saved);
+  } else {
+    require(!strictly.accepted);
+  }
+
+  // What lies past a section changes nothing.
+  Bytes more = bytes;
+  more.insert(more.end(), 300, 0xA5);
+  const auto beside = AnyTable::for_element(element);
+  require(parse(*beside, more, false) == strictly);
+  require(report_of(*beside) == report);
+  require(saved(*beside) == strictly_saved);
+
+  if (!tolerantly.accepted) return;
+  const std::string once = saved_again(element, tolerantly_saved);
+  if (!once.empty() && !grows(tolerantly_saved)) require(saved_again(element, once) == once);
+}
+
 }  // namespace
 
 void agreement(const uint8_t* data, size_t size) {
   if (size < 1) return;
   Bytes bytes(data, data + size);
   repair(bytes);
-  const auto parse = [](AnyTable& table, const Bytes& section, bool keep_raw) {
-    return outcome_of([&] { table.Parse(section.data(), section.size(), keep_raw); });
-  };
-  for (const std::string& element : elements_for(bytes[0])) {
-    const auto strict = AnyTable::for_element(element);
-    const Outcome strictly = parse(*strict, bytes, false);
-    require(strict->get_descriptor_failures().empty());
-    const std::string report = report_of(*strict);
-    const std::string strictly_saved = saved(*strict);
-
-    const auto tolerant = AnyTable::for_element(element);
-    tolerant->set_tolerant(true);
-    const Outcome tolerantly = parse(*tolerant, bytes, true);
-    const std::string tolerantly_saved = saved(*tolerant);
-    check_failures(*tolerant, bytes);
-    if (tolerant->get_descriptor_failures().empty()) {
-      require(tolerantly == strictly);
-      require(report_of(*tolerant) == report);
-      require(tolerantly_saved == strictly_saved);
-    } else {
-      require(!strictly.accepted);
-    }
-
-    // What lies past a section changes nothing.
-    Bytes more = bytes;
-    more.insert(more.end(), 300, 0xA5);
-    const auto beside = AnyTable::for_element(element);
-    require(parse(*beside, more, false) == strictly);
-    require(report_of(*beside) == report);
-    require(saved(*beside) == strictly_saved);
-
-    if (!tolerantly.accepted) continue;
-    const std::string once = saved_again(element, tolerantly_saved);
-    if (!once.empty() && !grows(tolerantly_saved)) require(saved_again(element, once) == once);
-  }
+  for (const std::string& element : elements_for(bytes[0]))
+    for (const Reading reading : {Reading::kept, Reading::standard}) agree(bytes, element, reading);
 }
 
 }  // namespace quillon::fuzz

@@ -20,6 +20,8 @@ namespace quillon::fuzz {
 
 namespace {
 
+constexpr Reading kReadings[] = {Reading::kept, Reading::standard};
+
 // True unless the library refuses.
 template <class Action>
 bool accepted(Action action) {
@@ -51,8 +53,10 @@ void look_at_all(const std::vector<Descriptor>& descriptors) {
     descriptor.SaveSection(document.dom(), document.create_root("d"));
     Descriptor copy = descriptor;
     accepted([&] { copy.Parse(document.root()); });
-    Reader reader;
-    copy.walk(reader);
+    for (const Reading reading : kReadings) {
+      Reader reader;
+      copy.walk(reader, reading);
+    }
     copy.reset();
   }
 }
@@ -83,14 +87,16 @@ class Owner : public Loop {
 };
 
 void walk_loop(const DescriptorLoop& loop) {
-  Reader reader;
-  loop._walk_descriptors(reader);
+  for (const Reading reading : kReadings) {
+    Reader reader;
+    loop._walk_descriptors(reader, reading);
+  }
 }
 
 template <class Loop>
-void take(const Bytes& descriptor) {
+void take(const Bytes& descriptor, Reading reading) {
   Owner<Loop> owner;
-  accepted([&] { owner.take(ByteView(descriptor.data(), descriptor.size())); });
+  accepted([&] { owner.take(ByteView(descriptor.data(), descriptor.size(), reading)); });
   walk_loop(owner);
   look_at_loop(owner);
   look_at_all(owner.get_general_descriptors());
@@ -102,42 +108,49 @@ void take(const Bytes& descriptor) {
   walk_loop(again);
 }
 
+// All that is done with a section.
+void section(const Bytes& bytes, const std::string& element, Reading reading) {
+  const auto table = AnyTable::for_element(element);
+  table->set_reading(reading);
+  if (!accepted([&] { parse(*table, bytes, true); })) {
+    // What was read until then can be looked at too.
+    look_at(*table);
+    saved(*table);
+    table->reset();
+    table->set_tolerant(true);
+    accepted([&] { parse(*table, bytes, true); });
+  }
+  look_at(*table);
+
+  const auto loaded = AnyTable::for_element(element);
+  const xml::Document document = xml::Document::from_text(saved(*table));
+  accepted([&] { loaded->ParseDOM(document.root()); });
+  look_at(*loaded);
+
+  // A second parse adds to the first.
+  accepted([&] { parse(*table, bytes, false); });
+  look_at(*table);
+}
+
 }  // namespace
 
 void section(const uint8_t* data, size_t size) {
   if (size < 1) return;
   Bytes bytes(data, data + size);
   repair(bytes);
-  for (const std::string& element : elements_for(bytes[0])) {
-    const auto table = AnyTable::for_element(element);
-    if (!accepted([&] { parse(*table, bytes, true); })) {
-      // What was read until then can be looked at too.
-      look_at(*table);
-      saved(*table);
-      table->reset();
-      table->set_tolerant(true);
-      accepted([&] { parse(*table, bytes, true); });
-    }
-    look_at(*table);
-
-    const auto loaded = AnyTable::for_element(element);
-    const xml::Document document = xml::Document::from_text(saved(*table));
-    accepted([&] { loaded->ParseDOM(document.root()); });
-    look_at(*loaded);
-
-    // A second parse adds to the first.
-    accepted([&] { parse(*table, bytes, false); });
-    look_at(*table);
-  }
+  for (const std::string& element : elements_for(bytes[0]))
+    for (const Reading reading : kReadings) section(bytes, element, reading);
 }
 
 void descriptor(const uint8_t* data, size_t size) {
   if (size < 2) return;
   const Bytes bytes(data, data + size);  // its own end, watched
-  take<DvbLoop>(bytes);
-  take<AtscLoop>(bytes);
-  take<AitLoop>(bytes);
-  take<IntLoop>(bytes);
+  for (const Reading reading : kReadings) {
+    take<DvbLoop>(bytes, reading);
+    take<AtscLoop>(bytes, reading);
+    take<AitLoop>(bytes, reading);
+    take<IntLoop>(bytes, reading);
+  }
 }
 
 void document(const uint8_t* data, size_t size) {

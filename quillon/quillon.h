@@ -23,6 +23,7 @@
 #include <quillon/atsc/tvct.h>
 #include <quillon/demux/sources.h>
 #include <quillon/descriptors/dvb_classes.h>
+#include <quillon/descriptors/event/extended_text.h>
 #include <quillon/faces/field_sink.h>
 #include <quillon/fields/dvb_text.h>
 #include <quillon/platform/debug_output.h>

@@ -167,6 +167,7 @@ class Run {
     const std::unique_ptr<AnyTable> table = AnyTable::for_table_id(section.table_id(), standard);
     if (!table || !(options_.all || seen_.add(section))) return;
     table->set_tolerant(true);
+    table->set_reading(options_.reading);
     try {
       table->Parse(section.bytes, section.size, false);
     } catch (const error& e) {

@@ -18,6 +18,8 @@ struct Options {
   bool all = false;                  // repeated sections too
   bool full = false;                 // the fields that reports leave out
   std::optional<Standard> standard;  // found from the stream, if there is none
+  Reading reading = Reading::kept;
+  int text_table = 0;  // set_default_text_table
 };
 
 // Each gives an exit code; results go to standard output, messages to standard error.

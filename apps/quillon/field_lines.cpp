@@ -37,11 +37,11 @@ void FieldLines::bytes(const char* name, const uint8_t* data, size_t size) {
 }
 
 void FieldLines::time(const char* name, const DateTime& utc) {
-  line(name, iso_8601(utc));
+  line(name, utc.is_defined() ? iso_8601(utc) : "undefined");
 }
 
 void FieldLines::duration(const char* name, const Duration& value) {
-  line(name, clock(value));
+  line(name, value.is_defined() ? clock(value) : "undefined");
 }
 
 void FieldLines::begin(const char* name, const char*) {

@@ -2,14 +2,18 @@
 #include "apps/quillon/names.h"
 
 #include <CLI/CLI.hpp>
+#include <iostream>
+#include <map>
 #include <new>
 #include <optional>
 #include <string>
 
+#include <quillon/fields/dvb_text.h>
 #include <quillon/version.h>
 
 namespace {
 
+using quillon::Reading;
 using quillon::Standard;
 using quillon::app::Options;
 
@@ -28,6 +32,18 @@ void add_input_options(CLI::App& command, Options& options, std::string& standar
   command.add_flag("--all", options.all, "show a section each time it is sent");
   command.add_option("--standard", standard, "what table id 2 and the user range mean: dvb, atsc, or auto")
       ->check(CLI::IsMember({"dvb", "atsc", "auto"}))
+      ->capture_default_str();
+  command
+      .add_option("--reading", options.reading,
+                  "kept: fields as documents have always had them; standard: as the standards in force say")
+      ->transform(CLI::Transformer(
+          std::map<std::string, Reading>{{"kept", Reading::kept}, {"standard", Reading::standard}}))
+      ->default_str("kept");
+  command
+      .add_option(
+          "--text-table", options.text_table,
+          "in the standard reading, the table of texts that select none: N for ISO 8859-N, 0 as they should")
+      ->check(CLI::Range(0, 15))
       ->capture_default_str();
 }
 
@@ -71,6 +87,10 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? quillon::app::exit_ok : quillon::app::exit_usage;
+  }
+  if (!quillon::set_default_text_table(options.text_table)) {
+    std::cerr << "quillon: there is no ISO 8859-" << options.text_table << std::endl;
+    return quillon::app::exit_usage;
   }
   if (standard != "auto") options.standard = standard == "atsc" ? Standard::atsc : Standard::dvb;
 

@@ -40,6 +40,10 @@ const char* Ait::get_application_type_text(int application_type) {
   return detail::application_type_text(application_type);
 }
 
+const char* Ait::standard_application_type_text(int application_type) {
+  return detail::standard_application_type_text(application_type);
+}
+
 void Ait::_reset() {
   applications_.clear();
   clear_general_descriptors();
@@ -62,7 +66,9 @@ void Ait::Application::dump_state(std::ostream& stream) const {
 
 template <class V, class S>
 void Ait::describe(V& v, S& s) {
-  v.more("application_type", s.get_application_type(), detail::application_type_text);
+  v.more("application_type", s.get_application_type(),
+         {detail::application_type_text, detail::standard_application_type_text});
+  v.standard("test_application_flag", s.get_test_application_flag());
   v.field("common_descriptors_length", s.common_descriptors_length_);
   v.field("application_loop_length", s.application_loop_length_);
   v.rows("application_infos", "application_info", s.applications_);

@@ -6,7 +6,8 @@
 
 namespace quillon {
 
-// Application information table of MHP (TS 102 812, 10.4.6). Any table id is accepted.
+// Application information table of MHP (TS 102 812, 10.4.6). Any table id is accepted, in the standard
+// reading 0x74 alone.
 //
 //   reserved                    4
 //   common_descriptors_length  12
@@ -43,7 +44,7 @@ class QUILLON_API Ait : public PsiTableBase, public AitLoop {
 
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
    private:
     template <class Visitor, class Self>
@@ -57,9 +58,18 @@ class QUILLON_API Ait : public PsiTableBase, public AitLoop {
   const char* get_table_id_text() const override { return "ait"; }
   void walk(FieldSink& sink) const;
 
-  int get_application_type() const { return get_context_id(); }
+  // 15 bits in the standard reading, else 16.
+  int get_application_type() const {
+    // Quirk: Ait application_type
+    return standard() ? get_context_id() & 0x7FFF : get_context_id();
+  }
+  // 1: the applications are there to test receivers (TS 102 809, 5.3.4.6). 0 in the kept reading, which
+  // takes the bit for one of the type.
+  int get_test_application_flag() const { return standard() ? get_context_id() >> 15 : 0; }
   static const char* get_application_type_text(int application_type);
   const char* get_application_type_text() const { return get_application_type_text(get_application_type()); }
+  // In the edition in force.
+  static const char* standard_application_type_text(int application_type);
   int get_common_descriptors_length() const { return common_descriptors_length_; }
   int get_application_loop_length() const { return application_loop_length_; }
   const std::vector<Application>& get_applications() const { return applications_; }
@@ -72,7 +82,8 @@ class QUILLON_API Ait : public PsiTableBase, public AitLoop {
   // error(error::length_mismatch, "application length mismatch").
   void _parse(ByteView body, bool keep_raw) override;
   bool _save_section(void* document, void* node) const override;
-  bool is_valid_tablesid() const override { return true; }
+  // Quirk: Ait table_id
+  bool is_valid_tablesid() const override { return !standard() || get_table_id() == 0x74; }
   bool is_valid_syntax_indicator(int) const override { return true; }
   bool is_valid_reserved_header(int) const override { return true; }
 

@@ -7,7 +7,8 @@ namespace quillon {
 using namespace detail;
 
 constinit const Family AitLoop::family = make_family(
-    {QUILLON_AIT_KINDS(QUILLON_KIND_ROW) QUILLON_GENERAL_ROW(true), QUILLON_USER_PRIVATE_ROW(true)}, false);
+    {QUILLON_AIT_KINDS(QUILLON_KIND_ROW) QUILLON_GENERAL_ROW(true), QUILLON_USER_PRIVATE_ROW(true)}, false,
+    true);
 
 #define QUILLON_BODY(tag, Class, accessor, element)           \
   const std::vector<Class>& AitLoop::get_##accessor() const { \

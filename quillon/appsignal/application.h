@@ -51,13 +51,16 @@ class QUILLON_API DescriptorAitApplicationName final : public DescriptorAitBase 
     ApplicationNameInfo(ByteView p, int /*length*/, int& consumed)
         : iso_639_language_code_(p),
           application_name_length_(p[3]),
-          application_name_(p.present(4, application_name_length_)) {
+          // Quirk: DescriptorDataBroadcast text, DescriptorAitApplicationName
+          application_name_(p.standard() ? WireText::from_dvb(p.present(4, application_name_length_))
+                                         : WireText(p.present(4, application_name_length_), p.reading())) {
       consumed = 4 + application_name_length_;
     }
 
     QUILLON_FIELD(CodeCharacters, iso_639_language_code, get_iso_639_language_code);
     QUILLON_FIELD(int, application_name_length, get_application_name_length);
-    QUILLON_FIELD(std::string, application_name, get_application_name);
+    // DVB text in the standard reading.
+    QUILLON_FIELD(WireText, application_name, get_application_name);
 
     QUILLON_RECORD_FACES;
   };
@@ -79,13 +82,14 @@ class QUILLON_API DescriptorAitApplicationIcons final : public DescriptorAitBase
   explicit DescriptorAitApplicationIcons(ByteView d)
       : DescriptorAitBase(d),
         icon_locator_length_(d[2]),
-        icon_locator_(d.present(3, icon_locator_length_)),
+        // Quirk: texts of an Ait but application_name
+        icon_locator_(d.present(3, icon_locator_length_), d.reading()),
         icon_flags_(d.u16(3 + icon_locator_length_)),
         reserved_future_use_(
             d.bytes(5 + icon_locator_length_, descriptor_length - icon_locator_length_ - 3)) {}
 
   QUILLON_FIELD(int, icon_locator_length, get_icon_locator_length);
-  QUILLON_FIELD(std::string, icon_locator, get_icon_locator);
+  QUILLON_FIELD(WireText, icon_locator, get_icon_locator);
   QUILLON_FIELD(int, icon_flags, get_icon_flags);
   QUILLON_FIELD(std::vector<uint8_t>, reserved_future_use, get_reserved_future_use);
 

@@ -13,6 +13,6 @@ void DsmCC::describe(V& v, S& s) {
   v.more("table_id_extension", s.get_table_extension());
   v.more("data", s.data_);
 }
-QUILLON_WALK_OF(DsmCC)
+QUILLON_TABLE_WALK_OF(DsmCC)
 
 }  // namespace quillon

@@ -7,14 +7,16 @@ namespace quillon {
 
 // Each of the following is a string with its length and a second one to the end of the descriptor.
 
-// The parameter of a DVB-HTML application (TS 102 812, 10.10.1).
+// The parameter of a DVB-HTML application (TS 102 812, 10.10.1). The first string is a list of ids of 16
+// bits, taken apart in the standard reading alone, where an odd last byte is ignored.
 class QUILLON_API DescriptorDVB_HTML_Application final : public DescriptorAitBase {
  public:
   DescriptorDVB_HTML_Application() = default;
   explicit DescriptorDVB_HTML_Application(ByteView d);
 
   QUILLON_FIELD(LengthPrefixedString, application_id, get_application_id);
-  QUILLON_FIELD(std::string, parameter, get_parameter);
+  QUILLON_FIELD(std::vector<int>, application_ids, get_application_ids);  // in the standard reading
+  QUILLON_FIELD(WireText, parameter, get_parameter);
 
   QUILLON_FACES();
 };
@@ -26,7 +28,7 @@ class QUILLON_API DescriptorDVB_HTML_ApplicationLocation final : public Descript
   explicit DescriptorDVB_HTML_ApplicationLocation(ByteView d);
 
   QUILLON_FIELD(LengthPrefixedString, physical_root, get_physical_root);
-  QUILLON_FIELD(std::string, initial_path, get_initial_path);
+  QUILLON_FIELD(WireText, initial_path, get_initial_path);
 
   QUILLON_FACES();
 };
@@ -38,7 +40,7 @@ class QUILLON_API DescriptorDVB_HTML_ApplicationLocationBoundary final : public 
   explicit DescriptorDVB_HTML_ApplicationLocationBoundary(ByteView d);
 
   QUILLON_FIELD(LengthPrefixedString, label, get_label);
-  QUILLON_FIELD(std::string, regular_expression, get_regular_expression);
+  QUILLON_FIELD(WireText, regular_expression, get_regular_expression);
 
   QUILLON_FACES();
 };

@@ -26,7 +26,8 @@ DescriptorDVB_J_ApplicationLocation::DescriptorDVB_J_ApplicationLocation(ByteVie
   pos += size;
   classpath_extension_ = LengthPrefixedString(d.from(pos), end - pos, size);
   pos += size;
-  initial_class_ = d.present(pos, end - pos);
+  // Quirk: texts of an Ait but application_name
+  initial_class_ = WireText(d.present(pos, end - pos), d.reading());
 }
 
 template <class V, class S>

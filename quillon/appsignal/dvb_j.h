@@ -25,7 +25,7 @@ class QUILLON_API DescriptorDVB_J_ApplicationLocation final : public DescriptorA
 
   QUILLON_FIELD(LengthPrefixedString, base_directory, get_base_directory);
   QUILLON_FIELD(LengthPrefixedString, classpath_extension, get_classpath_extension);
-  QUILLON_FIELD(std::string, initial_class, get_initial_class);
+  QUILLON_FIELD(WireText, initial_class, get_initial_class);
 
   QUILLON_FACES();
 };

@@ -83,8 +83,8 @@ void Int::TargetOperationalDescriptors::Parse(void* node) {
   load_child("operationaldescriptorloop", operational_descriptor_loop_);
 }
 
-void Int::TargetOperationalDescriptors::walk(FieldSink& sink) const {
-  faces::Walk v(sink);
+void Int::TargetOperationalDescriptors::walk(FieldSink& sink, Reading reading) const {
+  faces::Walk v(sink, reading);
   v.child("targetdescriptorloop", target_descriptor_loop_);
   v.child("operationaldescriptorloop", operational_descriptor_loop_);
 }

@@ -5,7 +5,8 @@
 
 namespace quillon {
 
-// IP/MAC notification table (EN 301 192, 8.4). Any table id is accepted; action_type and platform_id_hash are
+// IP/MAC notification table (EN 301 192, 8.4). Any table id is accepted, in the
+// standard reading 0x4C alone; action_type and platform_id_hash are
 // the two bytes of the header's extension. No report shows more than the header.
 //
 //   platform_id                      24
@@ -37,7 +38,7 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
     void Parse(ByteView p, int& consumed, const RowContext& row);
     void Parse(void* node);
     bool SaveSection(void* document, void* element) const;
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
     int get_target_descriptor_loop_length() const { return loop_length_; }
 
@@ -55,7 +56,7 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
     void Parse(ByteView p, int& consumed, const RowContext& row);
     void Parse(void* node);
     bool SaveSection(void* document, void* element) const;
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
     int get_operational_descriptor_loop_length() const { return loop_length_; }
 
@@ -84,7 +85,7 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
     // Throws error("failed"), error("failed to get targetdescriptorloop") and
     // error("failed to get operationaldescriptorloop").
     void Parse(void* node);
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
    private:
     TargetDescriptorLoop target_descriptor_loop_;
@@ -111,7 +112,8 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
   // error("descriptor start end mismatch").
   void _parse(ByteView body, bool keep_raw) override;
   bool _save_section(void* document, void* node) const override;
-  bool is_valid_tablesid() const override { return true; }
+  // Quirk: Int table_id
+  bool is_valid_tablesid() const override { return !standard() || get_table_id() == 0x4C; }
   bool is_valid_syntax_indicator(int) const override { return true; }
   bool is_valid_reserved_header(int) const override { return true; }
 

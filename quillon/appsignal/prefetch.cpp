@@ -6,7 +6,8 @@ namespace quillon {
 
 DescriptorAitPreFetch::DescriptorAitPreFetch(ByteView d)
     : DescriptorAitBase(d), transport_protocol_label_(d[2]) {
-  if (!read_uneven_rows(prefetch_info_, d, 3, descriptor_length))
+  // Quirk: DescriptorAitPreFetch rows
+  if (!read_uneven_rows(prefetch_info_, d, 3, descriptor_length - (d.standard() ? 1 : 0)))
     throw error(error::length_mismatch, "prefetch_descriptor: 1");
 }
 
@@ -27,7 +28,13 @@ QUILLON_RECORD_FACES_OF(DescriptorAitPreFetch::PreFetchInfo)
 
 DescriptorAitDIILocation::DescriptorAitDIILocation(ByteView d)
     : DescriptorAitBase(d), transport_protocol_label_(d[2]) {
-  if (descriptor_length % 4 != 0) throw error(error::length_mismatch, "dii_location_descriptor: 1");
+  // Quirk: DescriptorAitDIILocation rows
+  const int label = d.standard() ? 1 : 0;
+  if ((descriptor_length - label) % 4 != 0) throw error(error::length_mismatch, "dii_location_descriptor: 1");
+  if (d.standard()) {
+    read_rows(dii_location_infos_, d, 3, descriptor_length - 1, 4);
+    return;
+  }
   dii_location_infos_.assign(static_cast<size_t>(descriptor_length) / 4, DIILocationInfo(d));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quillon/descriptors/descriptor_base.h>
+#include <quillon/fields/wire_text.h>
 
 namespace quillon {
 
@@ -12,14 +13,16 @@ class QUILLON_API DescriptorAitPreFetch final : public DescriptorAitBase {
     PreFetchInfo() = default;
     // `length` is not looked at; `consumed` becomes the length byte and the label.
     PreFetchInfo(ByteView p, int /*length*/, int& consumed)
-        : label_length_(p[0]), label_(p.present(1, label_length_)) {
+        : label_length_(p[0]), label_(p.present(1, label_length_), p.reading()) {
       consumed = 1 + label_length_;
+      // Quirk: DescriptorAitPreFetch rows
+      if (p.standard()) prefetch_priority_ = p[consumed++];
     }
 
     QUILLON_FIELD(int, label_length, get_label_length);
-    QUILLON_FIELD(std::string, label, get_label);
-    // Not read from the wire, where its byte begins the next row. Kept: readers of reports and saved
-    // documents rely on it.
+    QUILLON_FIELD(WireText, label, get_label);
+    // 1 to 100, the highest, in the standard reading. Else its byte begins the next row. Kept: readers of
+    // reports and saved documents rely on it.
     QUILLON_FIELD(int, prefetch_priority, get_prefetch_priority);
 
     QUILLON_RECORD_FACES;
@@ -27,7 +30,8 @@ class QUILLON_API DescriptorAitPreFetch final : public DescriptorAitBase {
 
   DescriptorAitPreFetch() = default;
   // Throws error(error::length_mismatch, "prefetch_descriptor: 1") unless the last row ends one byte past the
-  // descriptor: the rows are given the whole length, though the label has taken a byte of it.
+  // descriptor: the rows are given the whole length, though the label has taken a byte of it. In the standard
+  // reading they end with it.
   explicit DescriptorAitPreFetch(ByteView d);
 
   QUILLON_FIELD(int, transport_protocol_label, get_transport_protocol_label);
@@ -54,7 +58,8 @@ class QUILLON_API DescriptorAitDIILocation final : public DescriptorAitBase {
   DescriptorAitDIILocation() = default;
   // Throws error(error::length_mismatch, "dii_location_descriptor: 1") unless the length is a multiple of 4,
   // though the label takes a byte of it. Each row is read from the descriptor's first byte, so that all are
-  // equal. Both kept: readers of saved documents rely on them.
+  // equal. Both kept: readers of saved documents rely on them. In the standard reading the rows are in what
+  // follows the label.
   explicit DescriptorAitDIILocation(ByteView d);
 
   QUILLON_FIELD(int, transport_protocol_label, get_transport_protocol_label);

@@ -35,13 +35,17 @@ class QUILLON_API DescriptorAitRoutingIPv4 final : public DescriptorAitBase {
 class QUILLON_API DescriptorAitRoutingIPv6 final : public DescriptorAitBase {
  public:
   // The address and the mask have 16 bytes each. The port begins on the address's last byte and the mask on
-  // the port's last one, and byte 34 is not read. Kept: readers of reports and saved documents rely on it.
+  // the port's last one, and byte 34 is not read. Kept: readers of reports and saved documents rely on it. In
+  // the standard reading each has its own bytes.
   class QUILLON_API RoutingIPv6Info {
    public:
     RoutingIPv6Info() = default;
-    explicit RoutingIPv6Info(ByteView p) : component_tag_(p[0]), port_number_(p.u16(16)) {
+    explicit RoutingIPv6Info(ByteView p)
+        : component_tag_(p[0]),
+          // Quirk: RoutingIPv6Info port, mask
+          port_number_(p.u16(p.standard() ? 17 : 16)) {
       address_.parse(p.from(1));
-      address_mask_.parse(p.from(18));
+      address_mask_.parse(p.from(p.standard() ? 19 : 18));
     }
 
     int get_component_tag() const { return component_tag_; }

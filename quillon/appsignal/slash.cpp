@@ -22,7 +22,8 @@ void DescriptorIntTargetIPSlash::IPSlash::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetIPSlash::IPSlash)
 
 DescriptorIntTargetIPSourceSlash::DescriptorIntTargetIPSourceSlash(ByteView d) : DescriptorIntBase(d) {
-  detail::read_whole_rows(slash_, d, 0, 8);
+  // Quirk: DescriptorIntTargetIPSourceSlash rows
+  detail::read_whole_rows(slash_, d, 0, d.standard() ? 10 : 8, d.standard());
 }
 
 template <class V, class S>

@@ -31,7 +31,7 @@ class QUILLON_API DescriptorIntTargetIPSlash final : public DescriptorIntBase {
 };
 
 // A row of 10 bytes every 8: rows overlap by 2 bytes, and the last one ends 2 bytes past the descriptor.
-// Kept: readers of saved documents rely on it.
+// Kept: readers of saved documents rely on it. In the standard reading there is one every 10.
 class QUILLON_API DescriptorIntTargetIPSourceSlash final : public DescriptorIntBase {
  public:
   class QUILLON_API IPSourceSlash {

@@ -19,7 +19,8 @@ QUILLON_SILENT_FACES_OF(DescriptorIntTargetSerialNumber, "target_serial_number_d
 
 DescriptorIntTargetMACAddress::DescriptorIntTargetMACAddress(ByteView d) : DescriptorIntBase(d) {
   mac_addr_mask_.parse(d.from(2));
-  detail::read_whole_rows(mac_addr_, d, MACAddress::size, MACAddress::size);
+  // Quirk: DescriptorIntTargetMACAddress, DescriptorIntTargetMACAddressRange incomplete rows
+  detail::read_whole_rows(mac_addr_, d, MACAddress::size, MACAddress::size, d.standard());
 }
 
 template <class V, class S>
@@ -36,7 +37,8 @@ void DescriptorIntTargetMACAddress::MACAddressItem::describe(V& v, S& s) {
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorIntTargetMACAddress::MACAddressItem)
 
 DescriptorIntTargetMACAddressRange::DescriptorIntTargetMACAddressRange(ByteView d) : DescriptorIntBase(d) {
-  detail::read_whole_rows(macaddressrange_, d, 0, 2 * MACAddress::size);
+  // Quirk: DescriptorIntTargetMACAddress, DescriptorIntTargetMACAddressRange incomplete rows
+  detail::read_whole_rows(macaddressrange_, d, 0, 2 * MACAddress::size, d.standard());
 }
 
 template <class V, class S>

@@ -6,8 +6,8 @@
 namespace quillon {
 
 // The descriptors below name the receivers that a notification is for (EN 301 192, 8.4.5). A length that does
-// not suit the rows of a class throws error("descriptor size mismatch"). A MAC address is not read from the
-// wire: only a load gives it a value.
+// not suit the rows of a class throws error("descriptor size mismatch"). A MAC address is read from the
+// wire in the standard reading alone: else only a load gives it a value.
 
 // Receivers by their smartcards.
 class QUILLON_API DescriptorIntTargetSmartcard final : public DescriptorIntBase {

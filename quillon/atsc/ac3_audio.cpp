@@ -28,6 +28,11 @@ unsigned address(ByteView d, int i) {
 }  // namespace
 
 DescriptorAtscAC3Audio::DescriptorAtscAC3Audio(ByteView d) : DescriptorAtscWireOnly(d) {
+  // Quirk: DescriptorAtscAC3Audio optional fields, text
+  if (d.standard()) {
+    read_standard(d.from(2).upto(descriptor_length));
+    return;
+  }
   if (descriptor_length < 7) throw error("DescriptorAtscAC3Audio: descriptor_length too small");
   const platform::DebugOutput output = platform::debug_output();
   sample_rate_code = d.bits(2, 7, 3);
@@ -82,6 +87,50 @@ DescriptorAtscAC3Audio::DescriptorAtscAC3Audio(ByteView d) : DescriptorAtscWireO
   trace(output, "DescriptorAtscAC3Audio: additional_info_length=%d", additional_info_length);
   if (additional_info_length < 0) throw error("DescriptorAtscAC3Audio: fatal error");
   additional_info = d.bytes(pos, additional_info_length);
+}
+
+void DescriptorAtscAC3Audio::read_standard(ByteView body) {
+  if (descriptor_length < 3) throw error("DescriptorAtscAC3Audio: descriptor_length too small");
+  sample_rate_code = body.bits(0, 7, 3);
+  bsid = body.bits(0, 4, 5);
+  bit_rate_code = body.bits(1, 7, 6);
+  surround_mode = body.bits(1, 1, 2);
+  bsmod = body.bits(2, 7, 3);
+  num_channels = body.bits(2, 4, 4);
+  full_svc = body.bits(2, 0, 1);
+  // Past the end of the body all fields are 0.
+  langcod = body[3];
+  int pos = 4;
+  if (num_channels == 0) langcod2 = body[pos++];
+  if (bsmod < 2) {
+    mainid = body.bits(pos, 7, 3);
+    priority = body.bits(pos, 4, 2);
+  } else {
+    asvcflags = body[pos];
+  }
+  ++pos;
+  textlen = body.bits(pos, 7, 7);
+  text_code = body.bits(pos, 0, 1);
+  ++pos;
+  const std::string_view bytes = body.present(pos, textlen);
+  if (text_code == 1)
+    text = bytes;
+  else
+    for (size_t i = 0; i + 1 < bytes.size(); i += 2)
+      wide_text.push_back(static_cast<uint16_t>(body.u16(pos + static_cast<int>(i))));
+  pos += textlen;
+  language_flag = body.bits(pos, 7, 1);
+  language_flag_2 = body.bits(pos, 6, 1);
+  ++pos;
+  if (language_flag) {
+    language.parse(body.from(pos));
+    pos += 3;
+  }
+  if (language_flag_2) {
+    language_2.parse(body.from(pos));
+    pos += 3;
+  }
+  additional_info = body.bytes(pos, descriptor_length - pos);
 }
 
 const char* DescriptorAtscAC3Audio::get_sample_rate_code_text(int sample_rate_code) {

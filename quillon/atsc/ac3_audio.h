@@ -13,7 +13,8 @@ namespace quillon {
 class QUILLON_API DescriptorAtscAC3Audio final : public DescriptorAtscWireOnly {
  public:
   DescriptorAtscAC3Audio() = default;
-  // Throws error("DescriptorAtscAC3Audio: descriptor_length too small") below 7,
+  // In the standard reading throws error("DescriptorAtscAC3Audio: descriptor_length too small") below 3; the
+  // fields behind full_svc are there as far as the body goes. Else throws the same below 7,
   // "DescriptorAtscAC3Audio: textlen mismatch" for wide text of odd length, and
   // "DescriptorAtscAC3Audio: fatal error" if the fields go beyond the descriptor.
   explicit DescriptorAtscAC3Audio(ByteView d);
@@ -55,6 +56,7 @@ class QUILLON_API DescriptorAtscAC3Audio final : public DescriptorAtscWireOnly {
   std::vector<uint8_t> additional_info;
 
   QUILLON_WALK;
+  void read_standard(ByteView body);
 };
 
 }  // namespace quillon

@@ -13,7 +13,8 @@ QUILLON_MPEG2_KINDS(QUILLON_KIND_CLASS)
 
 // Owns a descriptor loop of ATSC tables (A/65, 6.9). Every tag is accepted by every owner: those with a class
 // go to the vector of their class, the others to the general vector below 128 and to the user private one
-// from 128 up. A descriptor that its class refuses goes to the general vector, whatever its tag.
+// from 128 up. A descriptor that its class refuses goes to the general vector, whatever its tag, and
+// by its tag in the standard reading.
 class QUILLON_API AtscLoop : public DescriptorLoop {
  public:
   AtscLoop() noexcept : DescriptorLoop(family) {}

@@ -7,9 +7,14 @@ namespace quillon {
 
 // What the tables of ATSC have in common. Their fields are public members; their documents hold the section
 // header alone; reset empties none of them unless its class says so. A descriptor that its class refuses is
-// always kept as a general one, so that set_tolerant changes nothing.
+// always kept as a general one, so that set_tolerant changes nothing; the standard reading keeps those from
+// tag 128 up as user private ones, and holds the failures.
 class QUILLON_API AtscTable : public PsiTableBase {
  protected:
+  // What rows and loops know of the table, which holds no failures of the kept reading.
+  RowContext context(ByteView body, bool keep_raw = false) {
+    return {body, keep_raw, standard() ? tolerance() : nullptr};
+  }
   // Offset of the section's end from the body.
   int section_end() const { return body_size() + 4; }
 

@@ -20,7 +20,8 @@ DescriptorAtscCaptionService::Service::Service(ByteView data)
   if (digital_cc)
     caption_service_number = data.bits(3, 5, 6);
   else
-    line21_field = data.bits(3, 5, 5);
+    // Quirk: DescriptorAtscCaptionService line21_field
+    line21_field = data.standard() ? data.bits(3, 0, 1) : data.bits(3, 5, 5);
 }
 
 template <class V, class S>

@@ -15,7 +15,7 @@ class QUILLON_API DescriptorAtscCaptionService final : public DescriptorAtscWire
     ISO639LanguageCode language;
     int digital_cc = 0;
     int caption_service_number = 0;  // 6 bits, for digital captions
-    int line21_field = 0;            // bits 1 to 5 of its byte, for the others
+    int line21_field = 0;            // for the others: bit 0, but bits 1 to 5 when kept
     int easy_reader = 0;
     int wide_aspect_ratio = 0;
 

@@ -8,7 +8,14 @@ DescriptorAtscContentAdvisory::DescriptorAtscContentAdvisory(ByteView d)
   const int end = 2 + descriptor_length;
   int pos = 3;
   // A region takes all that is left, so that there is never a second one: kept.
-  if (rating_region_count > 0 && pos < end && d.has(pos)) {
+  // Quirk: DescriptorAtscContentAdvisory regions
+  if (d.standard()) {
+    for (int n = 0; n < rating_region_count && pos < end && d.has(pos); ++n) {
+      regions.emplace_back(d.from(pos), end - pos);
+      pos += regions.back().size();
+    }
+    if (pos < end) pos = end;
+  } else if (rating_region_count > 0 && pos < end && d.has(pos)) {
     regions.emplace_back(d.from(pos), end - pos);
     pos = end;
   }
@@ -21,6 +28,10 @@ DescriptorAtscContentAdvisory::Region::Region(ByteView data, int length)
   for (int n = 0; n < rated_dimensions && pos < length && data.has(pos); ++n, pos += 2)
     dimensions.emplace_back(data.from(pos));
   rating_description_length = data[pos];
+  if (data.standard()) {
+    rating_description_text.parse_field(data, pos + 1, rating_description_length);
+    return;
+  }
   int consumed = rating_description_length;
   rating_description_text.parse(data.from(pos + 1), consumed);
   if (consumed != rating_description_length)

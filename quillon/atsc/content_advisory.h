@@ -5,7 +5,8 @@
 
 namespace quillon {
 
-// The ratings of an event (A/65, 6.9.3). Of several regions only the first is read.
+// The ratings of an event (A/65, 6.9.3). Of several regions only the first is read, but
+// in the standard reading.
 class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWireOnly {
  public:
   //   rating_region               8
@@ -27,8 +28,10 @@ class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWir
     };
 
     // `length` bounds the dimensions alone. Throws error("DescriptorAtscContentAdvisory::Region: region start
-    // end mismatch") unless the text has its length.
+    // end mismatch") unless the text has its length, except in the standard reading.
     Region(ByteView data, int length);
+    // The bytes that it takes.
+    int size() const { return 3 + 2 * static_cast<int>(dimensions.size()) + rating_description_length; }
 
     int rating_region = 0;
     int rated_dimensions = 0;

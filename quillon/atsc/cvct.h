@@ -5,14 +5,15 @@
 namespace quillon {
 
 // Cable virtual channel table (A/65, 6.3.2). Its report is the header alone. The places below are not those
-// of the terrestrial table, and the failures have its name: kept, callers rely on both.
+// of the terrestrial table, but for the standard reading, and the failures have its name: kept, callers rely
+// on both.
 //
 //   protocol_version                8
 //   num_channels_in_section         8   the first channel begins with this byte
 //   rows                                Channel
 //   reserved                        6
 //   additional_descriptors_length  10
-//   descriptors                         to the CRC, whatever their length says
+//   descriptors                         to the CRC, whatever their length says but in the standard reading
 class QUILLON_API AtscCVCT : public VirtualChannelTable {
  public:
   //   short_name               7 * 16
@@ -40,9 +41,11 @@ class QUILLON_API AtscCVCT : public VirtualChannelTable {
    public:
     // `length` becomes the bytes of the channel. Throws error("AtscTVCT::Channel: descriptor start end
     // mismatch").
-    Channel(ByteView data, int& length, bool keep_raw, ByteView section);
+    Channel(ByteView data, int& length, bool /*keep_raw*/, ByteView section)
+        : Channel(data, length, {section}) {}
+    Channel(ByteView data, int& length, const RowContext& row);
 
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
     // No report shows these two.
     int path_select = 0;

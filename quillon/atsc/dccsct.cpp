@@ -14,13 +14,15 @@ constexpr int kDescriptors = 11;
 void AtscDCCSCT::_parse(ByteView body, bool) {
   protocol_version = body[0];
   updates_defined = body[1];
-  const int pos = read_counted_rows(updates, body, 2, body_size() - 2, updates_defined);
+  const int pos = read_counted_rows(updates, body, 2, body_size() - 2, updates_defined, context(body));
   dccsct_descriptors_length = body.bits(pos, 1, 10);
-  if (!parse_descriptors(body, kDescriptors, kDescriptors + dccsct_descriptors_length, {body}))
+  // Quirk: AtscDCCSCT texts, descriptors
+  const int begin = standard() ? pos + 2 : kDescriptors;
+  if (!parse_descriptors(body, begin, begin + dccsct_descriptors_length, context(body)))
     throw error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch");
 }
 
-AtscDCCSCT::Update::Update(ByteView data, int& length, bool, ByteView)
+AtscDCCSCT::Update::Update(ByteView data, int& length, const RowContext& row)
     : update_type(data[0]), update_data_length(data[1]) {
   if (update_type == 1) genre_category_code = data[2];
   if (update_type == 2) dcc_state_location_code = data[2];
@@ -28,10 +30,16 @@ AtscDCCSCT::Update::Update(ByteView data, int& length, bool, ByteView)
     state_code = data[2];
     dcc_county_location_code = data.bits(3, 1, 10);
   }
+  // Quirk: AtscDCCSCT texts, descriptors
+  if (data.standard()) {
+    if (update_type == 1) genre_category_name_text.parse_field(data, 3, update_data_length - 1);
+    if (update_type == 2) dcc_state_location_code_text.parse_field(data, 3, update_data_length - 1);
+    if (update_type == 3) dcc_county_location_code_text.parse_field(data, 5, update_data_length - 3);
+  }
   const int pos = 2 + update_data_length;
   update_descriptors_length = data.bits(pos, 1, 10);
   const int end = pos + 2 + update_descriptors_length;
-  if (!parse_descriptors(data, pos + 2, end, {data}))
+  if (!parse_descriptors(data, pos + 2, end, row))
     throw error("AtscDCCSCT::Update descriptor start end mismatch");
   length = end;
 }
@@ -49,7 +57,7 @@ void AtscDCCSCT::describe(V& v, S& s) {
   v.field("dccsct_descriptors_length", s.dccsct_descriptors_length);
   v.descriptors(s);
 }
-QUILLON_WALK_OF(AtscDCCSCT)
+QUILLON_TABLE_WALK_OF(AtscDCCSCT)
 
 template <class V, class S>
 void AtscDCCSCT::Update::describe(V& v, S& s) {

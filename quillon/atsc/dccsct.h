@@ -5,20 +5,21 @@
 
 namespace quillon {
 
-// Directed channel change selection code table (A/65, 6.8). Its report is the header alone, and no text is
-// read.
+// Directed channel change selection code table (A/65, 6.8). Its report is the header alone, and texts
+// are read in the standard reading alone.
 //
 //   protocol_version            8
 //   updates_defined             8
 //   rows                           Update
 //   reserved                    6
 //   dccsct_descriptors_length  10
-//   descriptors                    read from byte 11 of the body on, wherever the updates end: kept
+//   descriptors                    read from byte 11 of the body on, wherever the updates end, but in the
+//                                  standard reading: kept
 class QUILLON_API AtscDCCSCT : public AtscLoopTable {
  public:
   //   update_type                 8
   //   update_data_length          8
-  //   update data                    codes by the type; names are stepped over
+  //   update data                    codes by the type; and names
   //   reserved                    6
   //   update_descriptors_length  10
   //   descriptors
@@ -27,7 +28,9 @@ class QUILLON_API AtscDCCSCT : public AtscLoopTable {
     // `length` becomes the bytes of the update, whose data bounds no code: without data the codes are read
     // from what follows. Throws error("AtscDCCSCT::Update descriptor start end mismatch"), without the colon
     // that others have: kept.
-    Update(ByteView data, int& length, bool keep_raw, ByteView section);
+    Update(ByteView data, int& length, bool /*keep_raw*/, ByteView section)
+        : Update(data, length, {section}) {}
+    Update(ByteView data, int& length, const RowContext& row);
 
     static const char* get_update_type_text(int update_type);
     const char* get_update_type_text() const { return get_update_type_text(update_type); }
@@ -35,12 +38,12 @@ class QUILLON_API AtscDCCSCT : public AtscLoopTable {
     int update_type = 0;
     int update_data_length = 0;
     int genre_category_code = 0;                                // type 1
-    ATSCMultipleStringStructure genre_category_name_text;       // never filled
+    ATSCMultipleStringStructure genre_category_name_text;       // in the standard reading alone
     int dcc_state_location_code = 0;                            // type 2
-    ATSCMultipleStringStructure dcc_state_location_code_text;   // never filled
+    ATSCMultipleStringStructure dcc_state_location_code_text;   // in the standard reading alone
     int state_code = 0;                                         // type 3
     int dcc_county_location_code = 0;                           // type 3, 10 bits
-    ATSCMultipleStringStructure dcc_county_location_code_text;  // never filled
+    ATSCMultipleStringStructure dcc_county_location_code_text;  // in the standard reading alone
     int update_descriptors_length = 0;
 
     QUILLON_WALK;
@@ -53,7 +56,7 @@ class QUILLON_API AtscDCCSCT : public AtscLoopTable {
   std::vector<Update> updates;
   int dccsct_descriptors_length = 0;
 
-  QUILLON_WALK;
+  QUILLON_TABLE_WALK;
 
  private:
   // Throws what an update throws, and error("AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch"), the

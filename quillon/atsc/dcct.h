@@ -14,7 +14,8 @@ namespace quillon {
 //   descriptors
 class QUILLON_API AtscDCCT : public AtscLoopTable {
  public:
-  // The channel numbers are spread over four bytes a pair: kept.
+  // The channel numbers are spread over four bytes a pair: kept. In the standard reading they have three, and
+  // the reserved bits between two numbers are not there.
   //
   //   dcc_context                     1
   //   reserved                        3
@@ -35,7 +36,7 @@ class QUILLON_API AtscDCCT : public AtscLoopTable {
   class QUILLON_API DCCTest : public AtscLoop {
    public:
     //   dcc_selection_type            8
-    //   dcc_selection_id             64  stepped over
+    //   dcc_selection_id             64  stepped over but in the standard reading
     //   reserved                      6
     //   dcc_term_descriptors_length  10
     //   descriptors
@@ -43,10 +44,12 @@ class QUILLON_API AtscDCCT : public AtscLoopTable {
      public:
       // `length` becomes the bytes of the term. Throws error("AtscDCCT::DCCTest::DCCTerm: descriptor start
       // end mismatch").
-      DCCTerm(ByteView data, int& length, bool keep_raw, ByteView section);
+      DCCTerm(ByteView data, int& length, bool /*keep_raw*/, ByteView section)
+          : DCCTerm(data, length, {section}) {}
+      DCCTerm(ByteView data, int& length, const RowContext& row);
 
       int dcc_selection_type = 0;
-      uint64_t dcc_selection_id = 0;  // never filled
+      uint64_t dcc_selection_id = 0;  // in the standard reading alone
       int dcc_term_descriptors_length = 0;
 
       QUILLON_WALK;
@@ -54,7 +57,9 @@ class QUILLON_API AtscDCCT : public AtscLoopTable {
 
     // `length` holds the bytes left, which bound the terms alone, and then those of the test. Throws
     // error("AtscDCCT::DCCTest: descriptor start end mismatch").
-    DCCTest(ByteView data, int& length, bool keep_raw, ByteView section);
+    DCCTest(ByteView data, int& length, bool /*keep_raw*/, ByteView section)
+        : DCCTest(data, length, {section}) {}
+    DCCTest(ByteView data, int& length, const RowContext& row);
 
     int dcc_context = 0;  // 0 temporary retune, 1 channel redirect
     int dcc_from_major_channel_number = 0;
@@ -72,12 +77,17 @@ class QUILLON_API AtscDCCT : public AtscLoopTable {
 
   const char* get_table_id_text() const override { return "directed_channel_change_table"; }
 
+  // Quirk: AtscDCCT dcc_subtype, dcc_id
+  // The two bytes of the header's extension.
+  int get_dcc_subtype() const { return get_context_id() >> 8; }
+  int get_dcc_id() const { return get_context_id() & 0xFF; }
+
   int protocol_version = 0;
   int dcc_test_count = 0;  // as stated; `tests` may hold fewer
   std::vector<DCCTest> tests;
   int additional_descriptors_length = 0;
 
-  QUILLON_WALK;
+  QUILLON_TABLE_WALK;
 
  private:
   // Throws error("AtscRRT: descriptor start end mismatch"), the text of another table: kept.

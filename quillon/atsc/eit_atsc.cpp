@@ -12,19 +12,22 @@ namespace quillon {
 void AtscEIT::_parse(ByteView body, bool) {
   protocol_version = body[0];
   num_events_in_section = body[1];
-  const int end = read_counted_rows(events, body, 2, body_size(), num_events_in_section);
+  const int end = read_counted_rows(events, body, 2, body_size(), num_events_in_section, context(body));
   if (end != body_size()) throw error("AtscEIT: event loop start end mismatch");
 }
 
-AtscEIT::Event::Event(ByteView data, int& length, bool, ByteView)
-    : event_id(data.bits(0, 5, 14)),
-      start_time(static_cast<int>(data.u32(2))),
-      ETM_location(data.bits(5, 5, 2)),
-      length_in_seconds(data.bits(5, 3, 20)),
-      title_length(data[8]),
-      descriptors_length(data.bits(9 + title_length, 3, 12)) {
-  const int end = 11 + title_length + descriptors_length;
-  if (!parse_descriptors(data, 11 + title_length, end, {data}))
+AtscEIT::Event::Event(ByteView data, int& length, const RowContext& row)
+    : event_id(data.bits(0, 5, 14)), start_time(static_cast<int>(data.u32(2))) {
+  // Quirk: AtscEIT::Event fields from ETM_location on, title
+  const int at = data.standard() ? 6 : 5;
+  ETM_location = data.bits(at, 5, 2);
+  length_in_seconds = data.bits(at, 3, 20);
+  title_length = data[at + 3];
+  const int title_end = at + 4 + title_length;
+  if (data.standard()) title_text.parse_field(data, at + 4, title_length);
+  descriptors_length = data.bits(title_end, 3, 12);
+  const int end = title_end + 2 + descriptors_length;
+  if (!parse_descriptors(data, title_end + 2, end, row))
     throw error("AtscTVCT::Channel: descriptor start end mismatch");
   length = end;
 }
@@ -58,11 +61,12 @@ void AtscEIT::describe(V& v, S& s) {
   v.field("num_events_in_section", s.num_events_in_section);
   v.list("events", "event", s.events);
 }
-QUILLON_WALK_OF(AtscEIT)
+QUILLON_TABLE_WALK_OF(AtscEIT)
 
 template <class V, class S>
 void AtscEIT::Event::describe(V& v, S& s) {
   v.field("event_id", s.event_id);
+  // Quirk: unsigned fields of 32 bits
   v.coded("start_time", static_cast<uint32_t>(s.start_time), detail::gps_time_text(s.start_time).c_str());
   v.coded("ETM_location", s.ETM_location, s.get_ETM_location_text());
   v.field("length_in_seconds", s.length_in_seconds);

@@ -14,7 +14,8 @@ namespace quillon {
 class QUILLON_API AtscEIT : public AtscTable {
  public:
   // The fields after start_time are a byte earlier than in the standard, so that its last byte is read
-  // again as the location and the top of the duration: kept.
+  // again as the location and the top of the duration: kept. In the standard reading they are in their
+  // places, and the title is read.
   //
   //   reserved             2
   //   event_id            14
@@ -30,7 +31,8 @@ class QUILLON_API AtscEIT : public AtscTable {
    public:
     // `length` becomes the bytes of the event. Throws error("AtscTVCT::Channel: descriptor start end
     // mismatch"), the text of another class: kept.
-    Event(ByteView data, int& length, bool keep_raw, ByteView section);
+    Event(ByteView data, int& length, bool /*keep_raw*/, ByteView section) : Event(data, length, {section}) {}
+    Event(ByteView data, int& length, const RowContext& row);
 
     static const char* get_ETM_location_text(int ETM_location);
     const char* get_ETM_location_text() const { return get_ETM_location_text(ETM_location); }
@@ -42,7 +44,7 @@ class QUILLON_API AtscEIT : public AtscTable {
     int ETM_location = 0;
     int length_in_seconds = 0;
     int title_length = 0;
-    ATSCMultipleStringStructure title_text;  // never filled
+    ATSCMultipleStringStructure title_text;  // filled in the standard reading alone
     int descriptors_length = 0;
 
     QUILLON_WALK;
@@ -54,7 +56,7 @@ class QUILLON_API AtscEIT : public AtscTable {
   int num_events_in_section = 0;  // as stated; `events` may hold fewer
   std::vector<Event> events;
 
-  QUILLON_WALK;
+  QUILLON_TABLE_WALK;
 
  private:
   void _dump_state(std::ostream& stream) const override;

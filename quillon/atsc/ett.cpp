@@ -14,6 +14,7 @@ void AtscETT::_parse(ByteView body, bool) {
 template <class V, class S>
 void AtscETT::describe(V& v, S& s) {
   v.field("protocol_version", s.protocol_version);
+  // Quirk: unsigned fields of 32 bits
   const auto id = static_cast<uint32_t>(s.ETM_id);
   v.field("ETM_id", id);
   v.field("source_id", id >> 16);
@@ -21,6 +22,6 @@ void AtscETT::describe(V& v, S& s) {
   if ((id & 3) == 2) v.field("event_id", id >> 2 & 0x3FFF);
   v.field("extended_text_message", s.extended_text_message);
 }
-QUILLON_WALK_OF(AtscETT)
+QUILLON_TABLE_WALK_OF(AtscETT)
 
 }  // namespace quillon

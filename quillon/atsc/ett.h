@@ -18,7 +18,7 @@ class QUILLON_API AtscETT : public AtscTable {
   int ETM_id = 0;  // source_id, 16 bits; then, for an event, its event_id, 14 bits, and binary 10
   ATSCMultipleStringStructure extended_text_message;
 
-  QUILLON_WALK;
+  QUILLON_TABLE_WALK;
 
  private:
   // Throws error("AtscETT: extended_text_message start end mismatch").

@@ -46,19 +46,23 @@ constexpr struct {
 void AtscMGT::_parse(ByteView body, bool keep_raw) {
   protocol_version = body[0];
   tables_defined = body.u16(1);
-  const int pos = read_counted_rows(tables, body, 3, section_end(), tables_defined);
+  const int pos = read_counted_rows(tables, body, 3, section_end(), tables_defined, context(body));
   descriptors_length = body.bits(pos, 3, 12);
-  if (!parse_descriptors(body, pos + 2, body_size(), {body, keep_raw})) throw error(kMgtMismatch);
+  // Quirk: AtscMGT, AtscTVCT, AtscCVCT length of the last loop
+  const int end = standard() ? pos + 2 + descriptors_length : body_size();
+  if (!parse_descriptors(body, pos + 2, end, context(body, keep_raw))) throw error(kMgtMismatch);
 }
 
-AtscMGT::Table::Table(ByteView data, int& length, bool, ByteView)
+AtscMGT::Table::Table(ByteView data, int& length, const RowContext& row)
     : table_type(data.u16(0)),
       table_type_PID(data.bits(2, 4, 13)),
       table_type_version_number(data.bits(4, 4, 5)),
-      number_bytes(static_cast<int>((static_cast<uint32_t>(data.u16(5)) << 16) + data[7] * 100u + data[8])),
+      // Quirk: AtscMGT::Table number_bytes
+      number_bytes(static_cast<int>((static_cast<uint32_t>(data.u16(5)) << 16) +
+                                    data[7] * (data.standard() ? 256u : 100u) + data[8])),
       table_type_descriptors_length(data.bits(9, 3, 12)) {
   const int end = 11 + table_type_descriptors_length;
-  if (!parse_descriptors(data, 11, end, {data})) throw error(kMgtMismatch);
+  if (!parse_descriptors(data, 11, end, row)) throw error(kMgtMismatch);
   length = end;
 }
 
@@ -67,6 +71,12 @@ const char* AtscMGT::Table::get_table_type_text(int table_type) {
   for (const auto& range : kTableTypes)
     if (table_type <= range.last) return range.text;
   return "";
+}
+
+// Quirk: ATSC table_type texts
+const char* AtscMGT::Table::standard_table_type_text(int table_type) {
+  if (table_type >= 0x1400 && table_type <= 0x14FF) return get_table_type_text(0x1400);
+  return get_table_type_text(table_type);
 }
 
 void AtscMGT::_dump_state(std::ostream& stream) const {
@@ -94,13 +104,14 @@ void AtscMGT::describe(V& v, S& s) {
   v.field("descriptors_length", s.descriptors_length);
   v.descriptors(s);
 }
-QUILLON_WALK_OF(AtscMGT)
+QUILLON_TABLE_WALK_OF(AtscMGT)
 
 template <class V, class S>
 void AtscMGT::Table::describe(V& v, S& s) {
-  v.coded("table_type", s.table_type, s.get_table_type_text());
+  v.coded("table_type", s.table_type, {get_table_type_text, standard_table_type_text});
   v.field("table_type_PID", s.table_type_PID);
   v.field("table_type_version_number", s.table_type_version_number);
+  // Quirk: unsigned fields of 32 bits
   v.field("number_bytes", static_cast<uint32_t>(s.number_bytes));
   v.field("table_type_descriptors_length", s.table_type_descriptors_length);
   v.descriptors(s);

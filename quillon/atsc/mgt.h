@@ -11,7 +11,7 @@ namespace quillon {
 //   rows                     Table
 //   reserved             4
 //   descriptors_length  12
-//   descriptors              to the CRC, whatever their length says
+//   descriptors              to the CRC, whatever their length says but in the standard reading
 class QUILLON_API AtscMGT : public AtscLoopTable {
  public:
   //   table_type                     16
@@ -26,17 +26,20 @@ class QUILLON_API AtscMGT : public AtscLoopTable {
   class QUILLON_API Table : public AtscLoop {
    public:
     // `length` becomes the bytes of the row. Throws error("AtscMGT: descriptor start end mismatch").
-    Table(ByteView data, int& length, bool keep_raw, ByteView section);
+    Table(ByteView data, int& length, bool /*keep_raw*/, ByteView section) : Table(data, length, {section}) {}
+    Table(ByteView data, int& length, const RowContext& row);
 
     static const char* get_table_type_text(int table_type);
     const char* get_table_type_text() const { return get_table_type_text(table_type); }
+    // In the edition in force.
+    static const char* standard_table_type_text(int table_type);
 
     void dump_state(std::ostream& stream) const;
 
     int table_type = 0;
     int table_type_PID = 0;
     int table_type_version_number = 0;
-    int number_bytes = 0;  // wrong from 256 on: the third byte counts 100 instead of 256, kept
+    int number_bytes = 0;  // the third byte counts 100, not 256, but in the standard reading: kept
     int table_type_descriptors_length = 0;
 
     QUILLON_WALK;
@@ -49,7 +52,7 @@ class QUILLON_API AtscMGT : public AtscLoopTable {
   std::vector<Table> tables;
   int descriptors_length = 0;
 
-  QUILLON_WALK;
+  QUILLON_TABLE_WALK;
 
  private:
   void _dump_state(std::ostream& stream) const override;

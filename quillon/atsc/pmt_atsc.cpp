@@ -3,6 +3,7 @@
 
 #include <quillon/atsc/pmt_atsc.h>
 #include <quillon/descriptors/mpeg2/ca.h>
+#include <quillon/descriptors/mpeg2/registration.h>
 #include <quillon/faces/internal/walk_of.h>
 #include <quillon/sections/internal/rows.h>
 #include <quillon/tables/internal/stream_type.h>
@@ -18,10 +19,9 @@ constexpr const char* kAtscPmtMismatch = "descriptor start end mismatch";
 void PmtATSC::_parse(ByteView body, bool keep_raw) {
   pcr_pid = body.bits(0, 4, 13);
   const int program_end = 4 + body.bits(2, 3, 12);
-  const RowContext context{body, keep_raw};
-  if (!parse_descriptors(body, 4, program_end, context)) throw error(kAtscPmtMismatch);
+  if (!parse_descriptors(body, 4, program_end, context(body, keep_raw))) throw error(kAtscPmtMismatch);
   const bool whole = each_row(body, program_end, body_size(), [&](ByteView row, int length) {
-    streams_.emplace_back(row, length, context);
+    streams_.emplace_back(row, length, context(body, keep_raw));
     return length;
   });
   if (!whole) throw error(kAtscPmtMismatch);
@@ -39,6 +39,12 @@ PmtATSC::ElementaryStream::ElementaryStream(ByteView info, int& length, const Ro
 
 const char* PmtATSC::ElementaryStream::get_stream_type_cstr(int stream_type) {
   return stream_type_text(stream_type);
+}
+
+const char* PmtATSC::ElementaryStream::standard_stream_type_text() const {
+  const auto& registrations = get_atsc_registration_descriptors();
+  const uint32_t own = registrations.empty() ? 0 : registrations.front().get_format_identifier();
+  return quillon::standard_stream_type_text(stream_type, {own, format_identifier("GA94")});
 }
 
 void PmtATSC::get_all_ca_descriptors(std::vector<DescriptorCa>& out) const {
@@ -76,11 +82,11 @@ void PmtATSC::describe(V& v, S& s) {
   v.list("stream_infos", "stream", s.streams_);
   v.descriptors(s);
 }
-QUILLON_WALK_OF(PmtATSC)
+QUILLON_TABLE_WALK_OF(PmtATSC)
 
 template <class V, class S>
 void PmtATSC::ElementaryStream::describe(V& v, S& s) {
-  v.coded("stream_type", s.stream_type, s.get_stream_type_cstr());
+  v.coded("stream_type", s.stream_type, {s.get_stream_type_cstr(), s.standard_stream_type_text()});
   v.field("elementary_PID", s.elementary_PID);
   v.field("ES_info_length", s.ES_info_length);
   v.descriptors(s);

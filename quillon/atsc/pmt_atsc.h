@@ -34,6 +34,8 @@ class QUILLON_API PmtATSC : public AtscTable, public AtscLoop {
 
     static const char* get_stream_type_cstr(int stream_type);
     const char* get_stream_type_cstr() const { return get_stream_type_cstr(stream_type); }
+    // In the edition in force, by the registration of the stream, or of ATSC.
+    const char* standard_stream_type_text() const;
 
     // Prints nothing: a report has no more of the streams than their number.
     void dump_state(std::ostream&) const {}
@@ -43,8 +45,6 @@ class QUILLON_API PmtATSC : public AtscTable, public AtscLoop {
     int ES_info_length = 0;
 
     QUILLON_WALK;
-
-   private:
   };
 
   const char* get_table_id_text() const override { return "TS_program_map_section"; }
@@ -57,7 +57,7 @@ class QUILLON_API PmtATSC : public AtscTable, public AtscLoop {
 
   int pcr_pid = 0;
 
-  QUILLON_WALK;
+  QUILLON_TABLE_WALK;
 
  private:
   void _reset() override;

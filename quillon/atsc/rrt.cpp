@@ -4,27 +4,39 @@
 
 namespace quillon {
 
-void AtscRRT::_parse(ByteView body, bool) {
+void AtscRRT::_parse(ByteView body, bool keep_raw) {
   protocol_version = body[0];
   rating_region_name_length = body[1];
+  // Quirk: AtscRRT texts, values, dimensions
+  if (standard()) rating_region_name_text.parse_field(body, 2, rating_region_name_length);
   dimensions_defined = body[2 + rating_region_name_length];
-  const int pos =
-      read_counted_rows(dimensions, body, 3 + rating_region_name_length, body_size() - 2, dimensions_defined);
+  const int pos = read_counted_rows(dimensions, body, 3 + rating_region_name_length, body_size() - 2,
+                                    dimensions_defined, keep_raw, body);
   descriptors_length = body.bits(pos, 1, 10);
-  if (!parse_descriptors(body, pos + 2, pos + 2 + descriptors_length, {body}))
+  if (!parse_descriptors(body, pos + 2, pos + 2 + descriptors_length, context(body)))
     throw error("AtscRRT: descriptor start end mismatch");
 }
 
-AtscRRT::Dimension::Dimension(ByteView data, int& length, bool, ByteView)
-    : dimension_name_length(data[0]),
-      graduated_scale(data.bits(2 + dimension_name_length, 4, 1)),
-      values_defined(data.bits(2 + dimension_name_length, 3, 4)) {
-  const int pos = read_counted_rows(values, data, 3 + dimension_name_length, length, values_defined);
-  if (pos != length) throw error("AtscRRT::Dimension: descriptor start end mismatch");
+AtscRRT::Dimension::Dimension(ByteView data, int& length, bool, ByteView) : dimension_name_length(data[0]) {
+  // Quirk: AtscRRT texts, values, dimensions
+  if (data.standard()) dimension_name_text.parse_field(data, 1, dimension_name_length);
+  const int at = dimension_name_length + (data.standard() ? 1 : 2);
+  graduated_scale = data.bits(at, 4, 1);
+  values_defined = data.bits(at, 3, 4);
+  const int pos = read_counted_rows(values, data, at + 1, length, values_defined, false, data);
+  if (data.standard())
+    length = pos;
+  else if (pos != length)
+    throw error("AtscRRT::Dimension: descriptor start end mismatch");
 }
 
 AtscRRT::Dimension::Value::Value(ByteView data, int& length, bool, ByteView)
     : abbrev_rating_value_length(data[0]), rating_value_length(data[1 + abbrev_rating_value_length]) {
+  // Quirk: AtscRRT texts, values, dimensions
+  if (data.standard()) {
+    abbrev_rating_value_text.parse_field(data, 1, abbrev_rating_value_length);
+    rating_value_text.parse_field(data, 2 + abbrev_rating_value_length, rating_value_length);
+  }
   length = abbrev_rating_value_length + rating_value_length + 2;
 }
 
@@ -38,7 +50,7 @@ void AtscRRT::describe(V& v, S& s) {
   v.field("descriptors_length", s.descriptors_length);
   v.descriptors(s);
 }
-QUILLON_WALK_OF(AtscRRT)
+QUILLON_TABLE_WALK_OF(AtscRRT)
 
 template <class V, class S>
 void AtscRRT::Dimension::describe(V& v, S& s) {

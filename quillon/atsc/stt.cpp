@@ -10,7 +10,7 @@ void AtscSTT::_parse(ByteView body, bool keep_raw) {
   system_time = static_cast<int>(body.u32(1));
   GPS_UTC_offset = body[5];
   daylight_savings = body.u16(6);
-  if (!parse_descriptors(body, 8, body_size(), {body, keep_raw}))
+  if (!parse_descriptors(body, 8, body_size(), context(body, keep_raw)))
     throw error("AtscSTT: descriptor start end mismatch");
 }
 
@@ -24,15 +24,16 @@ void AtscSTT::_dump_state(std::ostream& stream) const {
 template <class V, class S>
 void AtscSTT::describe(V& v, S& s) {
   v.field("protocol_version", s.protocol_version);
+  // Quirk: unsigned fields of 32 bits
   v.coded("system_time", static_cast<uint32_t>(s.system_time),
           detail::utc_text(s.system_time, s.GPS_UTC_offset).c_str());
   v.field("GPS_UTC_offset", s.GPS_UTC_offset);
   v.field("daylight_savings", s.daylight_savings);
-  v.field("DS_status", s.daylight_savings >> 15);
-  v.field("DS_day_of_month", s.daylight_savings >> 8 & 0x1F);
-  v.field("DS_hour", s.daylight_savings & 0xFF);
+  v.field("DS_status", s.get_DS_status());
+  v.field("DS_day_of_month", s.get_DS_day_of_month());
+  v.field("DS_hour", s.get_DS_hour());
   v.descriptors(s);
 }
-QUILLON_WALK_OF(AtscSTT)
+QUILLON_TABLE_WALK_OF(AtscSTT)
 
 }  // namespace quillon

@@ -20,7 +20,14 @@ class QUILLON_API AtscSTT : public AtscLoopTable {
   int GPS_UTC_offset = 0;    // leap seconds
   int daylight_savings = 0;  // DS_status, 1 bit; reserved, 2; DS_day_of_month, 5; DS_hour, 8
 
-  QUILLON_WALK;
+  // Quirk: AtscSTT daylight_savings
+  // 1: daylight saving time is in force.
+  int get_DS_status() const { return daylight_savings >> 15; }
+  // The day and the hour, 0 to 18, of the next change; 0 outside its month.
+  int get_DS_day_of_month() const { return daylight_savings >> 8 & 0x1F; }
+  int get_DS_hour() const { return daylight_savings & 0xFF; }
+
+  QUILLON_TABLE_WALK;
 
  private:
   void _dump_state(std::ostream& stream) const override;

@@ -5,7 +5,9 @@
 namespace quillon {
 
 DescriptorAtscTimeShiftedService::DescriptorAtscTimeShiftedService(ByteView d)
-    : DescriptorAtscWireOnly(d), number_of_services(d[2]) {
+    : DescriptorAtscWireOnly(d),
+      // Quirk: DescriptorAtscTimeShiftedService number_of_services
+      number_of_services(d.standard() ? d.bits(2, 4, 5) : d[2]) {
   const int span = descriptor_length - 1;
   if (span / 5 != number_of_services)
     throw error("DescriptorAtscTimeShiftedService: number_of_services mismatch (1)");

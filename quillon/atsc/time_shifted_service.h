@@ -29,7 +29,7 @@ class QUILLON_API DescriptorAtscTimeShiftedService final : public DescriptorAtsc
 
   const char* get_tag_text() const override { return "time_shifted_service_descriptor"; }
 
-  int number_of_services = 0;  // the whole byte, its reserved bits included
+  int number_of_services = 0;  // with its reserved bits, but in the standard reading
   std::vector<Service> services;
 
   QUILLON_WALK;

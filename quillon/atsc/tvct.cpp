@@ -10,7 +10,7 @@ void AtscTVCT::_parse(ByteView body, bool keep_raw) {
   parse_channels(channels, 2, body, keep_raw);
 }
 
-AtscTVCT::Channel::Channel(ByteView data, int& length, bool, ByteView) {
+AtscTVCT::Channel::Channel(ByteView data, int& length, const RowContext& row) {
   read_short_name(data);
   major_channel_number = data.bits(14, 3, 10);
   minor_channel_number = data.bits(15, 1, 10);
@@ -25,7 +25,7 @@ AtscTVCT::Channel::Channel(ByteView data, int& length, bool, ByteView) {
   service_type = data.bits(27, 5, 6);
   source_id = data.u16(28);
   descriptors_length = data.bits(30, 1, 10);
-  length = read_descriptors(data);
+  length = read_descriptors(data, row);
 }
 
 void AtscTVCT::_dump_state(std::ostream& stream) const {
@@ -37,12 +37,12 @@ void AtscTVCT::_dump_state(std::ostream& stream) const {
   }
 }
 
-void AtscTVCT::Channel::walk(FieldSink& sink) const {
-  faces::Walk v(sink);
+void AtscTVCT::Channel::walk(FieldSink& sink, Reading reading) const {
+  faces::Walk v(sink, reading);
   describe(v, *this);
   v.descriptors(*this);
 }
 
-QUILLON_WALK_OF(AtscTVCT)
+QUILLON_TABLE_WALK_OF(AtscTVCT)
 
 }  // namespace quillon

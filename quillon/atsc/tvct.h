@@ -11,7 +11,7 @@ namespace quillon {
 //   rows                                Channel
 //   reserved                        6
 //   additional_descriptors_length  10
-//   descriptors                         to the CRC, whatever their length says
+//   descriptors                         to the CRC, whatever their length says but in the standard reading
 class QUILLON_API AtscTVCT : public VirtualChannelTable {
  public:
   //   short_name               7 * 16
@@ -37,9 +37,11 @@ class QUILLON_API AtscTVCT : public VirtualChannelTable {
    public:
     // `length` becomes the bytes of the channel. Throws error("AtscTVCT::Channel: descriptor start end
     // mismatch").
-    Channel(ByteView data, int& length, bool keep_raw, ByteView section);
+    Channel(ByteView data, int& length, bool /*keep_raw*/, ByteView section)
+        : Channel(data, length, {section}) {}
+    Channel(ByteView data, int& length, const RowContext& row);
 
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
   };
 
   const char* get_table_id_text() const override { return "terrestrial_virtual_channel_table"; }

@@ -20,16 +20,18 @@ void VirtualChannel::read_short_name(ByteView channel) {
   }
 }
 
-int VirtualChannel::read_descriptors(ByteView channel) {
+int VirtualChannel::read_descriptors(ByteView channel, const RowContext& row) {
   const int end = kDescriptors + descriptors_length;
-  if (!parse_descriptors(channel, kDescriptors, end, {channel}))
+  if (!parse_descriptors(channel, kDescriptors, end, row))
     throw error("AtscTVCT::Channel: descriptor start end mismatch");
   return end;
 }
 
 void VirtualChannelTable::parse_additional_descriptors(int begin, ByteView body, bool keep_raw) {
   additional_descriptors_length = body.bits(begin, 1, 10);
-  if (!parse_descriptors(body, begin + 2, body_size(), {body, keep_raw}))
+  // Quirk: AtscMGT, AtscTVCT, AtscCVCT length of the last loop
+  const int end = standard() ? begin + 2 + additional_descriptors_length : body_size();
+  if (!parse_descriptors(body, begin + 2, end, context(body, keep_raw)))
     throw error("AtscTVCT: descriptor start end mismatch");
 }
 
@@ -55,6 +57,15 @@ const char* VirtualChannel::get_service_type_text(int service_type) {
       service_type,
       {"[Reserved]", "analog_television", "ATSC_digital_television", "ATSC_audio", "ATSC_data_only_service"},
       "");
+}
+
+// Quirk: ATSC service_type texts
+const char* VirtualChannel::standard_service_type_text(int service_type) {
+  if (service_type < 5 || service_type > 9) return get_service_type_text(service_type);
+  return detail::text_of(service_type - 5,
+                         {"software_download_data_service", "unassociated/small_screen_service",
+                          "parameterized_service", "ATSC NRT service", "extended_parameterized_service"},
+                         "");
 }
 
 void VirtualChannel::dump_state(std::ostream& stream) const {

@@ -14,6 +14,8 @@ class QUILLON_API VirtualChannel : public AtscLoop {
   const char* get_ETM_location_text() const { return get_ETM_location_text(ETM_location); }
   static const char* get_service_type_text(int service_type);
   const char* get_service_type_text() const { return get_service_type_text(service_type); }
+  // In the edition in force.
+  static const char* standard_service_type_text(int service_type);
 
   // Prints the fields that are common to both tables, but for the name, as numbers.
   void dump_state(std::ostream& stream) const;
@@ -40,7 +42,7 @@ class QUILLON_API VirtualChannel : public AtscLoop {
   void read_short_name(ByteView channel);
   // Reads descriptors_length bytes of descriptors, which begin at byte 32, and gives the bytes of the
   // channel. Throws error("AtscTVCT::Channel: descriptor start end mismatch").
-  int read_descriptors(ByteView channel);
+  int read_descriptors(ByteView channel, const RowContext& row);
 };
 
 // What either virtual channel table has beside its channels.
@@ -48,7 +50,7 @@ class QUILLON_API VirtualChannelTable : public AtscLoopTable {
  public:
   int protocol_version = 0;
   int num_channels_in_section = 0;        // as stated; there may be fewer after a failure
-  int additional_descriptors_length = 0;  // bounds nothing: the descriptors go to the CRC
+  int additional_descriptors_length = 0;  // bounds the descriptors in the standard reading alone
 
  protected:
   // The fields of the table, with its channels.

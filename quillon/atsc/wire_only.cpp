@@ -1,4 +1,4 @@
-// The walks of the classes that are bytes alone, or nothing.
+// The walks of the classes that are little more than bytes.
 
 #include <quillon/atsc/content_identifier.h>
 #include <quillon/atsc/private_information.h>
@@ -21,11 +21,16 @@ void DescriptorAtscRedistributionControl::describe(V& v, S& s) {
 QUILLON_WALK_OF(DescriptorAtscRedistributionControl)
 
 template <class V, class S>
-void DescriptorAtscATSCPrivateInformation::describe(V&, S&) {}
+void DescriptorAtscATSCPrivateInformation::describe(V& v, S& s) {
+  v.standard("format_identifier", s.format_identifier);
+  v.standard("private_data_byte", s.private_data);
+}
 QUILLON_WALK_OF(DescriptorAtscATSCPrivateInformation)
 
 template <class V, class S>
-void DescriptorAtscContentIdentifier::describe(V&, S&) {}
+void DescriptorAtscContentIdentifier::describe(V& v, S& s) {
+  v.standard("data", s.data);
+}
 QUILLON_WALK_OF(DescriptorAtscContentIdentifier)
 
 }  // namespace quillon

@@ -133,7 +133,7 @@ bool DescriptorBase::SaveSection(void* document, void* node) const {
 }
 
 void DescriptorBase::_walk_head(FieldSink& sink) const {
-  faces::Walk v(sink);
+  faces::Walk v(sink, Reading::kept);
   v.coded("descriptor_id", descriptor_tag, get_tag_text());
   v.field("descriptor_length", descriptor_length);
 }

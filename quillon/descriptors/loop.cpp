@@ -101,14 +101,21 @@ class Arrivals {
     }
   }
 
-  // Throws error if the descriptor's class refuses it and the table is not tolerant.
+  // Throws error if the descriptor's class refuses it, in the kept reading of a table that is not tolerant.
   void parse(ByteView descriptor, const RowContext& row, size_t place) {
-    if (!row.failures && !family_.catches_failures) return parse(descriptor, place);
+    const bool standard = descriptor.standard();
+    if (!row.failures && !family_.catches_failures && !standard) return parse(descriptor, place);
     try {
       parse(descriptor, place);
     } catch (const error& failure) {
-      parse(descriptor, Slots::place_of(slots_, family_.general_kind(), 1));
-      if (row.failures)
+      // Quirk: a descriptor that its class refuses, in ATSC loops
+      const bool by_tag = family_.catches_failures && standard && descriptor[0] >= 128;
+      const Kind& kind = by_tag ? family_.user_private_kind() : family_.general_kind();
+      parse(descriptor, Slots::place_of(slots_, kind, 1));
+      // Quirk: Ait tags 0x06, 0x07 whose length is no multiple of 11, 35
+      const bool is_another =
+          standard && family_.has_reused_tags && (descriptor[0] == 6 || descriptor[0] == 7);
+      if (row.failures && !is_another)
         row.failures->push_back({descriptor[0], static_cast<int>(descriptor.offset_from(row.body)),
                                  failure.what(), failure.get_code()});
     }
@@ -319,7 +326,7 @@ bool DescriptorLoop::_parse_descriptors(void* node) {
   return true;
 }
 
-void DescriptorLoop::_walk_descriptors(FieldSink& sink) const {
+void DescriptorLoop::_walk_descriptors(FieldSink& sink, Reading reading) const {
   size_t all = 0;
   const std::vector<uint8_t>* arrivals = nullptr;
   if (slots_)
@@ -329,9 +336,9 @@ void DescriptorLoop::_walk_descriptors(FieldSink& sink) const {
         arrivals = &detail::as_vector<uint8_t>(static_cast<const void*>(slot.vector));
     }
   sink.begin_list("descriptors", all);
-  const auto walk_one = [&sink](const Slots::Slot& slot, size_t i) {
+  const auto walk_one = [&sink, reading](const Slots::Slot& slot, size_t i) {
     sink.begin(slot.kind->saved, slot.kind->ops->class_name);
-    slot.kind->ops->walk(slot.vector, i, sink);
+    slot.kind->ops->walk(slot.vector, i, sink, reading);
     sink.end();
   };
   std::array<size_t, Family::max_kinds> walked{};

@@ -45,7 +45,7 @@ class QUILLON_API DescriptorLoop {
   // Always true. Throws error.
   bool _parse_descriptors(void* node);
   // The list "descriptors" in wire order, each descriptor under its element's name.
-  void _walk_descriptors(FieldSink& sink) const;
+  void _walk_descriptors(FieldSink& sink, Reading reading = Reading::kept) const;
 
  protected:
   explicit DescriptorLoop(const detail::Family& family) noexcept : family_(&family) {}

@@ -11,7 +11,7 @@ void Pat::describe(V& v, S& s) {
   v.rows("program_infos", "program_info", s.programs_);
 }
 QUILLON_SAVE_OF(Pat, _save_section)
-QUILLON_WALK_OF(Pat)
+QUILLON_TABLE_WALK_OF(Pat)
 
 // The table's own attributes are not asked for: only the header has some.
 void Pat::_parse(void* node) {

@@ -52,7 +52,7 @@ void PsiTableBase::ParseDOM(void* node) {
 }
 
 void PsiTableBase::_walk_head(FieldSink& sink) const {
-  faces::Walk v(sink);
+  faces::Walk v(sink, Reading::kept);
   describe(v, *this);
 }
 
@@ -70,7 +70,7 @@ void PsiBase::ParseDOM(void* node) {
 }
 
 void PsiBase::_walk_head(FieldSink& sink) const {
-  faces::Walk v(sink);
+  faces::Walk v(sink, Reading::kept);
   describe(v, *this);
 }
 

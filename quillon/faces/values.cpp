@@ -4,6 +4,7 @@
 #include <quillon/fields/identifier.h>
 #include <quillon/fields/multiple_string.h>
 #include <quillon/fields/time.h>
+#include <quillon/platform/utf8.h>
 
 namespace quillon {
 
@@ -66,13 +67,14 @@ void ATSCMultipleStringStructure::String::describe(V& v, S& s) {
   v.field("ISO_639_language_code", s.iso639languagecode);
   v.field("number_segments", s.number_segments);
   v.list("segments", "segment", s.segments);
+  v.standard("text", platform::to_utf16(s.utf8()));
 }
 QUILLON_WALK_OF(ATSCMultipleStringStructure::String)
 
 template <class V, class S>
 void ATSCMultipleStringStructure::String::Segment::describe(V& v, S& s) {
   v.coded("compression_type", s.compression_type, s.get_compression_type_text());
-  v.coded("mode", s.mode, s.get_mode_text());
+  v.coded("mode", s.mode, {s.get_mode_text(), s.standard_mode_text(s.mode)});
   v.field("number_bytes", s.number_bytes);
   v.field("compressed_string_bytes", s.compressed_string_bytes);
   v.field("decoded_text", wide_view(s.decoded_text));

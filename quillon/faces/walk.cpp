@@ -16,14 +16,16 @@ void Walk::field(const char* name, wide_view value) {
 }
 
 void Walk::field(const char* name, const Text& value) {
-  if (value.is_ascii())
+  if (reading_ == Reading::standard)
+    sink_.text(name, value.utf8());
+  else if (value.is_ascii())
     sink_.text(name, value.get_textA());
   else
     sink_.text(name, platform::to_utf8(value.get_textW()));
 }
 
 void Walk::coded(const char* name, int64_t value, Meaning meaning) {
-  const char* const text = meaning.of(value);
+  const char* const text = meaning.of(value, reading_);
   if (!text || !*text)
     sink_.number(name, value, nullptr);
   else if (platform::is_ascii(text))

@@ -4,6 +4,12 @@
 
 namespace quillon {
 
+void MACAddress::parse(ByteView bytes) {
+  // Quirk: MACAddress
+  if (!bytes.standard()) return;
+  for (int i = 0; i < size; ++i) bytes_[i] = bytes[i];
+}
+
 std::string MACAddress::text() const {
   char out[20];
   std::snprintf(out, sizeof out, "%02x:%02x:%02x:%02x:%02x:%02x", bytes_[0], bytes_[1], bytes_[2], bytes_[3],

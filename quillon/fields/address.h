@@ -8,13 +8,13 @@
 
 namespace quillon {
 
-// An Ethernet MAC address. The wire never fills it: parse takes nothing, only an XML load gives it a value.
-// Here and in the other addresses get_addr gives all `size` bytes, in the order of the wire; they are zero
-// until they are filled.
+// An Ethernet MAC address. The wire fills it in the standard reading alone: else only an XML load gives it a
+// value. Here and in the other addresses get_addr gives all `size` bytes, in the order of the wire; they are
+// zero until they are filled.
 class QUILLON_API MACAddress {
  public:
   static constexpr int size = 6;
-  void parse(ByteView) {}
+  void parse(ByteView bytes);
   // "00:a0:c9:12:34:ab"
   std::string text() const;
   uint8_t* get_addr() { return bytes_; }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include <quillon/fields/dvb_text.h>
@@ -95,6 +96,13 @@ std::string from_iso_8859(unsigned part, std::string_view text) {
   return without_controls(std::move(units));
 }
 
+std::atomic<uint8_t> default_table = 0;
+
+std::string from_default_table(std::string_view text) {
+  const unsigned part = default_table.load(std::memory_order_relaxed);
+  return part == 0 ? from_table_00(text) : from_iso_8859(part, text);
+}
+
 std::string from_utf16(std::string_view text) {
   wide_string units;
   units.reserve(text.size() / 2 + 1);
@@ -107,14 +115,25 @@ std::string from_utf16(std::string_view text) {
 
 }  // namespace
 
+bool set_default_text_table(int part) {
+  const auto i = static_cast<size_t>(part);
+  if (part != 0 && (i >= detail::kIso8859.size() || detail::kIso8859[i].empty())) return false;
+  default_table.store(static_cast<uint8_t>(part), std::memory_order_relaxed);
+  return true;
+}
+
+int get_default_text_table() {
+  return default_table.load(std::memory_order_relaxed);
+}
+
 std::string dvb_text_to_utf8(std::string_view field) {
   if (field.empty()) return {};
   const auto first = static_cast<uint8_t>(field[0]);
-  return first < 0x20 ? dvb_text_to_utf8(first, field.substr(1)) : from_table_00(field);
+  return first < 0x20 ? dvb_text_to_utf8(first, field.substr(1)) : from_default_table(field);
 }
 
 std::string dvb_text_to_utf8(uint8_t first, std::string_view rest) {
-  if (first >= 0x20) return from_table_00(std::string(1, static_cast<char>(first)).append(rest));
+  if (first >= 0x20) return from_default_table(std::string(1, static_cast<char>(first)).append(rest));
   switch (first) {
     case 0x00:
       return {};

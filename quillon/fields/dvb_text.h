@@ -8,6 +8,13 @@
 
 namespace quillon {
 
+// The table of fields that select none: 0, the default, is table 00 of the annex, n is ISO 8859-n. Some
+// broadcasters send another than they should; there is no telling by the bytes. It counts for what is decoded
+// from then on. False, and no change, for a part that there is not. Neither throws, and both may be called on
+// any thread at any time.
+QUILLON_API bool set_default_text_table(int part);
+QUILLON_API int get_default_text_table();
+
 // A DVB character field (EN 300 468, annex A), selection included, in UTF-8. It is empty where the selection
 // is reserved or names an encoding of another registry (0x1F): its bytes then have no known meaning.
 //

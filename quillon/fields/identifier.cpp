@@ -28,13 +28,15 @@ bool ApplicationIdentifier::set_application_identifier_from_text(const char* tex
 }
 
 LengthPrefixedString::LengthPrefixedString(ByteView bytes, int, int& consumed)
-    : length_(bytes[0]), value_(bytes.present(1, length_)) {
+    : length_(bytes[0]),
+      // Quirk: texts of an Ait but application_name
+      value_(bytes.present(1, length_), bytes.reading()) {
   consumed = length_ + 1;
 }
 
 void LengthPrefixedString::dump_state(const char* label, std::ostream& stream) const {
   stream << label << "_length: " << length_ << std::endl;
-  stream << label << ": " << value_.c_str() << std::endl;
+  stream << label << ": " << value_.narrow().c_str() << std::endl;
 }
 
 MultilingualNameInfo::MultilingualNameInfo(ByteView bytes, int available, int& consumed) {

@@ -6,6 +6,7 @@
 
 #include <quillon/fields/language.h>
 #include <quillon/fields/text.h>
+#include <quillon/fields/wire_text.h>
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
 #include <quillon/sections/walkable.h>
@@ -39,7 +40,8 @@ class QUILLON_API ApplicationIdentifier {
   QUILLON_WALK;
 };
 
-// A length byte and that many bytes, kept as they are. Any value is accepted.
+// A length byte and that many bytes, kept as they are, or UTF-8 in the standard reading (TS 102 809, 5.3.4).
+// Any value is accepted.
 class QUILLON_API LengthPrefixedString {
  public:
   LengthPrefixedString() = default;
@@ -48,7 +50,7 @@ class QUILLON_API LengthPrefixedString {
   LengthPrefixedString(ByteView bytes, int max_length, int& consumed);
 
   int get_length() const { return length_; }
-  const std::string& get_value() const { return value_; }
+  const WireText& get_value() const { return value_; }
 
   // "<label>_length: " and "<label>: ", the value up to its first NUL. `label` may not be null.
   void dump_state(const char* label, std::ostream& stream) const;
@@ -62,7 +64,7 @@ class QUILLON_API LengthPrefixedString {
   QUILLON_WALK;
 
   int length_ = 0;
-  std::string value_;
+  WireText value_;
 };
 
 // A name in one language (EN 300 468, 6.2.22): the code, a length byte and the text.

@@ -1,6 +1,9 @@
 #include <ostream>
+#include <span>
 
+#include <quillon/fields/internal/atsc_text.h>
 #include <quillon/fields/multiple_string.h>
+#include <quillon/platform/utf8.h>
 
 namespace quillon {
 
@@ -78,6 +81,14 @@ bool is_page(int mode) {
          (mode >= 0x30 && mode <= 0x33);
 }
 
+wide_string page_text(int mode, std::span<const uint8_t> bytes) {
+  wide_string out;
+  if (!is_page(mode)) return out;
+  out.reserve(bytes.size());
+  for (const uint8_t byte : bytes) out.push_back(static_cast<uint16_t>(mode << 8 | byte));
+  return out;
+}
+
 }  // namespace
 
 void ATSCMultipleStringStructure::parse(ByteView data, int& length) {
@@ -89,6 +100,10 @@ void ATSCMultipleStringStructure::parse(ByteView data, int& length) {
     pos += size;
   }
   length = pos;
+}
+
+void ATSCMultipleStringStructure::parse_field(ByteView data, int at, int length) {
+  if (length > 0) parse(data.from(at).upto(length), length);
 }
 
 ATSCMultipleStringStructure::String::String(ByteView data, int& length) : number_segments(data[3]) {
@@ -108,20 +123,45 @@ ATSCMultipleStringStructure::String::Segment::Segment(ByteView data, int& length
       number_bytes(data[2]),
       compressed_string_bytes(data.bytes(3, number_bytes)) {
   length = number_bytes + 3;
+  // Quirk: MultipleStringSegment compression and mode
+  if (data.standard()) {
+    compressed_string_bytes.resize(data.present(3, number_bytes).size());
+    decoded_text = text();
+    return;
+  }
   std::vector<uint8_t> plain;
   decompress(plain);
   decode(plain);
 }
 
-// The Huffman tables are not at hand: coded text stays coded.
+wide_string ATSCMultipleStringStructure::String::Segment::text() const {
+  const std::span<const uint8_t> bytes(compressed_string_bytes);
+  if (compression_type == 1 || compression_type == 2) {
+    if (mode != 0) return {};
+    const std::string latin = detail::huffman_text(compression_type, bytes);
+    wide_string out;
+    for (const char c : latin) out.push_back(static_cast<unsigned char>(c));
+    return out;
+  }
+  if (compression_type != 0) return {};
+  if (mode == 0x3E) return detail::scsu_text(bytes);
+  if (mode == 0x3F) return detail::utf16be_text(bytes);
+  return page_text(mode, bytes);
+}
+
+std::string ATSCMultipleStringStructure::String::utf8() const {
+  wide_string all;
+  for (const Segment& segment : segments) all += segment.text();
+  return platform::to_utf8(all);
+}
+
+// Coded text stays coded.
 void ATSCMultipleStringStructure::String::Segment::decompress(std::vector<uint8_t>& out) const {
   if (compression_type == 0) out = compressed_string_bytes;
 }
 
 void ATSCMultipleStringStructure::String::Segment::decode(const std::vector<uint8_t>& in) {
-  if (!is_page(mode)) return;
-  decoded_text.reserve(in.size());
-  for (const uint8_t byte : in) decoded_text.push_back(static_cast<uint16_t>(mode << 8 | byte));
+  decoded_text += page_text(mode, in);
 }
 
 const char* ATSCMultipleStringStructure::String::Segment::get_compression_type_text(int compression_type) {
@@ -130,6 +170,11 @@ const char* ATSCMultipleStringStructure::String::Segment::get_compression_type_t
 
 const char* ATSCMultipleStringStructure::String::Segment::get_mode_text(int mode) {
   return text_of(kModes, mode);
+}
+
+// Quirk: MultipleStringSegment mode texts
+const char* ATSCMultipleStringStructure::String::Segment::standard_mode_text(int mode) {
+  return get_mode_text(mode >= 0x11 && mode <= 0x1F ? 0x08 : mode);
 }
 
 void ATSCMultipleStringStructure::dump_state(std::ostream& stream) const {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <string>
 #include <vector>
 
 #include <quillon/fields/language.h>
@@ -36,6 +37,12 @@ class QUILLON_API ATSCMultipleStringStructure {
       const char* get_compression_type_text() const { return get_compression_type_text(compression_type); }
       static const char* get_mode_text(int mode);
       const char* get_mode_text() const { return get_mode_text(mode); }
+      // In the edition in force.
+      static const char* standard_mode_text(int mode);
+
+      // What the bytes say, in either reading: pages of characters, SCSU, UTF-16, and Huffman coding by the
+      // tables of A/65, annex C. Empty for a compression or a mode that is reserved or used elsewhere.
+      wide_string text() const;
 
       void dump_state(std::ostream& stream) const;
 
@@ -43,7 +50,8 @@ class QUILLON_API ATSCMultipleStringStructure {
       int mode = 0;
       int number_bytes = 0;
       std::vector<uint8_t> compressed_string_bytes;  // as they are on the wire
-      wide_string decoded_text;                      // empty if compressed, or if the mode is not a page
+      // That text in the standard reading; else empty if compressed, or if the mode is not a page.
+      wide_string decoded_text;
 
       QUILLON_WALK;
       void decompress(std::vector<uint8_t>& out) const;
@@ -54,6 +62,8 @@ class QUILLON_API ATSCMultipleStringStructure {
     String(ByteView data, int& length);
 
     void dump_state(std::ostream& stream) const;
+    // The text of all segments, in either reading.
+    std::string utf8() const;
 
     ISO639LanguageCode iso639languagecode;
     int number_segments = 0;
@@ -65,6 +75,9 @@ class QUILLON_API ATSCMultipleStringStructure {
   // Adds the strings to those there are. `length` holds the bytes there are, and then those used, at least
   // one.
   void parse(ByteView data, int& length);
+
+  // The same where a field of `length` bytes from `at` on is all that they may use; 0 is no text.
+  void parse_field(ByteView data, int at, int length);
 
   void dump_state(std::ostream& stream) const;
 

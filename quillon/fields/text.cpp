@@ -1,7 +1,19 @@
+#include <algorithm>
+
+#include <quillon/fields/dvb_text.h>
 #include <quillon/fields/text.h>
 #include <quillon/platform/or_empty.h>
+#include <quillon/platform/utf8.h>
 
 namespace quillon {
+
+namespace {
+
+bool is_printable_ascii(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return c >= 0x20 && c < 0x7F; });
+}
+
+}  // namespace
 
 bool Text::is_char_table(uint8_t byte) {
   return byte <= 0x06 || byte == 0x0F || byte == 0x10 || byte == 0x11 || byte == 0x12 || byte == 0x1F;
@@ -23,30 +35,52 @@ void Text::parse(int length, ByteView bytes) {
   if (length == 0) return;
   std::string_view text = bytes.present(0, length);
   uint8_t selection = 0;
-  if (!text.empty() && is_char_table(static_cast<uint8_t>(text[0]))) {
+  // Quirk: Text tables, marks and control codes
+  const bool has_selection =
+      !bytes.standard() && !text.empty() && is_char_table(static_cast<uint8_t>(text[0]));
+  if (has_selection) {
     selection = static_cast<uint8_t>(text[0]);
     text.remove_prefix(1);
   }
   const unsigned ansi_page = get_ansi_code_page();
   if (bytes_.empty() && !late_.get()) {
     bytes_ = text;
-    ascii_ = platform::is_ascii(text);
+    ascii_ = bytes.standard() ? is_printable_ascii(text) : platform::is_ascii(text);
     undecoded_ = !ascii_;
+    has_selection_ = has_selection;
     selection_ = selection;
+    reading_ = bytes.reading();
     ansi_page_ = static_cast<uint16_t>(ansi_page);
     return;
   }
   wide_string& units = decode().wide;
   ascii_ = false;
-  bytes_.append(text);
-  ansi_to_wide(selection, ansi_page, bytes_, units);
+  if (bytes.standard()) {
+    units += platform::to_utf16(dvb_text_to_utf8(text));
+  } else {
+    bytes_.append(text);
+    ansi_to_wide(selection, ansi_page, bytes_, units);
+  }
   wide_to_ansi(ansi_page, units, bytes_);
+}
+
+std::string Text::utf8() const {
+  if (!is_wire()) return platform::to_utf8(get_textW());
+  return has_selection_ ? dvb_text_to_utf8(selection_, bytes_) : dvb_text_to_utf8(bytes_);
+}
+
+std::string Text::get_bytes() const {
+  if (!is_wire()) return {};
+  return has_selection_ ? std::string(1, static_cast<char>(selection_)).append(bytes_) : bytes_;
 }
 
 Text::Late& Text::make_late() const {
   auto made = std::make_unique<Late>();
   if (undecoded_) {
-    ansi_to_wide(selection_, ansi_page_, bytes_, made->wide);
+    if (reading_ == Reading::standard)
+      made->wide = platform::to_utf16(utf8());
+    else
+      ansi_to_wide(selection_, ansi_page_, bytes_, made->wide);
     made->narrow = bytes_;
     wide_to_ansi(ansi_page_, made->wide, made->narrow);
   } else {

@@ -53,7 +53,8 @@ class LateMade {
 // The first byte may select a table: 0x01 to 0x05 are ISO 8859-5 to -9, every other selection value decodes
 // as code page 1252, no selection as the ANSI code page. 0x10 is taken alone, control codes stay as they are,
 // and a NUL ends the text. What the ANSI page cannot show is `?` in the narrow text. Any bytes are accepted;
-// those past the section's end are not there.
+// those past the section's end are not there. The standard reading decodes all tables of the annex, as utf8()
+// does in either reading.
 //
 // The texts are decoded when they are first read. Even so several threads may read one object at once, by
 // the rule of the tables (PsiBase1), copies included. Parses, sets and reads of a text throw std::bad_alloc
@@ -71,9 +72,15 @@ class QUILLON_API Text {
 
   const std::string& get_textA() const { return undecoded_ ? late().narrow : bytes_; }
   const wide_string& get_textW() const { return late().wide; }
+  // The text of the whole annex in UTF-8: what the last parse read, by its bytes, and what was set. Of a text
+  // that was parsed twice, or set and parsed, it is the wide form.
+  std::string utf8() const;
+  // The bytes of the field, selection included, if there was one parse and nothing else.
+  std::string get_bytes() const;
   const char* c_strA() const { return get_textA().c_str(); }
   const uint16_t* c_strW() const { return get_textW().c_str(); }
-  // True of an empty text and of one parse of ASCII alone: both forms are then the same characters.
+  // True of an empty text and of one parse of ASCII alone: both forms are then the same characters. In the
+  // standard reading ASCII has no control codes.
   bool is_ascii() const { return ascii_; }
   // The value given to set_textA or set_textW; 0 after a parse.
   uint8_t get_char_set() const { return char_set_; }
@@ -107,11 +114,15 @@ class QUILLON_API Text {
   // Both forms, to be changed: the bytes are the narrow text then.
   Late& decode();
   void set_units(uint8_t char_set, wide_string units);
+  // True if the bytes are those of one parse.
+  bool is_wire() const { return ascii_ || undecoded_; }
 
   // Most texts of a stream are never read, and ASCII is the same on every page: a parse only takes the bytes,
   // the first read decodes them, and ASCII gets a wide form when that is read. The bytes themselves change in
   // a parse or a set alone.
-  std::string bytes_;  // after the selection while they are undecoded, otherwise the narrow text
+  // While they are undecoded those of the field, in the kept reading after the selection; else the narrow
+  // text.
+  std::string bytes_;
   detail::LateMade<Late> late_;
   uint32_t length_ = 0;
   uint16_t ansi_page_ = 0;  // the pages for decoding: those of the parse
@@ -119,6 +130,8 @@ class QUILLON_API Text {
   uint8_t char_set_ = 0;
   bool ascii_ = true;
   bool undecoded_ = false;
+  bool has_selection_ = false;
+  Reading reading_ = Reading::kept;
 };
 
 }  // namespace quillon

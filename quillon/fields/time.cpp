@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <initializer_list>
 #include <ostream>
+#include <tuple>
 
 #include <quillon/fields/time.h>
 #include <quillon/platform/or_empty.h>
@@ -11,9 +12,10 @@ namespace quillon {
 
 namespace {
 
-int bcd(uint8_t byte) {
+constexpr int bcd(uint8_t byte) {
   return (byte >> 4) * 10 + (byte & 0x0F);
 }
+constexpr int kAllSet = bcd(0xFF);
 
 // Numbers in decimal with a blank between them.
 std::string spaced(std::initializer_list<int> numbers) {
@@ -40,9 +42,12 @@ void put_duration(std::ostream& stream, const Duration& d) {
 }  // namespace
 
 DateTime::DateTime(ByteView bytes) : hour(bcd(bytes[2])), minute(bcd(bytes[3])), second(bcd(bytes[4])) {
+  set_date(bytes.u16(0));
+}
+
+void DateTime::set_date(int mjd) {
   // Reciprocals in place of the divisions by 365.25 and 30.6001: with these very constants the results agree
   // with documents already saved, also outside the formula's range (before 1 March 1900).
-  const int mjd = bytes.u16(0);
   const int y = static_cast<int>((mjd - 15078.2) * 0.0027378507871321013);
   const int days_of_years = static_cast<int>(y * 365.25);
   const int m = static_cast<int>((mjd - 14956.1 - days_of_years) * 0.03267963176590926);
@@ -51,6 +56,33 @@ DateTime::DateTime(ByteView bytes) : hour(bcd(bytes[2])), minute(bcd(bytes[3])),
   day = mjd - 14956 + static_cast<int>(y * -365.25) - days_of_months;
   month = m - 1 - 12 * k;
   year = y + k + 1900;
+}
+
+// Quirk: DateTime, Duration all bits set
+bool DateTime::is_defined() const {
+  static const uint8_t all_set[] = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+  static const DateTime undefined{ByteView(all_set)};
+  const auto fields = [](const DateTime& t) {
+    return std::tie(t.day, t.month, t.year, t.hour, t.minute, t.second);
+  };
+  return fields(*this) != fields(undefined);
+}
+
+std::chrono::sys_seconds DateTime::get_time_point() const {
+  using namespace std::chrono;
+  constexpr sys_days mjd_0 = 1858y / November / 17;
+  const auto clock = hours(hour) + minutes(minute) + seconds(second);
+  // A month outside the year, which the formula gives before its range, is carried.
+  const year_month first = std::chrono::year(year) / January + months(int64_t{month} - 1);
+  const sys_days date = sys_days(first / 1) + days(int64_t{day} - 1);
+  // Such a date comes out up to three days late: it is the one of those that has these fields.
+  for (int late = 0; late <= 3; ++late) {
+    const auto mjd = static_cast<int>((date - mjd_0).count()) - late;
+    DateTime read;
+    read.set_date(mjd);
+    if (read.day == day && read.month == month && read.year == year) return date - days(late) + clock;
+  }
+  return date + clock;
 }
 
 void DateTime::dump_state(std::ostream& stream) const {
@@ -70,6 +102,15 @@ bool DateTime::set_date_from_text(const char* text) {
 Duration::Duration(ByteView bytes)
     : hours_(bcd(bytes[0])), minutes_(bcd(bytes[1])), seconds_(bcd(bytes[2])) {}
 
+// Quirk: DateTime, Duration all bits set
+bool Duration::is_defined() const {
+  return hours_ != kAllSet || minutes_ != kAllSet || seconds_ != kAllSet;
+}
+
+std::chrono::seconds Duration::get_length() const {
+  return std::chrono::hours(hours_) + std::chrono::minutes(minutes_) + std::chrono::seconds(seconds_);
+}
+
 void Duration::dump_state(std::ostream& stream) const {
   put_duration(stream, *this);
   stream << std::endl;
@@ -85,6 +126,10 @@ bool Duration::set_time_from_text(const char* text) {
 }
 
 TimeOffset::TimeOffset(ByteView bytes) : hours_(bcd(bytes[0])), minutes_(bcd(bytes[1])) {}
+
+std::chrono::minutes TimeOffset::get_length() const {
+  return std::chrono::hours(hours_) + std::chrono::minutes(minutes_);
+}
 
 std::ostream& operator<<(std::ostream& stream, const DateTime& time) {
   stream << std::dec;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <iosfwd>
 #include <string>
 
@@ -24,6 +25,12 @@ class QUILLON_API DateTime {
   // Numbers that the text lacks stay as they were, with a null text all of them. Always true.
   bool set_date_from_text(const char* text);
 
+  // False of a time whose bits are all set.
+  bool is_defined() const;
+  // The same time, of the MJD from 17 November 1858 on: also where the formula of annex C, which begins on
+  // 1 March 1900, gives the fields another date. Of an undefined time it means nothing.
+  std::chrono::sys_seconds get_time_point() const;
+
   // The six numbers as attributes of an element. Parse throws error("failed") if one of them is missing, and
   // keeps those before it; SaveSection gives false at the first that can't be written. No pointer may be
   // null.
@@ -38,6 +45,8 @@ class QUILLON_API DateTime {
   int second = 1;
 
   QUILLON_WALK;
+
+  void set_date(int mjd);
 };
 
 // Hours, minutes and seconds in BCD (EN 300 468, 5.2.4), each 0 to 165: nothing is validated.
@@ -49,6 +58,10 @@ class QUILLON_API Duration {
   int get_hours() const { return hours_; }
   int get_minutes() const { return minutes_; }
   int get_seconds() const { return seconds_; }
+
+  // False of a duration whose bits are all set.
+  bool is_defined() const;
+  std::chrono::seconds get_length() const;
 
   // "1:30:0" and an end of line, in the stream's base.
   void dump_state(std::ostream& stream) const;
@@ -72,6 +85,8 @@ class QUILLON_API TimeOffset {
 
   int get_hours() const { return hours_; }
   int get_minutes() const { return minutes_; }
+  // Without a sign: east or west of UTC is a field of its own.
+  std::chrono::minutes get_length() const;
 
   // The attributes "hour" and "minute" of an element. Parse throws error("failed") if one of them is missing,
   // and keeps those before it; SaveSection gives false at the first that can't be written. No pointer may be

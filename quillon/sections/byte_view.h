@@ -10,20 +10,31 @@
 
 namespace quillon {
 
-// Bytes of a section from some place on, with the section's end as the limit. Reading past the limit gives
-// 0 and never touches memory, so wire parsers need not test the lengths that it states. A view made from a
-// bare pointer has no limit: its caller vouches for the bytes.
+// How fields are read where saved documents, reports and tools rely on what is not in the standards: as they
+// have always been, or as the editions in force say. docs/readings.md lists the differences.
+enum class Reading : uint8_t { kept, standard };
+
+// Bytes of a section from some place on, with the section's end as the limit, and how they are to be read.
+// Reading past the limit gives 0 and never touches memory, so wire parsers need not test the lengths that it
+// states. A view made from a bare pointer has no limit: its caller vouches for the bytes. No limit is past
+// 4 GiB.
 class QUILLON_API ByteView {
  public:
-  constexpr ByteView(const uint8_t* bytes) : data_(bytes), left_(kUnlimited) {}
-  constexpr ByteView(const uint8_t* bytes, size_t size) : data_(bytes), left_(static_cast<ptrdiff_t>(size)) {}
+  constexpr ByteView(const uint8_t* bytes, Reading reading = Reading::kept)
+      : data_(bytes), left_(kUnlimited), reading_(reading) {}
+  constexpr ByteView(const uint8_t* bytes, size_t size, Reading reading = Reading::kept)
+      : data_(bytes),
+        left_(size < kUnlimited ? static_cast<uint32_t>(size) : kUnlimited),
+        reading_(reading) {}
 
   constexpr const uint8_t* data() const { return data_; }
+  constexpr Reading reading() const { return reading_; }
+  constexpr bool standard() const { return reading_ == Reading::standard; }
 
   // True if byte `i` lies before the limit.
-  constexpr bool has(ptrdiff_t i) const { return static_cast<size_t>(i) < static_cast<size_t>(left_); }
+  constexpr bool has(ptrdiff_t i) const { return static_cast<size_t>(i) < left_; }
   // True if the place in front of byte `i` lies before the limit or on it.
-  constexpr bool reaches(ptrdiff_t i) const { return i <= left_; }
+  constexpr bool reaches(ptrdiff_t i) const { return i <= static_cast<ptrdiff_t>(left_); }
 
   constexpr uint8_t operator[](ptrdiff_t i) const { return has(i) ? data_[i] : uint8_t{0}; }
   constexpr int u16(ptrdiff_t i) const { return (*this)[i] << 8 | (*this)[i + 1]; }
@@ -45,9 +56,13 @@ class QUILLON_API ByteView {
 
   // The view from byte `n` on.
   constexpr ByteView from(ptrdiff_t n) const {
-    if (left_ == kUnlimited) return ByteView(data_ + n);
-    const ptrdiff_t skip = n < left_ ? n : left_;
-    return ByteView(data_ + skip, static_cast<size_t>(left_ - skip));
+    if (left_ == kUnlimited) return ByteView(data_ + n, reading_);
+    const ptrdiff_t skip = reaches(n) ? n : static_cast<ptrdiff_t>(left_);
+    return ByteView(data_ + skip, static_cast<size_t>(static_cast<ptrdiff_t>(left_) - skip), reading_);
+  }
+  // The view that ends before byte `n`.
+  constexpr ByteView upto(ptrdiff_t n) const {
+    return reaches(n) ? ByteView(data_, static_cast<size_t>(n), reading_) : *this;
   }
   constexpr ptrdiff_t offset_from(ByteView base) const { return data_ - base.data_; }
 
@@ -57,15 +72,17 @@ class QUILLON_API ByteView {
   // Those of the `n` bytes from `i` on that lie before the limit.
   std::string_view present(ptrdiff_t i, ptrdiff_t n) const {
     if (n <= 0 || !has(i)) return {};
-    const ptrdiff_t real = n < left_ - i ? n : left_ - i;
+    const ptrdiff_t left = static_cast<ptrdiff_t>(left_) - i;
+    const ptrdiff_t real = n < left ? n : left;
     return {reinterpret_cast<const char*>(data_ + i), static_cast<size_t>(real)};
   }
 
  private:
-  static constexpr ptrdiff_t kUnlimited = PTRDIFF_MAX;
+  static constexpr uint32_t kUnlimited = UINT32_MAX;
 
   const uint8_t* data_;
-  ptrdiff_t left_;
+  uint32_t left_;
+  Reading reading_;
 };
 
 }  // namespace quillon

@@ -23,7 +23,7 @@ class QUILLON_API Pat : public PsiTableBase {
     int get_program_map_pid() const { return program_map_pid_; }
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
    private:
     template <class Visitor, class Self>

@@ -2,6 +2,7 @@
 #include <ostream>
 
 #include <quillon/sections/crc.h>
+#include <quillon/sections/internal/require_crc.h>
 #include <quillon/sections/log.h>
 #include <quillon/sections/psi_base.h>
 
@@ -24,6 +25,13 @@ void require_whole(const uint8_t* section, size_t size) {
 
 }  // namespace
 
+void detail::require_crc(const uint8_t* section, size_t size) {
+  const uint32_t crc = section_crc(section, size);
+  if (crc == good_section_crc) return;
+  log_write(1, "crc error, got %#x expected 0xffffffff", crc);
+  throw error("crc error");
+}
+
 void PsiTableBase::Parse(const uint8_t* section, size_t size, bool keep_raw) {
   require_whole(section, size);
   Parse(section, keep_raw);
@@ -32,20 +40,19 @@ void PsiTableBase::Parse(const uint8_t* section, size_t size, bool keep_raw) {
 void PsiTableBase::Parse(const uint8_t* section, bool keep_raw) {
   syntax_indicator_ = section[1] >> 7;
   section_length_ = section_length_of(section);
-  const ByteView bytes(section, static_cast<size_t>(section_length_) + 3);
+  const ByteView bytes(section, static_cast<size_t>(section_length_) + 3, get_reading());
 
-  const uint32_t crc = section_crc(section, static_cast<size_t>(section_length_) + 3);
-  if (crc != good_section_crc) {
-    log_write(1, "crc error, got %#x expected 0xffffffff", crc);
-    throw error("crc error");
-  }
+  // Quirk: DsmCC section_syntax_indicator 0
+  const bool has_checksum = standard() && !syntax_indicator_ && is_valid_syntax_indicator(0);
+  if (!has_checksum) detail::require_crc(section, static_cast<size_t>(section_length_) + 3);
   section_end_ = section + section_length_ + 3;
   if (keep_raw) raw_bytes_.assign(section, section_end_);
 
-  // Hard-wired, whatever the predicate says: a long section has the indicator set.
-  if (!syntax_indicator_) throw_wrong_header_bit(section);
+  // Whatever the predicate says, a long section with a CRC has the indicator set.
+  if (!syntax_indicator_ && !has_checksum) throw_wrong_header_bit(section);
   if (!is_valid_syntax_indicator(syntax_indicator_)) throw_wrong_header_bit(section + 1);
-  if (!is_valid_reserved_header(bytes.bits(1, 5, 2))) throw_wrong_header_bit(section + 1);
+  // Quirk: AtscTVCT, AtscCVCT, AtscEIT, AtscETT, AtscRRT, AtscDCCT, AtscDCCSCT reserved header bits
+  if (!standard() && !is_valid_reserved_header(bytes.bits(1, 5, 2))) throw_wrong_header_bit(section + 1);
   table_id_ = bytes[0];
   if (!is_valid_tablesid()) throw error("invalid table id");
 
@@ -98,7 +105,7 @@ void PsiBase::Parse(const uint8_t* section, bool keep_raw) {
   section_length_ = section_length_of(section);
   const size_t size = static_cast<size_t>(section_length_) + 3;
   if (keep_raw) raw_bytes_.assign(section, section + size);
-  _parse(ByteView(section, size).from(3), keep_raw);
+  _parse(ByteView(section, size, get_reading()).from(3), keep_raw);
   parsed_ = true;
 }
 

@@ -41,6 +41,10 @@ class QUILLON_API PsiBase1 {
 // What both kinds of header share beside the wire form.
 class TolerantTable {
  public:
+  // How the sections to come are read; Reading::kept by default. The standard reading is tolerant.
+  void set_reading(Reading reading) { reading_ = reading; }
+  Reading get_reading() const { return reading_; }
+
   // A tolerant table keeps a DVB, INT or AIT descriptor whose class refuses it as a DescriptorGeneral in the
   // general vector, and holds the failure for later. Off by default: the first such descriptor then fails
   // the whole table.
@@ -48,12 +52,15 @@ class TolerantTable {
   const DescriptorFailures& get_descriptor_failures() const { return failures_; }
 
  protected:
-  DescriptorFailures* tolerance() { return tolerant_ ? &failures_ : nullptr; }
+  bool standard() const { return reading_ == Reading::standard; }
+  // Quirk: a descriptor that its class refuses, in DVB, INT and AIT loops
+  DescriptorFailures* tolerance() { return tolerant_ || standard() ? &failures_ : nullptr; }
   void forget_failures() { failures_.clear(); }
 
  private:
   DescriptorFailures failures_;
   bool tolerant_ = false;
+  Reading reading_ = Reading::kept;
 };
 
 // A table in the long section form: the five-byte extension and the CRC (ISO/IEC 13818-1, 2.4.4.10).

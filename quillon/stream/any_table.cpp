@@ -37,6 +37,7 @@ class TableOf final : public AnyTable {
   const char* element() const override { return element_; }
 
   void set_tolerant(bool on) override { table_.set_tolerant(on); }
+  void set_reading(Reading reading) override { table_.set_reading(reading); }
   void Parse(const uint8_t* section, size_t size, bool keep_raw) override {
     table_.Parse(section, size, keep_raw);
   }

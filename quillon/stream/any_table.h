@@ -39,6 +39,7 @@ class QUILLON_API AnyTable {
 
   // What the table's own functions of these names do. Parse and ParseDOM throw error.
   virtual void set_tolerant(bool on) = 0;
+  virtual void set_reading(Reading reading) = 0;
   virtual void Parse(const uint8_t* section, size_t size, bool keep_raw) = 0;
   virtual void ParseDOM(void* node) = 0;
   virtual bool SaveSection(void* document, void* node) const = 0;

@@ -10,7 +10,8 @@ void Cat::_parse(ByteView body, bool keep_raw) {
     if (keep_raw) keep_position(descriptor, context);
     const int size = descriptor[1] + 2;
     if (size > left) throw error("invalid descriptor size");
-    if (descriptor[0] != 0x09) throw error("invalid descriptor tag");
+    // Quirk: Cat descriptors
+    if (descriptor[0] != 0x09 && !standard()) throw error("invalid descriptor tag");
     parse_descriptor(descriptor, context);
     return size;
   });
@@ -25,7 +26,7 @@ void Cat::describe(V& v, S& s) {
   v.descriptors(s);
 }
 QUILLON_SAVE_OF(Cat, _save_section)
-QUILLON_WALK_OF(Cat)
+QUILLON_TABLE_WALK_OF(Cat)
 
 // The table's own attributes are not asked for: only the header has some.
 void Cat::_parse(void* node) {

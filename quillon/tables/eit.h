@@ -45,7 +45,7 @@ class QUILLON_API Eit : public PsiTableBase {
     // Leaves the stream in decimal.
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
    private:
     template <class Visitor, class Self>

@@ -11,7 +11,9 @@ void Nit::_parse(ByteView body, bool keep_raw) {
   // A descriptor that overruns this loop goes unnoticed: the rows begin where the length says.
   const RowContext context{body, keep_raw, tolerance()};
   parse_descriptors(body, 2, 2 + descriptors_length, context);
-  detail::parse_transport_streams(streams_, 2 + descriptors_length, detail::Offer::whole_loop, context);
+  // Quirk: Nit rows
+  const auto offer = standard() ? detail::Offer::rest_of_loop : detail::Offer::whole_loop;
+  detail::parse_transport_streams(streams_, 2 + descriptors_length, offer, context);
 }
 
 const char* Nit::get_table_id_text() const {

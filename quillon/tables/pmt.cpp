@@ -14,6 +14,8 @@ namespace {
 constexpr const char* kPmtMismatch = "descriptor start end mismatch";
 
 constexpr int kStreamHeader = 5;
+// The stream_type of PES packets with private data.
+constexpr int kPrivateData = 6;
 
 int stream_size(ByteView row) {
   return row.bits(3, 3, 12) + kStreamHeader;
@@ -28,6 +30,14 @@ void PmtDVB::_parse(ByteView body, bool keep_raw) {
   if (!parse_descriptors(body, 4, program_end, context)) throw error(kPmtMismatch);
   if (!read_sized_rows(streams_, body, program_end, body_size() - program_end, stream_size, context))
     throw error(kPmtMismatch);
+  spread_registration();
+}
+
+void PmtDVB::spread_registration() {
+  const auto& registrations = get_registration_descriptors();
+  if (registrations.empty()) return;
+  for (ElementaryStream& stream : streams_)
+    stream.program_format_identifier_ = registrations.front().get_format_identifier();
 }
 
 PmtDVB::ElementaryStream::ElementaryStream(ByteView info, int& size, const RowContext& row) {
@@ -42,6 +52,20 @@ PmtDVB::ElementaryStream::ElementaryStream(ByteView info, int& size, const RowCo
 
 const char* PmtDVB::ElementaryStream::get_stream_type_cstr(int stream_type) {
   return stream_type_text(stream_type);
+}
+
+const char* PmtDVB::ElementaryStream::standard_stream_type_text() const {
+  if (stream_type_ == kPrivateData) {
+    if (!get_AC3_descriptors().empty()) return "AC-3 audio";
+    if (!get_enhanced_AC_3_descriptors().empty()) return "Enhanced AC-3 audio";
+    if (!get_DTS_descriptors().empty()) return "DTS audio";
+    if (!get_AAC_descriptors().empty()) return "AAC audio";
+    if (!get_subtitling_descriptors().empty()) return "DVB subtitling";
+    if (!get_teletext_descriptors().empty()) return "EBU teletext";
+  }
+  const auto& registrations = get_registration_descriptors();
+  const uint32_t own = registrations.empty() ? 0 : registrations.front().get_format_identifier();
+  return quillon::standard_stream_type_text(stream_type_, {own, program_format_identifier_});
 }
 
 void PmtDVB::_reset() {
@@ -86,12 +110,16 @@ void PmtDVB::describe(V& v, S& s) {
   v.field("pcr", s.pcr_pid_);
   v.rows("stream_infos", "stream", s.streams_);
   v.descriptors(s);
+  if constexpr (V::load) s.spread_registration();
 }
 QUILLON_TABLE_FACES_OF(PmtDVB)
 
 template <class V, class S>
 void PmtDVB::ElementaryStream::describe(V& v, S& s) {
-  v.coded("stream_type", s.stream_type_, stream_type_text);
+  if constexpr (V::walk)
+    v.coded("stream_type", s.stream_type_, {s.get_stream_type_cstr(), s.standard_stream_type_text()});
+  else
+    v.field("stream_type", s.stream_type_);
   v.field("elementary_pid", s.elementary_pid_);
   v.field("es_info_length", s.es_info_length_);
   v.descriptors(s);

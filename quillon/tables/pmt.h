@@ -43,15 +43,23 @@ class QUILLON_API PmtDVB : public PsiTableBase, public DvbLoop {
 
     static const char* get_stream_type_cstr(int stream_type);
     const char* get_stream_type_cstr() const { return get_stream_type_cstr(stream_type_); }
+    // In the edition in force, by the registrations of the stream and its program, and by the descriptors of
+    // private data.
+    const char* standard_stream_type_text() const;
+    // The registration of the program; 0 without one.
+    uint32_t get_program_format_identifier() const { return program_format_identifier_; }
 
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
    private:
     template <class Visitor, class Self>
     static void describe(Visitor& v, Self& s);
 
+    friend PmtDVB;
+
+    uint32_t program_format_identifier_ = 0;
     int stream_type_ = 0;
     int elementary_pid_ = 0;
     int es_info_length_ = 0;
@@ -77,6 +85,9 @@ class QUILLON_API PmtDVB : public PsiTableBase, public DvbLoop {
 
   template <class Visitor, class Self>
   static void describe(Visitor& v, Self& s);
+
+  // Lets the streams know the registration of the program.
+  void spread_registration();
 
   int pcr_pid_ = 0;
   std::vector<ElementaryStream> streams_;

@@ -18,7 +18,8 @@ void Rst::_parse(ByteView body, bool) {
 
 Rst::Status::Status(ByteView data, int& length)
     : transport_stream_id_(data.u16(0)),
-      original_network_id_(data[2] * 0x101),
+      // Quirk: Rst original_network_id
+      original_network_id_(data.standard() ? data.u16(2) : data[2] * 0x101),
       service_id_(data.u16(4)),
       event_id_(data.u16(6)),
       running_status_(data.bits(8, 2, 3)) {

@@ -9,7 +9,7 @@ namespace quillon {
 class QUILLON_API Rst : public PsiBase {
  public:
   //   transport_stream_id  16
-  //   original_network_id  16   its high byte alone is read, and is taken for both: kept, reports rely on it
+  //   original_network_id  16   its high byte alone is taken, for both: kept, reports rely on it
   //   service_id           16
   //   event_id             16
   //   reserved              5
@@ -29,7 +29,7 @@ class QUILLON_API Rst : public PsiBase {
    public:
     void dump_state(std::ostream& stream) const;
     bool _save_stream_info(void* document, void* element) const;
-    void walk(FieldSink& sink) const;
+    void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
    private:
     template <class Visitor, class Self>

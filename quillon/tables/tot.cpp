@@ -1,9 +1,12 @@
 #include <quillon/faces/internal/describe.h>
+#include <quillon/sections/internal/require_crc.h>
 #include <quillon/tables/tot.h>
 
 namespace quillon {
 
 void Tot::_parse(ByteView body, bool keep_raw) {
+  // Quirk: Tot CRC_32
+  if (standard()) detail::require_crc(body.data() - 3, static_cast<size_t>(get_section_length()) + 3);
   utc_time_ = DateTime(body);
   const int end = 7 + body.bits(5, 3, 12);
   if (!parse_descriptors(body, 7, end, {body, keep_raw, tolerance()}))

@@ -6,7 +6,8 @@
 
 namespace quillon {
 
-// Time offset table (EN 300 468, 5.2.6). Its CRC is kept and never tested.
+// Time offset table (EN 300 468, 5.2.6). Its CRC is kept, and tested in the standard
+// reading alone.
 //
 //   UTC_time                 40
 //   reserved                  4
@@ -26,7 +27,7 @@ class QUILLON_API Tot : public PsiBase, public DvbLoop {
   void _dump_state(std::ostream& stream) const override;
   // Throws error("failed to get crc32").
   void _parse(void* node) override;
-  // Throws error("descriptor start end mismatch").
+  // Throws error("descriptor start end mismatch"), and error("crc error") in the standard reading.
   void _parse(ByteView body, bool keep_raw) override;
   bool _save_section(void* document, void* node) const override;
   bool is_valid_tablesid() const override { return get_table_id() == 0x73; }

@@ -24,7 +24,7 @@ class QUILLON_API TransportStreamRow : public DvbLoop {
   int get_original_network_id() const { return original_network_id_; }
 
   bool _save_stream_info(void* document, void* element) const;
-  void walk(FieldSink& sink) const;
+  void walk(FieldSink& sink, Reading reading = Reading::kept) const;
 
  protected:
   // Prints the two ids.

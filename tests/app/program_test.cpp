@@ -208,6 +208,40 @@ TEST_F(Program, ReadsPacketsOf192And204BytesAndGarbage) {
   EXPECT_EQ(dirty.code, 0);
 }
 
+TEST_F(Program, ReadsAsTheStandardsSay) {
+  const Bytes event = bits({{8, 0, "protocol_version"},
+                            {8, 1, "num_events_in_section"},
+                            {2, 3, "reserved"},
+                            {14, 0x1234, "event_id"},
+                            {32, 1450000000, "start_time"},
+                            {2, 3, "reserved"},
+                            {2, 0, "ETM_location"},
+                            {20, 1800, "length_in_seconds"},
+                            {8, 13, "title_length"},
+                            {8, 1, "number_strings"}});
+  const Bytes title = joined({text("eng"), {1, 0, 0, 5}, text("Title"), {0xF0, 0x00}});
+  const std::string chain = file("s.bin", long_section(0xCB, joined({event, title})));
+  const Result kept = run("json " + chain);
+  EXPECT_EQ(kept.out, "");
+  EXPECT_NE(kept.messages.find("AtscTVCT::Channel: descriptor start end mismatch"), std::string::npos);
+  const Result standard = run("json --reading standard " + chain);
+  EXPECT_EQ(standard.messages, "");
+  EXPECT_EQ(count(standard.out, R"("text":"Title")"), 1);
+  EXPECT_EQ(run("json --reading other " + chain).code, 2);
+}
+
+TEST_F(Program, ReadsTextsInATableOfTheUsersChoice) {
+  const Bytes network = long_section(
+      0x40, joined({{0xF0, 0x06}, descriptor(0x40, joined({text("caf"), {0xE9}})), {0xF0, 0x00}}));
+  const std::string chain = file("s.bin", network);
+  EXPECT_EQ(count(run("json --reading standard " + chain).out, "cafØ"), 1);
+  EXPECT_EQ(count(run("json --reading standard --text-table 9 " + chain).out, "café"), 1);
+  const Result none = run("json --text-table 12 " + chain);
+  EXPECT_EQ(none.code, 2);
+  EXPECT_EQ(none.messages, "quillon: there is no ISO 8859-12\n");
+  EXPECT_EQ(run("json --text-table 16 " + chain).code, 2);
+}
+
 TEST_F(Program, ReadsAChainOfSections) {
   const Bytes pat = long_section(0x00, Bytes{0x00, 0x07, 0xE3, 0x00}, {.extension = 1});
   const Bytes map = long_section(0x02, Bytes{0xE1, 0x01, 0xF0, 0x00}, {.extension = 7});

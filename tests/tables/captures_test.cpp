@@ -139,6 +139,30 @@ bool is_refused(const AnyTable& table, const Bytes& section) {
   return table.as<AtscEIT>() && section[9] > 0;
 }
 
+// The texts of a walk, which are all readable.
+class Texts final : public FieldSink {
+ public:
+  void text(const char* name, std::string_view utf8) override {
+    EXPECT_EQ(utf8.find("\uFFFD"), std::string_view::npos) << name << ": " << utf8;
+    EXPECT_EQ(utf8.find("\u0080"), std::string_view::npos) << name << ": " << utf8;
+    for (const char c : utf8) EXPECT_TRUE(static_cast<unsigned char>(c) >= 0x20 || c == '\n') << name;
+  }
+};
+
+// The standard reading takes the whole section.
+void expect_standard_table(const Bytes& section, Standard standard) {
+  const auto table = AnyTable::for_table_id(section[0], standard);
+  table->set_reading(Reading::standard);
+  table->Parse(section.data(), section.size(), false);
+  for (const DescriptorFailure& refused : table->get_descriptor_failures())
+    ADD_FAILURE() << refused.tag << ": " << refused.text;
+  Texts texts;
+  table->walk(texts);
+  if (const AtscEIT* const eit = table->as<AtscEIT>()) {
+    EXPECT_EQ(eit->events.size(), static_cast<size_t>(eit->num_events_in_section));
+  }
+}
+
 // The section has a class, which refuses no descriptor that it has a class for, and loads what it saves.
 void expect_table(const Bytes& section, Standard standard) {
   const auto table = AnyTable::for_table_id(section[0], standard);
@@ -175,6 +199,7 @@ void expect_tables(const Sections& sections, Standard standard) {
     for (const Bytes& section : different) {
       SCOPED_TRACE("table id " + std::to_string(table_id) + ", section " + std::to_string(number++));
       expect_table(section, standard);
+      expect_standard_table(section, standard);
     }
   }
 }

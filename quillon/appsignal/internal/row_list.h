@@ -11,12 +11,15 @@
 namespace quillon::detail {
 
 // Reads the rows of a descriptor, of `size` bytes each after a head of `head` bytes. A body shorter than its
-// head passes when the remainder, which has the sign of what is left, is 0.
+// head passes when the remainder, which has the sign of what is left, is 0. A remainder is an error, or
+// ignored.
 template <class Row>
-void read_whole_rows(std::vector<Row>& rows, ByteView descriptor, int head, int size) {
+void read_whole_rows(std::vector<Row>& rows, ByteView descriptor, int head, int size,
+                     bool ignores_rest = false) {
   const int left = descriptor[1] - head;
-  if (left % size != 0) throw error("descriptor size mismatch");
-  read_rows(rows, descriptor, 2 + head, left, size);
+  const int rest = left % size;
+  if (rest != 0 && !ignores_rest) throw error("descriptor size mismatch");
+  read_rows(rows, descriptor, 2 + head, left - rest, size);
 }
 
 }  // namespace quillon::detail

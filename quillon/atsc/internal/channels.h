@@ -13,7 +13,8 @@ void VirtualChannelTable::parse_channels(std::vector<Channel>& channels, int beg
                                          bool keep_raw) {
   protocol_version = body[0];
   num_channels_in_section = body[1];
-  const int end = read_counted_rows(channels, body, begin, section_end(), num_channels_in_section);
+  const int end =
+      read_counted_rows(channels, body, begin, section_end(), num_channels_in_section, context(body));
   parse_additional_descriptors(end, body, keep_raw);
 }
 
@@ -32,6 +33,7 @@ void VirtualChannel::describe(V& v, S& s) {
   v.field("major_channel_number", s.major_channel_number);
   v.field("minor_channel_number", s.minor_channel_number);
   v.coded("modulation_mode", s.modulation_mode, s.get_modulation_mode_text());
+  // Quirk: unsigned fields of 32 bits
   v.field("carrier_frequency", static_cast<uint32_t>(s.carrier_frequency));
   v.field("channel_TSID", s.channel_TSID);
   v.field("program_number", s.program_number);
@@ -39,7 +41,7 @@ void VirtualChannel::describe(V& v, S& s) {
   v.field("access_controlled", s.access_controlled);
   v.field("hidden", s.hidden);
   v.field("hide_guide", s.hide_guide);
-  v.coded("service_type", s.service_type, s.get_service_type_text());
+  v.coded("service_type", s.service_type, {s.get_service_type_text, s.standard_service_type_text});
   v.field("source_id", s.source_id);
   v.field("descriptors_length", s.descriptors_length);
 }

@@ -44,16 +44,32 @@ const char* extended_surround_text(int flag) {
 
 template <class V, class S>
 void DescriptorDTS::describe(V& v, S& s) {
-  v.coded("sample_rate_code", s.sample_rate_code, sample_rate_text);
-  v.coded("bit_rate_code", s.bit_rate_code, bit_rate_text);
+  v.coded("sample_rate_code", s.sample_rate_code, {sample_rate_text, standard_sample_rate_code_text});
+  v.coded("bit_rate_code", s.bit_rate_code, {bit_rate_text, standard_bit_rate_code_text});
   v.field("nblks", s.nblks);
   v.field("fsize", s.fsize);
-  v.coded("surround_mode", s.surround_mode, surround_mode_text);
+  v.coded("surround_mode", s.surround_mode, {surround_mode_text, standard_surround_mode_text});
   v.field("lfe_flag", s.lfe_flag);
   v.coded("extended_surround_flag", s.extended_surround_flag, extended_surround_text);
   v.bytes("additional_info", s.additional_info);
 }
 QUILLON_SILENT_FACES_OF(DescriptorDTS, "DTS descriptor")
+
+// Quirk: DTS code texts
+const char* DescriptorDTS::standard_sample_rate_code_text(int sample_rate_code) {
+  if (sample_rate_code == 9) return "88,2 kHz";
+  return sample_rate_code == 11 ? "12 kHz" : sample_rate_text(sample_rate_code);
+}
+
+// The top bit says nothing, and a stream has 128 kbit/s at least.
+const char* DescriptorDTS::standard_bit_rate_code_text(int bit_rate_code) {
+  const int code = bit_rate_code & 0x1F;
+  return code < 5 ? "reserved" : bit_rate_text(code);
+}
+
+const char* DescriptorDTS::standard_surround_mode_text(int surround_mode) {
+  return surround_mode == 1 ? "unassigned" : surround_mode_text(surround_mode);
+}
 
 const char* DescriptorDTS::get_sample_rate_code_cstr() const {
   return sample_rate_text(sample_rate_code);

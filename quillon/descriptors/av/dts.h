@@ -24,6 +24,11 @@ class QUILLON_API DescriptorDTS final : public DescriptorBase {
   const char* get_surround_mode_cstr() const;
   const char* get_extended_surround_flag_cstr() const;
 
+  // In the edition in force.
+  static const char* standard_sample_rate_code_text(int sample_rate_code);
+  static const char* standard_bit_rate_code_text(int bit_rate_code);
+  static const char* standard_surround_mode_text(int surround_mode);
+
   int sample_rate_code = 0;
   int bit_rate_code = 0;  // 6 bits
   int nblks = 0;          // 7 bits

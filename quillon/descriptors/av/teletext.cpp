@@ -32,12 +32,18 @@ template <class V, class S>
 void DescriptorTeletext::TeletextItem::describe(V& v, S& s) {
   v.labels("", " ");
   if constexpr (!V::xml) v.field("language_code", s.language);
-  v.coded("teletext_type", s.teletext_type, teletext_type_text);
+  v.coded("teletext_type", s.teletext_type, {teletext_type_text, standard_teletext_type_text});
   if constexpr (V::xml) v.field("language_code", s.language);
   v.field("teletext_magazine_number", s.teletext_magazine_number);
   v.field("teletext_page_number", s.teletext_page_number);
 }
 QUILLON_RECORD_FACES_OF(DescriptorTeletext::TeletextItem)
+
+// Quirk: teletext_type texts
+const char* DescriptorTeletext::TeletextItem::standard_teletext_type_text(int teletext_type) {
+  return teletext_type == 5 ? "teletext subtitle page for hearing impaired people"
+                            : teletext_type_text(teletext_type);
+}
 
 const char* DescriptorTeletext::TeletextItem::get_teletext_type_text() const {
   return teletext_type_text(teletext_type);

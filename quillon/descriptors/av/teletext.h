@@ -34,6 +34,8 @@ class QUILLON_API DescriptorTeletext final : public DescriptorBase {
     explicit TeletextItem(ByteView item) : TeletextPage(item) {}
 
     const char* get_teletext_type_text() const;
+    // In the edition in force.
+    static const char* standard_teletext_type_text(int teletext_type);
 
     QUILLON_RECORD_FACES;
   };

@@ -18,7 +18,8 @@ QUILLON_SILENT_FACES_OF(DescriptorApplicationSignalling, "application_signalling
 
 template <class V, class S>
 void DescriptorApplicationSignalling::ApplicationInfo::describe(V& v, S& s) {
-  v.coded("application_type", s.application_type, detail::application_type_text);
+  v.coded("application_type", s.application_type,
+          {detail::application_type_text, detail::standard_application_type_text});
   v.field("AIT_version_number", s.AIT_version_number);
 }
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorApplicationSignalling::ApplicationInfo)

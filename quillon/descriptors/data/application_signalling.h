@@ -11,11 +11,13 @@ class QUILLON_API DescriptorApplicationSignalling final : public DescriptorBase 
    public:
     ApplicationInfo() = default;
     explicit ApplicationInfo(ByteView info)
-        : application_type(info.u16(0)), AIT_version_number(info.bits(2, 4, 5)) {}
+        // Quirk: DescriptorApplicationSignalling application_type
+        : application_type(info.standard() ? info.bits(0, 6, 15) : info.u16(0)),
+          AIT_version_number(info.bits(2, 4, 5)) {}
 
     const char* get_application_type_text() const;
 
-    int application_type = 0;    // all 16 bits
+    int application_type = 0;    // all 16 bits, in the standard reading the low 15
     int AIT_version_number = 0;  // 5 bits
 
     QUILLON_RECORD_FACES;

@@ -1,11 +1,13 @@
 #include <quillon/descriptors/data/ca_identifier.h>
+#include <quillon/descriptors/internal/counted_bytes.h>
 #include <quillon/faces/internal/describe.h>
 #include <quillon/sections/internal/rows.h>
 
 namespace quillon {
 
 DescriptorCAIdentifier::DescriptorCAIdentifier(ByteView d) : DescriptorBase(d) {
-  read_rows(ca_identifier_ids, d, 2, descriptor_length, 2);
+  // Quirk: DescriptorCAIdentifier of odd length
+  read_rows(ca_identifier_ids, d, 2, d.standard() ? descriptor_length & ~1 : descriptor_length, 2);
 }
 
 // A report opens with a label that nothing follows. Kept: readers of reports rely on it.
@@ -26,7 +28,8 @@ DescriptorECMRepetitionRate::DescriptorECMRepetitionRate(ByteView d) : Descripto
   if (descriptor_length < 4) throw error("descriptor length to small");
   CA_system_ID = d.u16(2);
   ECM_repetition_rate = d.u16(4);
-  for (int i = 0; i < descriptor_length - 4; ++i) private_data.push_back(static_cast<uint8_t>(d[6] + i));
+  // Quirk: DescriptorTimeSliceFecIdentifier id_selector_byte, DescriptorECMRepetitionRate private bytes
+  private_data = detail::counted_bytes(d, 6, descriptor_length - 4);
 }
 
 template <class V, class S>

@@ -18,7 +18,7 @@ class QUILLON_API DescriptorCAIdentifier final : public DescriptorBase {
   };
 
   DescriptorCAIdentifier() = default;
-  // An odd length takes in the byte after the descriptor.
+  // An odd length takes in the byte after the descriptor; in the standard reading its last byte is ignored.
   explicit DescriptorCAIdentifier(ByteView d);
 
   std::vector<CAIdentifierID> ca_identifier_ids;
@@ -35,8 +35,8 @@ class QUILLON_API DescriptorECMRepetitionRate final : public DescriptorBase {
 
   int CA_system_ID = 0;
   int ECM_repetition_rate = 0;
-  // As many as there are on the wire, but counted up from the first of them. Kept: readers of saved documents
-  // rely on it.
+  // As many as there are on the wire, but counted up from the first of them, except in the standard reading.
+  // Kept: readers of saved documents rely on it.
   std::vector<uint8_t> private_data;
 
   QUILLON_FACES(private_data);

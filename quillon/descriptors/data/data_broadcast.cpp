@@ -11,7 +11,9 @@ DescriptorDataBroadcast::DescriptorDataBroadcast(ByteView d)
       selector_length(d[5]),
       selector_bytes(d.bytes(6, selector_length)),
       textlength(d[9 + selector_length]),
-      text(d.chars(10 + selector_length, textlength)) {
+      // Quirk: DescriptorDataBroadcast text, DescriptorAitApplicationName
+      text(d.standard() ? WireText::from_dvb(d.present(10 + selector_length, textlength))
+                        : WireText(d.chars(10 + selector_length, textlength))) {
   language.parse(d.from(6 + selector_length));
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include <quillon/descriptors/descriptor_base.h>
 #include <quillon/fields/language.h>
+#include <quillon/fields/wire_text.h>
 
 namespace quillon {
 
@@ -19,7 +18,7 @@ class QUILLON_API DescriptorDataBroadcast final : public DescriptorBase {
   std::vector<uint8_t> selector_bytes;
   ISO639LanguageCode language;
   int textlength = 0;
-  std::string text;  // the bytes as they are
+  WireText text;  // the bytes as they are; DVB text in the standard reading
 
   QUILLON_FACES(selector_bytes, text);
 };
@@ -35,10 +34,13 @@ class QUILLON_API DescriptorDataBroadcastId final : public DescriptorBase {
   class QUILLON_API PlatformIdData {
    public:
     PlatformIdData() = default;
-    // The first byte of the platform's 24 bits is 24 bits up, not 16. Kept: readers of saved documents
-    // rely on it.
+    // The first byte of the platform's 24 bits is 24 bits up, not 16, but for the standard reading. Kept:
+    // readers of saved documents rely on it.
     explicit PlatformIdData(ByteView p)
-        : platform_id(static_cast<int>(uint32_t{p[0]} << 24 | static_cast<uint32_t>(p.u16(1)))),
+        // Quirk: DescriptorDataBroadcastId platform_id
+        : platform_id(p.standard()
+                          ? p.u24(0)
+                          : static_cast<int>(uint32_t{p[0]} << 24 | static_cast<uint32_t>(p.u16(1)))),
           action_type(p[3]),
           INT_versioning_flag(p.bits(4, 5, 1)),
           INT_version(p.bits(4, 4, 5)) {}

@@ -16,7 +16,11 @@ void DescriptorDSNG::describe(V& v, S& s) {
 QUILLON_SILENT_FACES_OF(DescriptorDSNG, "DSNG_descriptor")
 
 template <class V, class S>
-void DescriptorPartialTransportStream::describe(V&, S&) {}
+void DescriptorPartialTransportStream::describe(V& v, S& s) {
+  v.standard("peak_rate", s.peak_rate_);
+  v.standard("minimum_overall_smoothing_rate", s.minimum_overall_smoothing_rate_);
+  v.standard("maximum_overall_smoothing_buffer", s.maximum_overall_smoothing_buffer_);
+}
 QUILLON_WALK_OF(DescriptorPartialTransportStream)
 
 template <class V, class S>

@@ -26,13 +26,25 @@ class QUILLON_API DescriptorDSNG final : public DescriptorBase {
   QUILLON_FACES(data);
 };
 
-// Marks a stream that was cut out of another (EN 300 468, 7.2.1). Its body is not read, and tag and length
-// alone are saved and loaded.
+// Marks a stream that was cut out of another (EN 300 468, 7.2.1). Its body is read in the standard reading,
+// and walked then; tag and length alone are saved and loaded. Rates are in units of 400 bit/s, the buffer's
+// size is in bytes; all bits one, of the last two, is undefined.
 class QUILLON_API DescriptorPartialTransportStream final : public DescriptorBase {
  public:
   DescriptorPartialTransportStream() = default;
-  explicit DescriptorPartialTransportStream(ByteView d) : DescriptorBase(d) {}
+  explicit DescriptorPartialTransportStream(ByteView d) : DescriptorBase(d) {
+    // Quirk: DescriptorPartialTransportStream body
+    if (!d.standard()) return;
+    peak_rate_ = d.bits(2, 5, 22);
+    minimum_overall_smoothing_rate_ = d.bits(5, 5, 22);
+    maximum_overall_smoothing_buffer_ = d.bits(8, 5, 14);
+  }
 
+  QUILLON_FIELD(int, peak_rate, get_peak_rate);
+  QUILLON_FIELD(int, minimum_overall_smoothing_rate, get_minimum_overall_smoothing_rate);
+  QUILLON_FIELD(int, maximum_overall_smoothing_buffer, get_maximum_overall_smoothing_buffer);
+
+ public:
   const char* get_tag_text() const override { return "partial_transport_descriptor"; }
 
   QUILLON_WALK;

@@ -7,10 +7,12 @@ namespace quillon {
 
 using detail::text_of;
 
-// The last of the eight frequency digits has no weight: kept, tools compare the printed value.
 DescriptorCableDeliverySystem::DescriptorCableDeliverySystem(ByteView d)
     : DescriptorBase(d),
-      frequency(detail::bcd_sum(d, 2, {1000, 100, 10, 1, 0.1, 0.01, 0.001})),
+      // The last of the eight digits has no weight: kept, tools compare the printed value.
+      // Quirk: DescriptorSatelliteDeliverySystem, DescriptorCableDeliverySystem frequency
+      frequency(d.standard() ? detail::bcd_number(d, 2) / 1e4
+                             : detail::bcd_sum(d, 2, {1000, 100, 10, 1, 0.1, 0.01, 0.001})),
       FEC_outer(d.bits(7, 3, 4)),
       modulation(d[8]),
       symbol_rate(detail::symbol_rate(d, 9)),

@@ -18,7 +18,7 @@ class QUILLON_API DescriptorCableDeliverySystem final : public DescriptorBase {
   const char* get_modulation_text() const { return get_modulation_text(modulation); }
   const char* get_FEC_inner_text() const { return get_FEC_inner_text(FEC_inner); }
 
-  double frequency = 0;    // MHz, without the eighth digit
+  double frequency = 0;    // MHz, without the eighth digit but in the standard reading
   int FEC_outer = 0;       // 4 bits
   int modulation = 0;      // 8 bits
   double symbol_rate = 0;  // Msymbol/s

@@ -16,8 +16,8 @@ QUILLON_SILENT_FACES_OF(DescriptorCellList, "cell_list_descriptor")
 
 DescriptorCellList::CellListData::CellListData(ByteView data, int, int& consumed)
     : cell_id(data.u16(0)),
-      cell_latitude(data.u16(2)),
-      cell_longitude(data.u16(4)),
+      cell_latitude(coordinate(data, 2)),
+      cell_longitude(coordinate(data, 4)),
       cell_extend_of_latitude(data.bits(6, 7, 12)),
       cell_extend_of_longitude(data.bits(7, 3, 12)),
       subcell_info_loop_length(data[9]) {

@@ -5,7 +5,8 @@
 namespace quillon {
 
 // The cells of a terrestrial network and the areas that they cover (EN 300 468, 6.2.7). Coordinates are the
-// raw 16 bits, extents the raw 12, of a rectangle that starts at its south-western corner.
+// raw 16 bits, with their sign in the standard reading, extents the raw 12, of a rectangle that starts at its
+// south-western corner.
 class QUILLON_API DescriptorCellList final : public DescriptorBase {
  public:
   class QUILLON_API CellListData {
@@ -15,8 +16,8 @@ class QUILLON_API DescriptorCellList final : public DescriptorBase {
       SubCellInfo() = default;
       explicit SubCellInfo(ByteView data)
           : cell_id_extension(data[0]),
-            subcell_latitude(data.u16(1)),
-            subcell_longitude(data.u16(3)),
+            subcell_latitude(coordinate(data, 1)),
+            subcell_longitude(coordinate(data, 3)),
             subcell_extend_of_latitude(data.bits(5, 7, 12)),
             subcell_extend_of_longitude(data.bits(6, 3, 12)) {}
 
@@ -35,6 +36,7 @@ class QUILLON_API DescriptorCellList final : public DescriptorBase {
     CellListData(ByteView data, int available, int& consumed);
 
     int cell_id = 0;
+    // Units of 90 degrees / 2^15 north, of 180 degrees / 2^15 east.
     int cell_latitude = 0;
     int cell_longitude = 0;
     int cell_extend_of_latitude = 0;
@@ -52,6 +54,12 @@ class QUILLON_API DescriptorCellList final : public DescriptorBase {
   std::vector<CellListData> cell_list_data;
 
   QUILLON_FACES(cell_list_data);
+
+ private:
+  // Quirk: DescriptorCellList latitude, longitude
+  static int coordinate(ByteView data, int at) {
+    return data.standard() ? static_cast<int16_t>(data.u16(at)) : data.u16(at);
+  }
 };
 
 // The frequencies on which the cells of a terrestrial network carry a multiplex (EN 300 468, 6.2.6), in units

@@ -24,7 +24,11 @@ class QUILLON_API DescriptorSatelliteDeliverySystem final : public DescriptorBas
   const char* get_roll_off_text() const { return get_roll_off_text(roll_off); }
   const char* get_FEC_inner_text() const { return get_FEC_inner_text(FEC_inner); }
 
-  double frequency = 0;         // GHz, without the eighth digit
+  // In the edition in force.
+  static const char* standard_polarization_text(int polarization);
+  static const char* standard_FEC_inner_text(int FEC_inner);
+
+  double frequency = 0;         // GHz, without the eighth digit but in the standard reading
   double orbital_position = 0;  // degrees
   int west_east_flag = 0;
   int polarization = 0;       // 2 bits
@@ -43,11 +47,18 @@ class QUILLON_API DescriptorS2SatelliteDeliverySystem final : public DescriptorB
   DescriptorS2SatelliteDeliverySystem() = default;
   explicit DescriptorS2SatelliteDeliverySystem(ByteView d);
 
+  static const char* standard_TS_GS_mode_text(int TS_GS_mode);
+
   int scrambling_sequence_selector = 0;
   int multiple_input_stream_flag = 0;
-  int backwards_compatibility_indicator = 0;  // always that of multiple_input_stream_flag on the wire
-  int scrambling_sequence_index = 0;          // 18 bits, for scrambling_sequence_selector 1
-  int input_stream_identifier = 0;            // for multiple_input_stream_flag 1
+  int backwards_compatibility_indicator =
+      0;                              // that of multiple_input_stream_flag but in the standard reading
+  int scrambling_sequence_index = 0;  // 18 bits, for scrambling_sequence_selector 1
+  int input_stream_identifier = 0;    // for multiple_input_stream_flag 1
+  // In the standard reading alone.
+  int not_timeslice_flag = 0;  // 1: the stream is not time sliced
+  int TS_GS_mode = 0;          // 2 bits; 2: transport stream
+  int timeslice_number = 0;    // for not_timeslice_flag 0
 
   QUILLON_FACES();
 };

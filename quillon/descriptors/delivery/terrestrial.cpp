@@ -10,7 +10,7 @@ template <class V, class S>
 void DescriptorTerrestrialDeliverySystem::describe(V& v, S& s) {
   v.field("centre_frequency", s.centre_frequency);
   v.coded("bandwidth", s.bandwidth, get_bandwidth_text);
-  v.coded("priority", s.priority, get_priority_text);
+  v.coded("priority", s.priority, {get_priority_text, standard_priority_text});
   v.coded("Time_Slicing_indicator", s.Time_Slicing_indicator, get_Time_Slicing_indicator_text);
   v.coded("MPE_FEC_indicator", s.MPE_FEC_indicator, get_MPE_FEC_indicator_text);
   v.coded("constellation", s.constellation, get_constellation_text);
@@ -31,6 +31,11 @@ const char* DescriptorTerrestrialDeliverySystem::get_bandwidth_text(int bandwidt
 // compare them.
 const char* DescriptorTerrestrialDeliverySystem::get_priority_text(int priority) {
   return text_of(priority, {"HP (high priority)", "LP (low priority)"}, "n/a");
+}
+
+// Quirk: terrestrial priority texts
+const char* DescriptorTerrestrialDeliverySystem::standard_priority_text(int priority) {
+  return text_of(priority, {"LP (low priority)", "HP (high priority)"}, "n/a");
 }
 
 const char* DescriptorTerrestrialDeliverySystem::get_Time_Slicing_indicator_text(int Time_Slicing_indicator) {

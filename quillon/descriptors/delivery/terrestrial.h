@@ -34,6 +34,9 @@ class QUILLON_API DescriptorTerrestrialDeliverySystem final : public DescriptorB
   static const char* get_transmission_mode_text(int transmission_mode);
   static const char* get_other_frequency_flag_text(int other_frequency_flag);
 
+  // In the edition in force: 1 is high priority.
+  static const char* standard_priority_text(int priority);
+
   const char* get_bandwidth_text() const { return get_bandwidth_text(bandwidth); }
   const char* get_priority_text() const { return get_priority_text(priority); }
   const char* get_Time_Slicing_indicator_text() const {

@@ -1,7 +1,6 @@
-#include <numeric>
-
 #include <quillon/descriptors/delivery/time_slice_fec.h>
 #include <quillon/descriptors/internal/code_text.h>
+#include <quillon/descriptors/internal/counted_bytes.h>
 #include <quillon/faces/internal/describe.h>
 
 namespace quillon {
@@ -31,9 +30,8 @@ DescriptorTimeSliceFecIdentifier::DescriptorTimeSliceFecIdentifier(ByteView d)
       max_average_rate(d.bits(4, 7, 4)),
       time_slice_fec_id(d.bits(4, 3, 4)) {
   if (descriptor_length < 3) throw error("descriptor length to small");  // sic: tools match on the text
-  // Counted up from the first byte. Kept: readers of saved documents rely on it.
-  id_selector_byte.resize(static_cast<size_t>(descriptor_length) - 3);
-  std::iota(id_selector_byte.begin(), id_selector_byte.end(), d[5]);
+  // Quirk: DescriptorTimeSliceFecIdentifier id_selector_byte, DescriptorECMRepetitionRate private bytes
+  id_selector_byte = detail::counted_bytes(d, 5, descriptor_length - 3);
 }
 
 template <class V, class S>

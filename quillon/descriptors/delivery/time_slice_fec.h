@@ -20,7 +20,7 @@ class QUILLON_API DescriptorTimeSliceFecIdentifier final : public DescriptorBase
   int max_burst_duration = 0;
   int max_average_rate = 0;   // 4 bits
   int time_slice_fec_id = 0;  // 4 bits
-  // The first selector byte, counted up by one an element: the bytes after it are not read.
+  // But for the standard reading, the first selector byte, counted up by one an element.
   std::vector<uint8_t> id_selector_byte;
 
   QUILLON_FACES(id_selector_byte);

@@ -6,6 +6,7 @@ namespace quillon {
 
 template <class V, class S>
 void DescriptorComponent::describe(V& v, S& s) {
+  v.standard("stream_content_ext", s.stream_content_ext_);
   v.field("stream_content", s.stream_content_);
   v.field("component_type", s.component_type_);
   v.field("component_tag", s.component_tag_);

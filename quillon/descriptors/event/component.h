@@ -8,7 +8,7 @@
 namespace quillon {
 
 // The kind of a component stream, and a text about it (EN 300 468, 6.2.8). The text is two bytes shorter than
-// on the wire, and a save leaves it out.
+// on the wire, but for the standard reading, and a save leaves it out.
 class QUILLON_API DescriptorComponent final : public DescriptorBase {
  public:
   DescriptorComponent() = default;
@@ -18,8 +18,14 @@ class QUILLON_API DescriptorComponent final : public DescriptorBase {
         component_type_(d[3]),
         component_tag_(d[4]),
         iso_639_language_code_(d.from(5)),
-        text_(descriptor_length - 8, d.from(8)) {}
+        // Quirk: DescriptorComponent text
+        text_(descriptor_length - (d.standard() ? 6 : 8), d.from(8)) {
+    // Quirk: DescriptorComponent stream_content_ext
+    if (d.standard()) stream_content_ext_ = d.bits(2, 7, 4);
+  }
 
+  // Part of the code where stream_content is 9 or above. In the standard reading alone.
+  QUILLON_FIELD(int, stream_content_ext, get_stream_content_ext);
   QUILLON_FIELD(int, stream_content, get_stream_content);
   QUILLON_FIELD(int, component_type, get_component_type);
   QUILLON_FIELD(int, component_tag, get_component_tag);

@@ -133,11 +133,38 @@ const char* DescriptorContent::Content::get_content_nibble_level2_text() const {
   return level2_text(content_nibble_level_1_, content_nibble_level_2_);
 }
 
+// Quirk: content nibble texts
+const char* DescriptorContent::Content::standard_content_nibble_level1_text(int level_1) {
+  if (level_1 == 0) return "undefined content";
+  if (level_1 == 0xC) return "Adult";
+  if (level_1 == 0xF) return "user defined";
+  return level_1 > 0xC ? "reserved for future use" : level1_text(level_1);
+}
+
+const char* DescriptorContent::Content::standard_content_nibble_level2_text(int level_1, int level_2) {
+  if (level_1 == 0) return "undefined content";
+  if (level_1 == 0xF || (level_2 == 0xF && level_1 <= 0xC)) return "user defined";
+  switch (level_1 << 4 | level_2) {
+    case 0xB4:
+      return "plano-stereoscopic";
+    case 0xB5:
+      return "local or regional";
+    case 0xC0:
+      return "adult (general)";
+    default: {
+      const char* const text = level2_text(level_1, level_2);
+      return text == kUndefined ? "reserved for future use" : text;
+    }
+  }
+}
+
 template <class V, class S>
 void DescriptorContent::Content::describe(V& v, S& s) {
-  v.coded("content_nibble_level1", s.content_nibble_level_1_, level1_text);
+  v.coded("content_nibble_level1", s.content_nibble_level_1_,
+          {level1_text, standard_content_nibble_level1_text});
   v.coded("content_nibble_level2", s.content_nibble_level_2_,
-          level2_text(s.content_nibble_level_1_, s.content_nibble_level_2_));
+          {level2_text(s.content_nibble_level_1_, s.content_nibble_level_2_),
+           standard_content_nibble_level2_text(s.content_nibble_level_1_, s.content_nibble_level_2_)});
   v.field("user_nibble1", s.user_nibble1_);
   v.field("user_nibble2", s.user_nibble2_);
 }

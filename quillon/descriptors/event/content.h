@@ -20,6 +20,9 @@ class QUILLON_API DescriptorContent final : public DescriptorBase {
     // "undefined/user defined/reserved for future use".
     const char* get_content_nibble_level1_text() const;
     const char* get_content_nibble_level2_text() const;
+    // In the edition in force.
+    static const char* standard_content_nibble_level1_text(int level_1);
+    static const char* standard_content_nibble_level2_text(int level_1, int level_2);
 
     QUILLON_FIELD(int, content_nibble_level_1, get_content_nibble_level_1);
     QUILLON_FIELD(int, content_nibble_level_2, get_content_nibble_level_2);

@@ -15,7 +15,8 @@ class QUILLON_API DescriptorLocalTimeOffset final : public DescriptorBase {
     // `consumed` becomes 13.
     LocalTime(ByteView p, int& consumed)
         : country_code_(p),
-          country_region_id_(p.bits(3, 7, 2)),
+          // Quirk: DescriptorLocalTimeOffset country_region_id
+          country_region_id_(p.bits(3, 7, p.standard() ? 6 : 2)),
           local_time_offset_polarity_(p.bits(3, 0, 1)),
           local_time_offset_(p.from(4)),
           time_of_change_(p.from(6)),
@@ -24,7 +25,7 @@ class QUILLON_API DescriptorLocalTimeOffset final : public DescriptorBase {
     }
 
     QUILLON_FIELD(CodeCharacters, country_code, get_country_code);
-    QUILLON_FIELD(int, country_region_id, get_country_region_id);  // 0 to 3, the top two bits of the field
+    QUILLON_FIELD(int, country_region_id, get_country_region_id);  // the top two bits; all six when standard
     QUILLON_FIELD(int, local_time_offset_polarity, get_local_time_offset_polarity);
     QUILLON_FIELD(TimeOffset, local_time_offset, get_local_time_offset);
     QUILLON_FIELD(DateTime, time_of_change, get_time_of_change);

@@ -9,11 +9,14 @@ class QUILLON_API DescriptorPDC final : public DescriptorBase {
  public:
   DescriptorPDC() = default;
   explicit DescriptorPDC(ByteView d)
-      : DescriptorBase(d), programme_identification_label_(d.bits(2, 3, 4) << 24 | d.u24(3)) {}
+      : DescriptorBase(d),
+        // Quirk: DescriptorPDC programme_identification_label
+        programme_identification_label_(d.standard() ? d.bits(2, 3, 20) : d.bits(2, 3, 4) << 24 | d.u24(3)) {}
 
   const char* get_programme_identification_label_text() const { return "to be implemented"; }
 
-  // 28 bits: the label shifted up by 8, with the byte after the descriptor in its low bits.
+  // In the standard reading 20 bits: day, 5 bits; month, 4; hour, 5; minute, 6. Else 28: the label shifted up
+  // by 8, with the byte after the descriptor in its low bits.
   QUILLON_FIELD(int, programme_identification_label, get_programme_identification_label);
 
   QUILLON_FACES();

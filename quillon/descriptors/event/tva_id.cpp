@@ -20,10 +20,15 @@ const char* DescriptorTVAId::TVAIdInfo::get_running_status_cstr() const {
   return running_status_text(running_status_);
 }
 
+// Quirk: TVA running_status texts
+const char* DescriptorTVAId::TVAIdInfo::standard_running_status_text(int running_status) {
+  return running_status == 6 ? "Completed" : running_status_text(running_status);
+}
+
 template <class V, class S>
 void DescriptorTVAId::TVAIdInfo::describe(V& v, S& s) {
   v.field("TVA_id", s.tva_id_);
-  v.coded("running_status", s.running_status_, running_status_text);
+  v.coded("running_status", s.running_status_, {running_status_text, standard_running_status_text});
 }
 QUILLON_SILENT_RECORD_FACES_OF(DescriptorTVAId::TVAIdInfo)
 

@@ -13,6 +13,8 @@ class QUILLON_API DescriptorTVAId final : public DescriptorBase {
     explicit TVAIdInfo(ByteView p) : tva_id_(p.u16(0)), running_status_(p.bits(2, 2, 3)) {}
 
     const char* get_running_status_cstr() const;
+    // In the edition in force.
+    static const char* standard_running_status_text(int running_status);
 
     QUILLON_FIELD(int, tva_id, get_tva_id);
     QUILLON_FIELD(int, running_status, get_running_status);

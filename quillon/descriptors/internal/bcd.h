@@ -20,6 +20,14 @@ inline double bcd_sum(ByteView d, int at, std::initializer_list<double> weights)
   return sum;
 }
 
+// The number that eight BCD digits from byte `at` on make.
+inline int bcd_number(ByteView d, int at) {
+  int number = 0;
+  for (int nibble = 0; nibble < 8; ++nibble)
+    number = number * 10 + d.bits(at + nibble / 2, nibble % 2 == 0 ? 7 : 3, 4);
+  return number;
+}
+
 // A symbol rate in Msymbol/s: three bytes and the high nibble of a fourth.
 inline double symbol_rate(ByteView d, int at) {
   return bcd_sum(d, at, {100, 10, 1, 0.1, 0.01, 0.001, 0.0001});

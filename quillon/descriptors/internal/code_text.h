@@ -18,4 +18,9 @@ inline const char* application_type_text(int type) {
                  "subject to registration with DVB");
 }
 
+// Quirk: application_type texts
+inline const char* standard_application_type_text(int type) {
+  return type == 0x0010 ? "HbbTV application" : application_type_text(type);
+}
+
 }  // namespace quillon::detail

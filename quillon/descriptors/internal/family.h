@@ -40,7 +40,7 @@ struct VectorOps {
   const DescriptorBase& (*at)(const void* vector, size_t i) = nullptr;
   void (*append_parsed)(void* vector, ByteView descriptor) = nullptr;
   void (*append_loaded)(void* vector, void* node) = nullptr;
-  void (*walk)(const void* vector, size_t i, FieldSink& sink) = nullptr;
+  void (*walk)(const void* vector, size_t i, FieldSink& sink, Reading reading) = nullptr;
   const char* class_name = nullptr;
 };
 
@@ -65,7 +65,9 @@ consteval VectorOps make_descriptor_ops() {
     loaded.Parse(node);
     as_vector<T>(vector).push_back(std::move(loaded));
   };
-  out.walk = [](const void* vector, size_t i, FieldSink& sink) { as_vector<T>(vector)[i].walk(sink); };
+  out.walk = [](const void* vector, size_t i, FieldSink& sink, Reading reading) {
+    as_vector<T>(vector)[i].walk(sink, reading);
+  };
   out.class_name = faces::class_name<T>;
   return out;
 }
@@ -90,6 +92,7 @@ struct Family {
   uint8_t general = 0;
   uint8_t user_private = 0;
   bool catches_failures = false;  // always, or only in a tolerant table
+  bool has_reused_tags = false;   // a body that routing descriptors refuse is that of another descriptor
 
   size_t place_of(const Kind& kind) const { return static_cast<size_t>(&kind - kinds.data()); }
   const Kind& kind_for_tag(int tag) const { return kinds[kind_of_tag[static_cast<size_t>(tag)]]; }
@@ -109,9 +112,11 @@ struct KindRow {
   bool is_saved;
 };
 
-consteval Family make_family(std::initializer_list<KindRow> rows, bool catches_failures) {
+consteval Family make_family(std::initializer_list<KindRow> rows, bool catches_failures,
+                             bool has_reused_tags = false) {
   Family out;
   out.catches_failures = catches_failures;
+  out.has_reused_tags = has_reused_tags;
   for (const KindRow& row : rows) {
     if (row.tag == kGeneral) out.general = static_cast<uint8_t>(out.kind_count);
     if (row.tag == kUserPrivate) out.user_private = static_cast<uint8_t>(out.kind_count);

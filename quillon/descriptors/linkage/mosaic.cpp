@@ -51,7 +51,8 @@ DescriptorMosiac::CellInfo::CellInfo(ByteView p, int, int& consumed)
       consumed += 8;
       break;
     default:  // 0 too, which legal streams may carry. Kept: readers rely on the refusal
-      throw error(error::bad_value);
+      // Quirk: DescriptorMosiac cell_linkage_info 0, 5 to 255
+      if (!p.standard()) throw error(error::bad_value);
   }
 }
 

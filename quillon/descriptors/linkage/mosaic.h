@@ -64,7 +64,7 @@ class QUILLON_API DescriptorMosiac final : public DescriptorBase {
 
     CellInfo() = default;
     // `avail` is not looked at; `consumed` becomes the bytes of the cell. Throws error(error::bad_value)
-    // unless cell_linkage_info is 1 to 4.
+    // unless cell_linkage_info is 1 to 4; in the standard reading any other has no record.
     CellInfo(ByteView p, int avail, int& consumed);
 
     QUILLON_FIELD(int, logical_cell_id, get_logical_cell_id);                                // 6 bits

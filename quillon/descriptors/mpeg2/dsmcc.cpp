@@ -3,8 +3,10 @@
 
 namespace quillon {
 
-DescriptorCarouselId::DescriptorCarouselId(ByteView d)
-    : DescriptorBase(d), carousel_id_(d.u32(2)), formatid_(d[6]) {
+DescriptorCarouselId::DescriptorCarouselId(ByteView d) : DescriptorBase(d), carousel_id_(d.u32(2)) {
+  // Quirk: DescriptorCarouselId FormatId
+  if (d.standard() && descriptor_length <= 4) return;
+  formatid_ = d[6];
   if (formatid_ != 1) {
     private_data_byte_ = d.bytes(7, descriptor_length - 5);
     return;

@@ -5,7 +5,8 @@
 namespace quillon {
 
 // Identifies an object carousel (ISO/IEC 13818-6; TS 102 812, B.2.8). The fields from ModuleVersion to
-// ObjectKeyData are there for FormatId 1 alone; with any other the private bytes follow FormatId.
+// ObjectKeyData are there for FormatId 1 alone; with any other the private bytes follow FormatId, which is
+// read even where the body ends before it.
 class QUILLON_API DescriptorCarouselId final : public DescriptorBase {
  public:
   DescriptorCarouselId() = default;

@@ -5,7 +5,7 @@
 namespace quillon {
 
 // Coding parameters of a video elementary stream (ISO/IEC 13818-1, 2.6.2). Bytes 3 and 4 are read whatever
-// the MPEG_1_only_flag says.
+// the MPEG_1_only_flag says, but for the standard reading, where their fields are 0 if it is set.
 class QUILLON_API DescriptorVideoStream final : public DescriptorBase {
  public:
   DescriptorVideoStream() = default;
@@ -19,7 +19,11 @@ class QUILLON_API DescriptorVideoStream final : public DescriptorBase {
         profile_and_level_indication_(d[3]),
         chroma_format_(d.bits(4, 7, 2)),
         frame_rate_extension_flag_(d.bits(4, 5, 1)),
-        reserved_(d.bits(4, 4, 5)) {}
+        reserved_(d.bits(4, 4, 5)) {
+    // Quirk: DescriptorVideoStream profile_and_level_indication, chroma_format, frame_rate_extension_flag
+    if (d.standard() && mpeg_1_only_flag_)
+      profile_and_level_indication_ = chroma_format_ = frame_rate_extension_flag_ = reserved_ = 0;
+  }
 
   QUILLON_FIELD(int, multiple_frame_rate_flag, get_multiple_frame_rate_flag);
   QUILLON_FIELD(int, frame_rate_code, get_frame_rate_code);

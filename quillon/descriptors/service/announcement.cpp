@@ -10,6 +10,8 @@ DescriptorAnnouncementSupport::DescriptorAnnouncementSupport(ByteView d)
     : DescriptorBase(d), announcement_support_indicator_(d.u16(2)) {
   AnnouncementSupportData item;
   const bool complete = each_row(d, 4, 2 + descriptor_length, [&](ByteView at, int) {
+    // Quirk: DescriptorAnnouncementSupport items without reference
+    if (d.standard()) item = {};
     const int used = item.read(at);
     announcement_support_data_.push_back(item);
     return used;

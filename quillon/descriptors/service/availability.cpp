@@ -6,6 +6,11 @@ namespace quillon {
 
 DescriptorCountryAvailability::DescriptorCountryAvailability(ByteView d)
     : DescriptorBase(d), country_availability_flag_(d.bits(2, 7, 1)) {
+  // Quirk: DescriptorCountryAvailability of length 0
+  if (d.standard() && descriptor_length == 0) {
+    country_availability_flag_ = 0;
+    return;
+  }
   if ((descriptor_length - 1) % 3 != 0)
     throw error(error::length_mismatch, "country_availability_descriptor");
   read_rows(country_codes_, d, 3, descriptor_length - 1, 3);

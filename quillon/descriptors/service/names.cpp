@@ -57,7 +57,8 @@ DescriptorMultilingualServiceName::MultilingualServiceNameInfo::MultilingualServ
   provider_name_.parse(provider_length, bytes.from(4));
   const int service_length = bytes[4 + provider_length];
   // One byte too few passes: which failure a stream meets depends on it.
-  if (available < provider_length + service_length + 4)
+  // Quirk: DescriptorMultilingualServiceName rows
+  if (available < provider_length + service_length + (bytes.standard() ? 5 : 4))
     throw error(error::length_mismatch, "multilingual_service_name_info_descriptor:3");
   service_name_.parse(service_length, bytes.from(5 + provider_length));
   consumed = provider_length + service_length + 5;

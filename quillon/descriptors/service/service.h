@@ -14,6 +14,8 @@ class QUILLON_API DescriptorService final : public DescriptorBase {
   // The meaning of a service_type; "<unknown>" outside 0 to 255.
   static const char* get_service_type_text(int service_type);
   const char* get_service_type_text() const { return get_service_type_text(service_type_); }
+  // In the edition in force.
+  static const char* standard_service_type_text(int service_type);
 
   QUILLON_FIELD(int, service_type, get_service_type);
   QUILLON_FIELD(Text, provider_nameA, get_provider_nameA);
@@ -62,11 +64,17 @@ class QUILLON_API DescriptorServiceMove final : public DescriptorBase {
   QUILLON_FACES();
 };
 
-// The textual identifier of a service (TS 102 809, 6.2.1), of which tag and length alone are kept.
+// The textual identifier of a service (TS 102 809, 6.2.1). It is read in the standard reading, and walked
+// then; documents have tag and length alone.
 class QUILLON_API DescriptorServiceIdentifier final : public DescriptorBase {
  public:
   DescriptorServiceIdentifier() = default;
-  explicit DescriptorServiceIdentifier(ByteView d) : DescriptorBase(d) {}
+  explicit DescriptorServiceIdentifier(ByteView d) : DescriptorBase(d) {
+    // Quirk: DescriptorServiceIdentifier body
+    if (d.standard()) textual_service_identifier_.parse(descriptor_length, d.from(2));
+  }
+
+  QUILLON_FIELD(Text, textual_service_identifier, get_textual_service_identifier);
 
   QUILLON_FACES();
 };

@@ -7,8 +7,9 @@ DescriptorTelephone::DescriptorTelephone(ByteView d)
     : DescriptorBase(d),
       foriegn_availability_(d.bits(2, 5, 1)),
       connection_type_(d.bits(2, 4, 5)),
-      country_prefix_length_(d.bits(3, 7, 2)),
-      international_area_code_length_(d.bits(3, 5, 3)),
+      // Quirk: DescriptorTelephone country_prefix_length, international_area_code_length
+      country_prefix_length_(d.bits(3, d.standard() ? 6 : 7, 2)),
+      international_area_code_length_(d.bits(3, d.standard() ? 4 : 5, 3)),
       operator_code_length_(d.bits(3, 1, 2)),
       national_area_code_length_(d.bits(4, 6, 3)),
       core_number_length_(d.bits(4, 3, 4)) {

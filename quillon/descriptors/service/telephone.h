@@ -6,7 +6,7 @@ namespace quillon {
 
 // A telephone number to be dialled by a receiver (EN 300 468, 6.2.42). The second byte of the body is split
 // in another way than there: 2 bits, 3, 1 that is passed over, 2. Kept: readers of saved documents rely on
-// it.
+// it. The standard reading has 1 that is passed over, 2, 3, 2.
 class QUILLON_API DescriptorTelephone final : public DescriptorBase {
  public:
   DescriptorTelephone() = default;

@@ -14,6 +14,7 @@
 //   v.descriptors(owner)        the owner's descriptor loop; no report
 //   v.head(name, value)         an attribute of a section's header; no report
 //   v.more(...)                 what neither report nor document holds: a field, a coded one, or a list
+//   v.standard(...)             the same of what the standard reading alone gives
 //   v.labels(before, after)     changes what is around a name in the report
 //
 // A walk hands over all of them. Where the faces part, `if constexpr (V::xml)`, `(V::dump)` or `(V::walk)` is
@@ -75,7 +76,7 @@
 #define QUILLON_TABLE_FACES_OF(Class)   \
   QUILLON_SAVE_OF(Class, _save_section) \
   QUILLON_LOAD_OF(void Class::_parse)   \
-  QUILLON_WALK_OF(Class)
+  QUILLON_TABLE_WALK_OF(Class)
 #define QUILLON_ROW_FACES_OF(Class, Constructor) \
   QUILLON_SAVE_OF(Class, _save_stream_info)      \
   QUILLON_LOAD_OF(Class::Constructor)            \

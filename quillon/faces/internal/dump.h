@@ -6,21 +6,20 @@
 #include <string>
 #include <vector>
 
+#include <quillon/faces/internal/face.h>
 #include <quillon/faces/internal/meaning.h>
 #include <quillon/fields/identifier.h>
 #include <quillon/fields/time.h>
+#include <quillon/fields/wire_text.h>
 #include <quillon/report/dump.h>
 #include <quillon/report/internal/line.h>
 
 namespace quillon::faces {
 
 // Writes a report.
-class Dump {
+class Dump : public Face {
  public:
-  static constexpr bool xml = false;
   static constexpr bool dump = true;
-  static constexpr bool load = false;
-  static constexpr bool walk = false;
 
   explicit Dump(std::ostream& stream) : stream_(stream) {}
 
@@ -60,11 +59,6 @@ class Dump {
   template <class Owner>
   void descriptors(const Owner&) {}
 
-  template <class... Value>
-  void more(const char*, const Value&...) {}
-  template <class Value>
-  void more(const char*, const Value&, Meaning) {}
-
   std::ostream& stream() { return stream_; }
 
  private:
@@ -87,6 +81,7 @@ class Dump {
   static const char* printed(const ISO639LanguageCode& value) { return value.c_strA(); }
   static const char* printed(const Text& value) { return value.c_strA(); }
   static const std::string& printed(const std::string& value) { return value; }
+  static std::string printed(const WireText& value) { return value.narrow(); }
 
   std::ostream& stream_;
   const char* before_ = "";

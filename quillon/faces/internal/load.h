@@ -6,9 +6,11 @@
 #include <utility>
 #include <vector>
 
+#include <quillon/faces/internal/face.h>
 #include <quillon/faces/internal/meaning.h>
 #include <quillon/fields/identifier.h>
 #include <quillon/fields/time.h>
+#include <quillon/fields/wire_text.h>
 #include <quillon/xml/internal/grammar.h>
 
 namespace quillon::faces {
@@ -21,12 +23,10 @@ void load_rows(void* node, const char* list_name, std::vector<Row>& rows,
 }
 
 // Reads the XML form.
-class Load {
+class Load : public Face {
  public:
   static constexpr bool xml = true;
-  static constexpr bool dump = false;
   static constexpr bool load = true;
-  static constexpr bool walk = false;
 
   // Throws error(failure) if the element's attributes can't be had.
   explicit Load(void* node, const char* failure = "failed") : node_(node), in_(node, failure) {}
@@ -35,6 +35,11 @@ class Load {
   template <class Value>
   void field(const char* name, Value& value, const char* failure = "failed") {
     in_.get(name, value, failure);
+  }
+  void field(const char* name, WireText& value) {
+    std::string ansi;
+    in_.get(name, ansi);
+    value = WireText(std::move(ansi));
   }
   void field(const char* name, DateTime& value) { value.set_date_from_text(text(name).c_str()); }
   void field(const char* name, Duration& value) { value.set_time_from_text(text(name).c_str()); }
@@ -78,11 +83,6 @@ class Load {
   void descriptors(Owner& owner) {
     owner._parse_descriptors(node_);
   }
-
-  template <class... Value>
-  void more(const char*, const Value&...) {}
-  template <class Value>
-  void more(const char*, const Value&, Meaning) {}
 
  private:
   std::string text(const char* name) {

@@ -4,20 +4,19 @@
 
 #include <vector>
 
+#include <quillon/faces/internal/face.h>
 #include <quillon/faces/internal/meaning.h>
 #include <quillon/fields/identifier.h>
 #include <quillon/fields/time.h>
+#include <quillon/fields/wire_text.h>
 #include <quillon/xml/internal/grammar.h>
 
 namespace quillon::faces {
 
 // Writes the XML form.
-class Save {
+class Save : public Face {
  public:
   static constexpr bool xml = true;
-  static constexpr bool dump = false;
-  static constexpr bool load = false;
-  static constexpr bool walk = false;
 
   Save(void* document, void* node) : out_(document, node) {}
 
@@ -27,6 +26,12 @@ class Save {
     out_.add(name, value);
   }
   void field(const char* name, const CodeCharacters& value) { out_.add(name, value.c_str()); }
+  void field(const char* name, const WireText& value) {
+    if (!value.is_utf8()) return field(name, static_cast<const std::string&>(value));
+    Text text;
+    text.set_textW(0, value.wide().c_str());
+    field(name, text);
+  }
   // A time or an identifier in one attribute, as text.
   void field(const char* name, const DateTime& value) { out_.add(name, value.get_date_as_text()); }
   void field(const char* name, const Duration& value) { out_.add(name, value.get_time_as_text()); }
@@ -73,11 +78,6 @@ class Save {
   void descriptors(const Owner& owner) {
     if (out_.ok() && !owner._save_descriptors(out_.document(), out_.element())) out_.fail();
   }
-
-  template <class... Value>
-  void more(const char*, const Value&...) {}
-  template <class Value>
-  void more(const char*, const Value&, Meaning) {}
 
   bool ok() const { return out_.ok(); }
 

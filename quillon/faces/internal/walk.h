@@ -15,6 +15,7 @@
 #include <quillon/fields/language.h>
 #include <quillon/fields/text.h>
 #include <quillon/fields/time.h>
+#include <quillon/fields/wire_text.h>
 
 namespace quillon::faces {
 
@@ -26,8 +27,10 @@ class Walk {
   static constexpr bool load = false;
   static constexpr bool walk = true;
 
-  explicit Walk(FieldSink& sink) : sink_(sink) {}
+  // With the texts of that reading, and the fields that it alone gives.
+  Walk(FieldSink& sink, Reading reading) : sink_(sink), reading_(reading) {}
 
+  Reading reading() const { return reading_; }
   void labels(const char*, const char*) {}
 
   template <class Number>
@@ -38,6 +41,9 @@ class Walk {
   void field(const char* name, const std::string& value) { text(name, value); }
   void field(const char* name, wide_view value);
   void field(const char* name, const Text& value);
+  void field(const char* name, const WireText& value) {
+    value.is_utf8() ? sink_.text(name, value) : text(name, value);
+  }
   void field(const char* name, const CodeCharacters& value) { text(name, value.c_str()); }
   void field(const char* name, const ISO639LanguageCode& value) { text(name, value.c_strA()); }
   void field(const char* name, const std::vector<uint8_t>& value) {
@@ -58,10 +64,10 @@ class Walk {
   }
   // A record, for what has a walk of its own.
   template <class Value>
-  requires requires(const Value& value, FieldSink& sink) { value.walk(sink); }
+  requires requires(const Value& value, FieldSink& sink) { value.walk(sink, Reading::kept); }
   void field(const char* name, const Value& value) {
     sink_.begin(name, class_name<Value>);
-    value.walk(sink_);
+    value.walk(sink_, reading_);
     sink_.end();
   }
 
@@ -91,7 +97,7 @@ class Walk {
   }
   template <class Owner>
   void descriptors(const Owner& owner) {
-    owner._walk_descriptors(sink_);
+    owner._walk_descriptors(sink_, reading_);
   }
 
   template <class Value>
@@ -104,11 +110,20 @@ class Walk {
     list(list_name, item_name, rows);
   }
 
+  template <class... Value>
+  void standard(const char* name, const Value&... value) {
+    if (reading_ == Reading::standard) more(name, value...);
+  }
+  void standard(const char* name, int64_t value, Meaning meaning) {
+    if (reading_ == Reading::standard) coded(name, value, meaning);
+  }
+
  private:
   // From the ANSI code page.
   void text(const char* name, std::string_view ansi);
 
   FieldSink& sink_;
+  Reading reading_;
 };
 
 }  // namespace quillon::faces

@@ -66,12 +66,12 @@ bool read_sized_rows(List& list, ByteView view, int begin, int length, SizeOf si
 
 // The same for up to `count` rows, whose number ATSC tables state, which begin before `end`; returns the
 // place past the last one.
-template <class List>
-int read_counted_rows(List& list, ByteView view, int begin, int end, int count) {
+template <class List, class... Context>
+int read_counted_rows(List& list, ByteView view, int begin, int end, int count, const Context&... context) {
   int pos = begin;
   for (int n = 0; n < count && pos < end && view.has(pos); ++n) {
     int length = end - pos;
-    list.emplace_back(view.from(pos), length, false, nullptr);
+    list.emplace_back(view.from(pos), length, context...);
     pos += length;
   }
   return pos;
