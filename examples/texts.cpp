@@ -22,7 +22,7 @@ class Tables : public quillon::DemuxIstream {
   void on_psi_section(unsigned long, int size, uint8_t* section) override {
     const auto table = quillon::AnyTable::for_table_id(section[0], quillon::Standard::dvb);
     if (!table) return;
-    table->set_tolerant(true);
+    table->set_reading(quillon::Reading::standard);
     try {
       table->Parse(section, static_cast<size_t>(size), false);
       Texts texts;

@@ -8,10 +8,12 @@
 #include <quillon/appsignal/ait.h>
 #include <quillon/appsignal/int.h>
 #include <quillon/atsc/pmt_atsc.h>
+#include <quillon/descriptors/event/extended_text.h>
 #include <quillon/descriptors/mpeg2/ca.h>
 #include <quillon/fields/time.h>
 #include <quillon/sections/pat.h>
 #include <quillon/tables/cat.h>
+#include <quillon/tables/eit.h>
 #include <quillon/tables/nit.h>
 #include <quillon/tables/pmt.h>
 #include <quillon/xml/document.h>
@@ -82,6 +84,9 @@ void ask(const AnyTable& table) {
       seen = static_cast<uint64_t>(pat->get_pid_from_program_number(program.get_program_number()));
     require(pat->get_pid_from_program_number(-1) == 0x1FFF);
   }
+  if (const Eit* const eit = table.as<Eit>())
+    for (const Eit::EventInfo& event : eit->get_eventinfo())
+      for (const ExtendedText& text : extended_texts(event.get_extended_event_descriptors())) read(text.text);
   if (const PmtATSC* const pmt = table.as<PmtATSC>()) {
     std::vector<DescriptorCa> found;
     pmt->get_all_ca_descriptors(found);

@@ -27,7 +27,7 @@ class QUILLON_API FieldSink {
   virtual void real(const char* /*name*/, double /*value*/) {}
   virtual void text(const char* /*name*/, std::string_view /*utf8*/) {}
   virtual void bytes(const char* /*name*/, const uint8_t* /*data*/, size_t /*size*/) {}
-  // As it was read: an undefined time is not filtered out.
+  // As they were read: one that is not defined comes too (DateTime::is_defined).
   virtual void time(const char* /*name*/, const DateTime& /*utc*/) {}
   virtual void duration(const char* /*name*/, const Duration& /*value*/) {}
 

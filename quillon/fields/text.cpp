@@ -34,10 +34,10 @@ void Text::parse(int length, ByteView bytes) {
   length_ = static_cast<uint32_t>(length);
   if (length == 0) return;
   std::string_view text = bytes.present(0, length);
-  uint8_t selection = 0;
   // Quirk: Text tables, marks and control codes
-  const bool has_selection =
-      !bytes.standard() && !text.empty() && is_char_table(static_cast<uint8_t>(text[0]));
+  if (bytes.standard()) return parse_standard(text);
+  uint8_t selection = 0;
+  const bool has_selection = !text.empty() && is_char_table(static_cast<uint8_t>(text[0]));
   if (has_selection) {
     selection = static_cast<uint8_t>(text[0]);
     text.remove_prefix(1);
@@ -45,22 +45,35 @@ void Text::parse(int length, ByteView bytes) {
   const unsigned ansi_page = get_ansi_code_page();
   if (bytes_.empty() && !late_.get()) {
     bytes_ = text;
-    ascii_ = bytes.standard() ? is_printable_ascii(text) : platform::is_ascii(text);
+    ascii_ = platform::is_ascii(text);
     undecoded_ = !ascii_;
     has_selection_ = has_selection;
+    reading_ = Reading::kept;
     selection_ = selection;
-    reading_ = bytes.reading();
     ansi_page_ = static_cast<uint16_t>(ansi_page);
     return;
   }
   wide_string& units = decode().wide;
   ascii_ = false;
-  if (bytes.standard()) {
-    units += platform::to_utf16(dvb_text_to_utf8(text));
-  } else {
-    bytes_.append(text);
-    ansi_to_wide(selection, ansi_page, bytes_, units);
+  bytes_.append(text);
+  ansi_to_wide(selection, ansi_page, bytes_, units);
+  wide_to_ansi(ansi_page, units, bytes_);
+}
+
+void Text::parse_standard(std::string_view field) {
+  const unsigned ansi_page = get_ansi_code_page();
+  if (bytes_.empty() && !late_.get()) {
+    bytes_ = field;
+    ascii_ = is_printable_ascii(field);
+    undecoded_ = !ascii_;
+    has_selection_ = false;
+    reading_ = Reading::standard;
+    ansi_page_ = static_cast<uint16_t>(ansi_page);
+    return;
   }
+  wide_string& units = decode().wide;
+  ascii_ = false;
+  units += platform::to_utf16(dvb_text_to_utf8(field));
   wide_to_ansi(ansi_page, units, bytes_);
 }
 

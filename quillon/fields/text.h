@@ -114,6 +114,7 @@ class QUILLON_API Text {
   // Both forms, to be changed: the bytes are the narrow text then.
   Late& decode();
   void set_units(uint8_t char_set, wide_string units);
+  void parse_standard(std::string_view field);
   // True if the bytes are those of one parse.
   bool is_wire() const { return ascii_ || undecoded_; }
 

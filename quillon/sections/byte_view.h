@@ -16,25 +16,26 @@ enum class Reading : uint8_t { kept, standard };
 
 // Bytes of a section from some place on, with the section's end as the limit, and how they are to be read.
 // Reading past the limit gives 0 and never touches memory, so wire parsers need not test the lengths that it
-// states. A view made from a bare pointer has no limit: its caller vouches for the bytes. No limit is past
-// 4 GiB.
+// states. A view made from a bare pointer has no limit: its caller vouches for the bytes.
 class QUILLON_API ByteView {
  public:
   constexpr ByteView(const uint8_t* bytes, Reading reading = Reading::kept)
-      : data_(bytes), left_(kUnlimited), reading_(reading) {}
+      : ByteView(bytes, kUnlimited, reading) {}
   constexpr ByteView(const uint8_t* bytes, size_t size, Reading reading = Reading::kept)
       : data_(bytes),
-        left_(size < kUnlimited ? static_cast<uint32_t>(size) : kUnlimited),
-        reading_(reading) {}
+        left_and_reading_(static_cast<ptrdiff_t>(size < kUnlimited ? size : kUnlimited) * 2 +
+                          (reading == Reading::standard)) {}
 
   constexpr const uint8_t* data() const { return data_; }
-  constexpr Reading reading() const { return reading_; }
-  constexpr bool standard() const { return reading_ == Reading::standard; }
+  constexpr bool standard() const { return left_and_reading_ & 1; }
+  constexpr Reading reading() const { return standard() ? Reading::standard : Reading::kept; }
 
   // True if byte `i` lies before the limit.
-  constexpr bool has(ptrdiff_t i) const { return static_cast<size_t>(i) < left_; }
+  constexpr bool has(ptrdiff_t i) const {
+    return static_cast<size_t>(2 * i + 1) < static_cast<size_t>(left_and_reading_);
+  }
   // True if the place in front of byte `i` lies before the limit or on it.
-  constexpr bool reaches(ptrdiff_t i) const { return i <= static_cast<ptrdiff_t>(left_); }
+  constexpr bool reaches(ptrdiff_t i) const { return 2 * i <= left_and_reading_; }
 
   constexpr uint8_t operator[](ptrdiff_t i) const { return has(i) ? data_[i] : uint8_t{0}; }
   constexpr int u16(ptrdiff_t i) const { return (*this)[i] << 8 | (*this)[i + 1]; }
@@ -56,13 +57,15 @@ class QUILLON_API ByteView {
 
   // The view from byte `n` on.
   constexpr ByteView from(ptrdiff_t n) const {
-    if (left_ == kUnlimited) return ByteView(data_ + n, reading_);
-    const ptrdiff_t skip = reaches(n) ? n : static_cast<ptrdiff_t>(left_);
-    return ByteView(data_ + skip, static_cast<size_t>(static_cast<ptrdiff_t>(left_) - skip), reading_);
+    const ptrdiff_t skip = reaches(n) ? n : left();
+    ByteView out = *this;
+    out.data_ += skip;
+    out.left_and_reading_ -= 2 * skip;
+    return out;
   }
   // The view that ends before byte `n`.
   constexpr ByteView upto(ptrdiff_t n) const {
-    return reaches(n) ? ByteView(data_, static_cast<size_t>(n), reading_) : *this;
+    return reaches(n) ? ByteView(data_, static_cast<size_t>(n < 0 ? 0 : n), reading()) : *this;
   }
   constexpr ptrdiff_t offset_from(ByteView base) const { return data_ - base.data_; }
 
@@ -72,17 +75,19 @@ class QUILLON_API ByteView {
   // Those of the `n` bytes from `i` on that lie before the limit.
   std::string_view present(ptrdiff_t i, ptrdiff_t n) const {
     if (n <= 0 || !has(i)) return {};
-    const ptrdiff_t left = static_cast<ptrdiff_t>(left_) - i;
-    const ptrdiff_t real = n < left ? n : left;
+    const ptrdiff_t real = n < left() - i ? n : left() - i;
     return {reinterpret_cast<const char*>(data_ + i), static_cast<size_t>(real)};
   }
 
  private:
-  static constexpr uint32_t kUnlimited = UINT32_MAX;
+  static constexpr size_t kUnlimited = size_t{1} << 61;
+
+  constexpr ptrdiff_t left() const { return left_and_reading_ >> 1; }
 
   const uint8_t* data_;
-  uint32_t left_;
-  Reading reading_;
+  // Twice the bytes that are left, plus 1 in the standard reading: comparisons with the limit take no
+  // instruction more, and two registers hold a view.
+  ptrdiff_t left_and_reading_;
 };
 
 }  // namespace quillon

@@ -169,6 +169,37 @@ TEST(StandardReading, TellsWhatAnAtscClassRefuses) {
   EXPECT_EQ(stream.get_user_private_descriptors()[0].get_descriptor_tag(), 0x86);
 }
 
+TEST(StandardReading, KnowsTheStreamTypesOfAtsc) {
+  const auto meaning = [](int stream_type, const Bytes& descriptors) {
+    Bytes section = map_of(descriptors);
+    section[12] = static_cast<uint8_t>(stream_type);
+    repair_crc(section);
+    return std::string(
+        parsed<PmtATSC>(section, Reading::standard).get_pmt_stream_info()[0].standard_stream_type_text());
+  };
+  EXPECT_EQ(meaning(0x81, {}), "AC-3 audio");
+  EXPECT_EQ(meaning(0x87, {}), "Enhanced AC-3 audio");
+  EXPECT_EQ(meaning(0x86, {}), "User Private");
+  EXPECT_EQ(meaning(0x86, descriptor(0x05, text("CUEI"))), "SCTE 35 splice information");
+  EXPECT_EQ(meaning(0x06, descriptor(0x05, text("DTS1"))), "DTS audio");
+  EXPECT_EQ(meaning(0x24, {}), "HEVC video stream (ITU-T Rec. H.265 | ISO/IEC 23008-2)");
+}
+
+TEST(StandardReading, LetsALoadedMapKnowItsRegistration) {
+  const Bytes section = long_section(0x02, joined({bits({{3, 7, "reserved"},
+                                                         {13, 0x100, "PCR_PID"},
+                                                         {4, 15, "reserved"},
+                                                         {12, 6, "program_info_length"}}),
+                                                   descriptor(0x05, text("HDMV")),
+                                                   bits({{8, 0x83, "stream_type"},
+                                                         {3, 7, "reserved"},
+                                                         {13, 0x101, "elementary_PID"},
+                                                         {4, 15, "reserved"},
+                                                         {12, 0, "ES_info_length"}})}));
+  const auto pmt = loaded_table<PmtDVB>(saved(parsed<PmtDVB>(section, Reading::kept)));
+  EXPECT_STREQ(pmt.get_pmt_stream_info()[0].standard_stream_type_text(), "Dolby TrueHD audio");
+}
+
 TEST(StandardReading, TakesAReusedTagForAnotherDescriptor) {
   const auto section = [](int tag) {
     return long_section(0x74, joined({bits({{4, 15, "reserved"}, {12, 5, "common_descriptors_length"}}),

@@ -162,9 +162,12 @@ template <class V, class S>
 void DescriptorContent::Content::describe(V& v, S& s) {
   v.coded("content_nibble_level1", s.content_nibble_level_1_,
           {level1_text, standard_content_nibble_level1_text});
-  v.coded("content_nibble_level2", s.content_nibble_level_2_,
-          {level2_text(s.content_nibble_level_1_, s.content_nibble_level_2_),
-           standard_content_nibble_level2_text(s.content_nibble_level_1_, s.content_nibble_level_2_)});
+  if constexpr (V::walk)
+    v.coded("content_nibble_level2", s.content_nibble_level_2_,
+            {s.get_content_nibble_level2_text(),
+             standard_content_nibble_level2_text(s.content_nibble_level_1_, s.content_nibble_level_2_)});
+  else
+    v.field("content_nibble_level2", s.content_nibble_level_2_);
   v.field("user_nibble1", s.user_nibble1_);
   v.field("user_nibble2", s.user_nibble2_);
 }
