@@ -22,10 +22,11 @@ DescriptorDVB_HTML_Application::DescriptorDVB_HTML_Application(ByteView d) : Des
   if (!d.standard()) return;
   int size = 0;
   application_id_ = LengthPrefixedString(d.from(2).upto(1), descriptor_length, size);  // no string
-  each_row(d, 3, 3 + (application_id_.get_length() & ~1), [this](ByteView at, int) {
-    application_ids_.push_back(at.u16(0));
-    return 2;
-  });
+  each_row(d.upto(2 + descriptor_length), 3, 3 + (application_id_.get_length() & ~1),
+           [this](ByteView at, int) {
+             application_ids_.push_back(at.u16(0));
+             return 2;
+           });
 }
 
 template <class V, class S>

@@ -5,9 +5,9 @@
 
 namespace quillon {
 
-// IP/MAC notification table (EN 301 192, 8.4). Any table id is accepted, in the
-// standard reading 0x4C alone; action_type and platform_id_hash are
-// the two bytes of the header's extension. No report shows more than the header.
+// IP/MAC notification table (EN 301 192, 8.4). Any table id is accepted, in the standard reading 0x4C
+// alone; action_type and platform_id_hash are the two bytes of the header's extension. No report shows more
+// than the header.
 //
 //   platform_id                      24
 //   processing_order                  8

@@ -34,8 +34,8 @@ class QUILLON_API FieldSink {
   // A record, whose fields follow up to its end: a row, a value with fields of its own, a descriptor. `kind`
   // is the name of its class.
   virtual void begin(const char* /*name*/, const char* /*kind*/) {}
-  // A list, whose `size` items follow up to its end: numbers, texts or records. The items of "descriptors" bear the
-  // names of their elements, those of another list bear all the same name.
+  // A list, whose `size` items follow up to its end: numbers, texts or records. The items of "descriptors"
+  // bear the names of their elements, those of another list bear all the same name.
   virtual void begin_list(const char* /*name*/, size_t /*size*/) {}
   // Ends the record or list that was begun last.
   virtual void end() {}

@@ -361,3 +361,13 @@ TEST(ExtendedText, OfEventsThatWereLoadedHasTheirItems) {
   ASSERT_EQ(extended_texts(again).size(), 1u);
   EXPECT_EQ(extended_texts(again)[0].items[0].item, "é");
 }
+
+TEST(ExtendedText, PassesOverNumbersThatNoStreamHas) {
+  std::string document = saved(events({{0, 0, "eng", {{"Cast", "A"}}, ""}})[0]);
+  const std::string number = "descriptor_number=\"0\"";
+  for (const char* const other : {"descriptor_number=\"16\"", "descriptor_number=\"-1\""}) {
+    std::string changed = document;
+    changed.replace(changed.find(number), number.size(), other);
+    EXPECT_TRUE(extended_texts({loaded<DescriptorExtendedEvent>(changed)}).empty());
+  }
+}

@@ -51,8 +51,8 @@ class QUILLON_API DescriptorS2SatelliteDeliverySystem final : public DescriptorB
 
   int scrambling_sequence_selector = 0;
   int multiple_input_stream_flag = 0;
-  int backwards_compatibility_indicator =
-      0;                              // that of multiple_input_stream_flag but in the standard reading
+  // That of multiple_input_stream_flag, but in the standard reading.
+  int backwards_compatibility_indicator = 0;
   int scrambling_sequence_index = 0;  // 18 bits, for scrambling_sequence_selector 1
   int input_stream_identifier = 0;    // for multiple_input_stream_flag 1
   // In the standard reading alone.

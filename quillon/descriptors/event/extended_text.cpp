@@ -85,6 +85,8 @@ std::vector<ExtendedText> extended_texts(const std::vector<DescriptorExtendedEve
   std::vector<std::string> languages;
   std::vector<Numbered> by_language;
   for (const DescriptorExtendedEvent& descriptor : descriptors) {
+    const int number = descriptor.get_descriptor_number();
+    if (number < 0 || number >= static_cast<int>(Numbered().size())) continue;  // no stream has such a one
     const std::string language = descriptor.get_iso_639_language_code().c_str();
     const auto known = std::ranges::find(languages, language);
     const auto i = static_cast<size_t>(known - languages.begin());
@@ -92,8 +94,7 @@ std::vector<ExtendedText> extended_texts(const std::vector<DescriptorExtendedEve
       languages.push_back(language);
       by_language.emplace_back();
     }
-    const DescriptorExtendedEvent*& place =
-        by_language[i][static_cast<size_t>(descriptor.get_descriptor_number())];
+    const DescriptorExtendedEvent*& place = by_language[i][static_cast<size_t>(number)];
     if (!place) place = &descriptor;
   }
   std::vector<ExtendedText> out;

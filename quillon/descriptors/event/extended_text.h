@@ -22,8 +22,8 @@ struct ExtendedText {
 };
 
 // The descriptions in the order in which their languages come first. The descriptors may come in any order;
-// of two with the same number the first counts. An item without a description goes on with the item before
-// it. A character that is cut by the end of a descriptor is put together again.
+// of two with the same number the first counts, and a number above 15 does not. An item without a description
+// goes on with the item before it. A character that is cut by the end of a descriptor is put together again.
 QUILLON_API std::vector<ExtendedText> extended_texts(const std::vector<DescriptorExtendedEvent>& descriptors);
 
 }  // namespace quillon
