@@ -41,7 +41,7 @@ void VirtualChannel::describe(V& v, S& s) {
   v.field("access_controlled", s.access_controlled);
   v.field("hidden", s.hidden);
   v.field("hide_guide", s.hide_guide);
-  v.coded("service_type", s.service_type, {s.get_service_type_text, s.standard_service_type_text});
+  v.coded("service_type", s.service_type, {get_service_type_text, standard_service_type_text});
   v.field("source_id", s.source_id);
   v.field("descriptors_length", s.descriptors_length);
 }
