@@ -203,10 +203,13 @@ class Run {
 };
 
 // A table's report on a stream of its own, so that it does not depend on what was shown before.
-void print(const AnyTable& table, bool full) {
+void print(const AnyTable& table, bool full, Reading reading = Reading::kept) {
   std::ostringstream text;
   table.dump_state(text);
-  std::cout << platform::to_utf8(0, text.str());
+  if (reading == Reading::standard)
+    std::cout << platform::to_utf8(platform::to_utf16(text.str()));
+  else
+    std::cout << platform::to_utf8(0, text.str());
   if (!full) return;
   FieldLines lines;
   table.walk(lines);
@@ -244,7 +247,7 @@ xml::Document read_document(const std::string& input) {
 int report(const Options& options) {
   return guarded([&] {
     if (options.full) init();
-    Run(options, [&](const Section&, const AnyTable& table) { print(table, options.full); }).run();
+    Run(options, [&](const Section&, const AnyTable& table) { print(table, options.full, options.reading); }).run();
   });
 }
 

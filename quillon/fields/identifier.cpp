@@ -36,7 +36,7 @@ LengthPrefixedString::LengthPrefixedString(ByteView bytes, int, int& consumed)
 
 void LengthPrefixedString::dump_state(const char* label, std::ostream& stream) const {
   stream << label << "_length: " << length_ << std::endl;
-  stream << label << ": " << value_.narrow().c_str() << std::endl;
+  stream << label << ": " << value_.c_str() << std::endl;
 }
 
 MultilingualNameInfo::MultilingualNameInfo(ByteView bytes, int available, int& consumed) {
@@ -50,7 +50,8 @@ MultilingualNameInfo::MultilingualNameInfo(ByteView bytes, int available, int& c
 
 void MultilingualNameInfo::_dump_state(std::ostream& stream) const {
   stream << "MultilingualNameInfo::ISO_639_language_code: " << language_code_ << std::endl;
-  stream << "MultilingualNameInfo::name: " << name_.c_strA() << std::endl;
+  const bool is_utf8 = name_.get_reading() == Reading::standard;
+  stream << "MultilingualNameInfo::name: " << (is_utf8 ? name_.utf8().c_str() : name_.c_strA()) << std::endl;
 }
 
 }  // namespace quillon

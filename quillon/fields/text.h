@@ -75,6 +75,8 @@ class QUILLON_API Text {
   // The text of the whole annex in UTF-8: what the last parse read, by its bytes, and what was set. Of a text
   // that was parsed twice, or set and parsed, it is the wide form.
   std::string utf8() const;
+  // How the last parse read it.
+  Reading get_reading() const { return reading_; }
   // The bytes of the field, selection included, if there was one parse and nothing else.
   std::string get_bytes() const;
   const char* c_strA() const { return get_textA().c_str(); }

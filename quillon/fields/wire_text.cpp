@@ -16,13 +16,6 @@ WireText WireText::from_dvb(std::string_view field) {
   return out;
 }
 
-std::string WireText::narrow() const {
-  if (!is_utf8_) return *this;
-  std::string out;
-  platform::encode(0, wide(), out);
-  return out;
-}
-
 wide_string WireText::wide() const {
   return platform::to_utf16(*this);
 }

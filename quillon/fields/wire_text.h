@@ -10,7 +10,7 @@
 namespace quillon {
 
 // Characters that were kept as they are on the wire, in the ANSI code page; those of the standard reading are
-// UTF-8, whose malformed bytes became U+FFFD.
+// UTF-8, whose malformed bytes became U+FFFD. Reports have them as they are.
 class QUILLON_API WireText : public std::string {
  public:
   WireText() = default;
@@ -22,8 +22,6 @@ class QUILLON_API WireText : public std::string {
   static WireText from_dvb(std::string_view field);
 
   bool is_utf8() const { return is_utf8_; }
-  // In the ANSI code page, with `?` for what it lacks.
-  std::string narrow() const;
   // For text that is UTF-8.
   wide_string wide() const;
 

@@ -132,15 +132,19 @@ TEST(StandardText, IsInReportAndDocument) {
   const DescriptorNetworkName standard(test::view(name, Reading::standard));
   EXPECT_NE(saved(standard).find("Пр"), std::string::npos);
   const DescriptorNetworkName latin(test::view(descriptor(0x40, {0xC2, 'e'}), Reading::standard));
-  EXPECT_NE(report(latin).find("\xE9"), std::string::npos);
+  EXPECT_NE(report(latin).find("network_name: é\n"), std::string::npos) << report(latin);
+  EXPECT_NE(report(standard).find("Пр"), std::string::npos);
+  const Bytes names = descriptor(0x5B, joined({text("rus"), counted("\x01\xBF")}));
+  EXPECT_NE(report(DescriptorMultilingualNetworkName(test::view(names, Reading::standard))).find("name: П\n"),
+            std::string::npos);
 }
 
-TEST(StandardWireText, IsUtf8InDocumentAndWalkAndNarrowInReports) {
+TEST(StandardWireText, IsUtf8InAllFaces) {
   const Bytes icons = descriptor(0x0B, joined({counted("\xC3\xA9\xD0\x9F"), {0, 1}}));
   const DescriptorAitApplicationIcons standard(test::view(icons, Reading::standard));
   EXPECT_EQ(standard.get_icon_locator(), "éП");
   EXPECT_NE(saved(standard).find("icon_locator=\"éП\""), std::string::npos) << saved(standard);
-  EXPECT_NE(report(standard).find("icon_locator: \xE9?\n"), std::string::npos);
+  EXPECT_NE(report(standard).find("icon_locator: éП\n"), std::string::npos);
   const DescriptorAitApplicationIcons kept(test::view(icons, Reading::kept));
   EXPECT_EQ(kept.get_icon_locator(), "\xC3\xA9\xD0\x9F");
   EXPECT_NE(report(kept).find("icon_locator: \xC3\xA9\xD0\x9F\n"), std::string::npos);

@@ -32,6 +32,15 @@ class Dump : public Face {
     report::Line line(stream_);
     line.label(before_, name, after_).add(printed(value)).end();
   }
+  // Of the standard reading in UTF-8, as no code page has all letters.
+  void field(const char* name, const Text& value) {
+    report::Line line(stream_);
+    line.label(before_, name, after_);
+    if (value.get_reading() == Reading::standard)
+      line.add(value.utf8()).end();
+    else
+      line.add(value.c_strA()).end();
+  }
   void field(const char* name, const DateTime& value) { time_field(name, value); }
   void field(const char* name, const Duration& value) { time_field(name, value); }
   template <class Value>
@@ -79,9 +88,7 @@ class Dump : public Face {
   static const char* printed(const char* value) { return value; }
   static const char* printed(const CodeCharacters& value) { return value.c_str(); }
   static const char* printed(const ISO639LanguageCode& value) { return value.c_strA(); }
-  static const char* printed(const Text& value) { return value.c_strA(); }
   static const std::string& printed(const std::string& value) { return value; }
-  static std::string printed(const WireText& value) { return value.narrow(); }
 
   std::ostream& stream_;
   const char* before_ = "";
