@@ -247,7 +247,9 @@ xml::Document read_document(const std::string& input) {
 int report(const Options& options) {
   return guarded([&] {
     if (options.full) init();
-    Run(options, [&](const Section&, const AnyTable& table) { print(table, options.full, options.reading); }).run();
+    Run(options, [&](const Section&, const AnyTable& table) {
+      print(table, options.full, options.reading);
+    }).run();
   });
 }
 
