@@ -469,6 +469,7 @@ TEST(DvbText, HasAllCompositionsOfIso6937AndMore) {
 struct PairTable {
   uint8_t selection;
   const char* name;
+  friend void PrintTo(const PairTable& table, std::ostream* out) { *out << table.name; }
 };
 
 class Pairs : public testing::TestWithParam<PairTable> {
