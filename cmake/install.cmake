@@ -6,7 +6,7 @@ set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/quillon)
 install(TARGETS quillon EXPORT quillon-targets)
 install(DIRECTORY quillon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING PATTERN "*.h" PATTERN "*.inc" PATTERN "internal" EXCLUDE
-                 PATTERN "posix" EXCLUDE PATTERN "tree" EXCLUDE)
+                 PATTERN "posix" EXCLUDE PATTERN "windows" EXCLUDE PATTERN "tree" EXCLUDE)
 if(TARGET quillon_program)
   file(RELATIVE_PATH libraries_from_programs ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(quillon_program PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")

@@ -43,6 +43,11 @@ std::string name_of(const std::string& input) {
   return input == "-" ? "standard input" : input;
 }
 
+// Arguments are in UTF-8.
+std::filesystem::path path_of(const std::string& argument) {
+  return std::u8string(argument.begin(), argument.end());
+}
+
 std::string text_of(const std::string& what, int code) {
   return what.empty() ? "failure " + std::to_string(code) : what;
 }
@@ -99,15 +104,16 @@ class Run {
       run_packets(std::cin, 0);
       return;
     }
-    std::ifstream in(options_.input, std::ios::binary);
+    const std::filesystem::path file = path_of(options_.input);
+    std::ifstream in(file, std::ios::binary);
     std::error_code none;
-    if (!in || std::filesystem::is_directory(options_.input, none))
+    if (!in || std::filesystem::is_directory(file, none))
       throw Failure(name_of(options_.input) + ": can't be opened");
     if (run_chain(in)) return;
     rewind(in);
     look_ahead(in);
     rewind(in);
-    const auto size = std::filesystem::file_size(options_.input, none);
+    const auto size = std::filesystem::file_size(file, none);
     run_packets(in, none ? 0 : size);
   }
 
@@ -234,7 +240,7 @@ int guarded(Action action) {
 
 // The error names the input.
 xml::Document read_document(const std::string& input) {
-  if (input != "-") return xml::Document::from_file(input);
+  if (input != "-") return xml::Document::from_file(path_of(input));
   try {
     return xml::Document::from_text(std::string(std::istreambuf_iterator<char>(std::cin), {}));
   } catch (const error& e) {
@@ -277,7 +283,7 @@ int save_xml(const Options& options, const std::string& output) {
     if (output.empty())
       std::cout << document.to_text();
     else
-      document.to_file(output);
+      document.to_file(path_of(output));
   });
 }
 

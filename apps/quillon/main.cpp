@@ -1,12 +1,16 @@
+#include "apps/quillon/begin_program.h"
 #include "apps/quillon/commands.h"
 #include "apps/quillon/names.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <map>
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <quillon/fields/dvb_text.h>
 #include <quillon/version.h>
@@ -53,6 +57,7 @@ int main(int argc, char** argv) {
   CLI::App app("quillon: the tables of an MPEG-2 transport stream", "quillon");
   app.set_version_flag("--version", std::string("quillon ") + quillon::version());
   app.require_subcommand(1);
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.footer("Numbers may be hexadecimal (0x12). Exit codes: 0 ok, 1 bad input, 2 usage.");
 
   Options options;
@@ -84,7 +89,9 @@ int main(int argc, char** argv) {
   names->add_option("ID", id, "the identifier; all, if it is left out");
 
   try {
-    app.parse(argc, argv);
+    std::vector<std::string> arguments = quillon::app::begin_program(argc, argv);
+    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+    app.parse(std::move(arguments));
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? quillon::app::exit_ok : quillon::app::exit_usage;
   }

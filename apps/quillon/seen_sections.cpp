@@ -2,27 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
-#include <sodium.h>
-
-#include <quillon/sections/error.h>
 
 namespace quillon::app {
-
-SeenSections::SeenSections() {
-  static_assert(sizeof(Digest) == crypto_shorthash_siphashx24_BYTES);
-  static_assert(sizeof key_ == crypto_shorthash_siphashx24_KEYBYTES);
-  if (sodium_init() < 0) throw error("the system gives no random numbers");
-  randombytes_buf(key_.data(), key_.size());
-}
 
 bool SeenSections::add(const Section& section) {
   input_.resize(sizeof section.pid + section.size);
   std::memcpy(input_.data(), &section.pid, sizeof section.pid);
   std::copy_n(section.bytes, section.size, input_.data() + sizeof section.pid);
-  Digest digest;
-  crypto_shorthash_siphashx24(reinterpret_cast<uint8_t*>(digest.data()), input_.data(), input_.size(),
-                              key_.data());
-  return digests_.insert(digest).second;
+  return digests_.insert(digest_.of(input_.data(), input_.size())).second;
 }
 
 size_t SeenSections::longest_search() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/quillon/keyed_digest.h"
 #include "apps/quillon/section_input.h"
 
 #include <array>
@@ -15,8 +16,6 @@ namespace quillon::app {
 // down.
 class SeenSections {
  public:
-  SeenSections();
-
   // True for a section that was not there.
   bool add(const Section& section);
   // The most digests that one look-up may have to compare.
@@ -28,7 +27,7 @@ class SeenSections {
     size_t operator()(const Digest& digest) const noexcept { return static_cast<size_t>(digest[0]); }
   };
 
-  std::array<uint8_t, 16> key_;
+  KeyedDigest digest_;
   std::vector<uint8_t> input_;
   std::unordered_set<Digest, Hash> digests_;
 };

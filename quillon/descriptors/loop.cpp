@@ -4,6 +4,7 @@
 #include <quillon/descriptors/internal/family.h>
 #include <quillon/faces/field_sink.h>
 #include <quillon/sections/internal/rows.h>
+#include <quillon/xml/internal/bstr.h>
 #include <quillon/xml/internal/com_failure.h>
 #include <quillon/xml/internal/grammar.h>
 
@@ -313,7 +314,8 @@ bool DescriptorLoop::_parse_descriptors(void* node) {
       xml::expect_memory(result, element);
       throw error("failed to get node name");
     }
-    const wide_view wanted(name.text, SysStringLen(name.text));
+    const auto units = xml::units_of(name.text);
+    const wide_view wanted(units);
     for (size_t i = 0; i < family_->kind_count; ++i) {
       const Kind& kind = family_->kinds[i];
       const std::string_view loaded = kind.loaded;

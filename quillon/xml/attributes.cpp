@@ -45,13 +45,12 @@ VARIANT text_value(BSTR text) {
   return out;
 }
 
-VARIANT to_variant(wide_view text) {
-  return text_value(xml::make_text(text.data(), text.size()));
-}
-
-VARIANT to_variant(std::string_view ascii) {
-  VARIANT out = text_value(xml::make_text(nullptr, ascii.size()));
-  std::copy(ascii.begin(), ascii.end(), out.bstrVal);
+// UTF-16 or ASCII.
+template <class Text>
+requires requires(const Text& text) { text.begin(); }
+VARIANT to_variant(const Text& text) {
+  VARIANT out = text_value(xml::make_text(text.size()));
+  std::copy(text.begin(), text.end(), out.bstrVal);
   return out;
 }
 
@@ -135,7 +134,8 @@ long read(IXMLDOMNamedNodeMap* map, const XmlName& name, Take take) {
     return E_FAIL;
   }
   if (value.vt == VT_BSTR) {
-    const wide_view text(value.bstrVal, SysStringLen(value.bstrVal));
+    const auto units = xml::units_of(value.bstrVal);
+    const wide_view text(units);
     take(text.substr(0, text.find(uint16_t{0})));
   } else {
     take(wide_view(converted(value)));
@@ -293,12 +293,12 @@ BSTR XmlName::make() const {
 template <class Unit>
 void XmlName::assign(const Unit* name, size_t units) const {
   if (units < kRoom) {
-    const auto size = static_cast<uint32_t>(units * sizeof(uint16_t));
+    const auto size = static_cast<uint32_t>(units * sizeof *place_);
     text_ = place_ + 4;
     std::memcpy(place_ + 2, &size, sizeof size);
     text_[units] = 0;
   } else {
-    text_ = xml::make_text(nullptr, units);
+    text_ = xml::make_text(units);
   }
   std::copy_n(name, units, text_);
 }
@@ -362,6 +362,7 @@ long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
   return put_hex(d, e, name, value);
 }
 long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, VARIANT value) {
+  if (value.vt == VT_R8) return put(d, e, name, value.dblVal);
   return add(d, e, name, value, [](VARIANT&) {});
 }
 

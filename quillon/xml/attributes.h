@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <quillon/fields/address.h>
@@ -51,7 +52,7 @@ class QUILLON_API XmlName {
   const uint16_t* units_ = nullptr;
   bool is_literal_ = false;  // of a LiteralName
   mutable BSTR text_ = nullptr;
-  alignas(8) mutable uint16_t place_[4 + kRoom];
+  alignas(8) mutable std::remove_pointer_t<BSTR> place_[4 + kRoom];
 };
 
 // Writes one value as one attribute of `element`, in the place of one of the same name. Numbers are signed

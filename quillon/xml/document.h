@@ -23,6 +23,10 @@ namespace quillon::xml {
 // U+E000 plus its code, and a real U+E000 to U+E01F has a U+E000 before it; U+0000 is written as U+E000 and
 // U+E020. Reading reverses that. U+FFFE, U+FFFF and halves of surrogate pairs are written as U+FFFD.
 //
+// On Windows the tree is the system's own and so is the parser, but for document type declarations: a text
+// that is set ends at U+0000, depth and length are limited by the system, and a prefix before a colon must be
+// declared.
+//
 // Out of memory throws std::bad_alloc, every other failure error with a text alone (code -1). A document that
 // was moved from may only be assigned to or destroyed.
 //

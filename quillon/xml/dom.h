@@ -68,6 +68,7 @@ class QUILLON_API _com_error {
 
 // Names an interface for QueryInterface.
 enum class IID { Unknown, Node, Document, Element, Attribute, NodeList, NamedNodeMap };
+using REFIID = IID;
 inline constexpr IID IID_IUnknown = IID::Unknown;
 inline constexpr IID IID_IXMLDOMNode = IID::Node;
 inline constexpr IID IID_IXMLDOMDocument = IID::Document;

@@ -1,76 +1,14 @@
 // The companion program from the outside: what it prints, and its exit codes.
 
+#include "tests/app/program.h"
+
 #include "tests/support/packets.h"
 #include "tests/support/sample.h"
 #include "tests/support/xmllint.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <string>
-#include <sys/wait.h>
-
 #include <quillon/version.h>
 
 using namespace quillon::test;
-
-namespace {
-
-std::string whole(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-// Runs the program in a folder of its own.
-class Program : public testing::Test {
- protected:
-  struct Result {
-    int code;
-    std::string out;
-    std::string messages;
-  };
-
-  Program() {
-    if (const char* program = std::getenv("QUILLON_PROGRAM")) program_ = program;
-    folder_ = std::filesystem::temp_directory_path() /
-              ("quillon-" + std::to_string(getpid()) + "-" +
-               testing::UnitTest::GetInstance()->current_test_info()->name());
-    std::filesystem::create_directories(folder_);
-  }
-  ~Program() override { std::filesystem::remove_all(folder_); }
-
-  void SetUp() override {
-    if (program_.empty()) GTEST_SKIP() << "QUILLON_PROGRAM is not set";
-  }
-
-  std::string file(const std::string& name, const Bytes& content) {
-    std::ofstream out(folder_ / name, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
-    return name;
-  }
-
-  // `first` is done in the same shell before the program.
-  Result run(const std::string& arguments, const std::string& first = ":") const {
-    const std::string command = "cd '" + folder_.string() + "' && " + first + " && '" + program_ + "' " +
-                                arguments + " >out.txt 2>messages.txt";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, whole(folder_ / "out.txt"),
-            whole(folder_ / "messages.txt")};
-  }
-
-  static int count(const std::string& text, const std::string& part) {
-    int n = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
-    return n;
-  }
-
-  std::string program_;
-  std::filesystem::path folder_;
-};
-
-}  // namespace
 
 TEST_F(Program, ReportsEachDistinctSectionOnce) {
   file("s.ts", sample_stream());
@@ -156,13 +94,9 @@ TEST_F(Program, WritesADocumentAndLoadsItBack) {
 
 TEST_F(Program, SaysWhyADocumentCannotBeWritten) {
   file("s.ts", sample_stream());
-  const Result full = run("xml s.ts -o /dev/full");
-  EXPECT_EQ(full.code, 1);
-  EXPECT_EQ(full.messages, "can't write /dev/full: No space left on device\n");
   const Result nowhere = run("xml s.ts -o none/s.xml");
   EXPECT_EQ(nowhere.code, 1);
   EXPECT_EQ(nowhere.messages, "can't write none/s.xml: No such file or directory\n");
-  EXPECT_EQ(run("xml s.ts -o /dev/stdout").out, run("xml s.ts").out);
   const Result folder = run("load .");
   EXPECT_EQ(folder.code, 1);
   EXPECT_EQ(folder.messages, "can't read .: Is a directory\n");
@@ -176,7 +110,7 @@ TEST_F(Program, WritesDocumentsForOtherReaders) {
     if (!streams || !std::filesystem::is_directory(streams)) continue;
     for (const auto& entry : std::filesystem::directory_iterator(streams)) {
       if (entry.path().extension() != ".ts" && entry.path().extension() != ".bin") continue;
-      const Result result = run("xml '" + std::filesystem::canonical(entry.path()).string() + "'");
+      const Result result = run("xml \"" + std::filesystem::canonical(entry.path()).string() + "\"");
       EXPECT_EQ(result.code, 0) << entry.path();
       documents.push_back(result.out);
     }
@@ -285,7 +219,7 @@ TEST_F(Program, RefusesWhatItCannotRead) {
   const Result malformed =
       run("load " + file("bad.xml", text("<transport_stream>\n  <pat></transport_stream>")));
   EXPECT_EQ(malformed.code, 1);
-  EXPECT_EQ(malformed.messages.rfind("bad.xml: malformed XML, line 2, column ", 0), 0u) << malformed.messages;
+  EXPECT_EQ(malformed.messages.rfind("bad.xml: malformed XML", 0), 0u) << malformed.messages;
   EXPECT_EQ(run("load " + file("other.xml", text("<other/>"))).code, 1);
   EXPECT_EQ(run("load " + file("empty.xml", {})).code, 1);
 }
@@ -311,22 +245,15 @@ TEST_F(Program, AnswersWrongUseWithTwo) {
   EXPECT_EQ(run("--help").code, 0);
 }
 
-TEST_F(Program, WritesNoPartOfADocumentWhenMemoryRunsOut) {
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-  GTEST_SKIP() << "the memory of a sanitizer takes more than the limit";
-#endif
-#endif
-  Bytes stream;
-  for (int i = 0; i < 100; ++i) stream = joined({stream, sample_stream()});
-  file("s.ts", stream);
-  file("s.xml", text("old"));
-  const Result result = run("xml --all s.ts -o s.xml", "ulimit -v 40000");
-  EXPECT_EQ(result.code, 1);
-  EXPECT_EQ(result.messages, "quillon: out of memory\n");
-  EXPECT_EQ(whole(folder_ / "s.xml"), "old");
-  EXPECT_EQ(run("xml --all s.ts", "ulimit -v 40000").code, 1);
-  EXPECT_EQ(whole(folder_ / "out.txt"), "");
+TEST_F(Program, TakesNamesInAnyScript) {
+  const std::string name = file("Träger α 日本.ts", sample_stream());
+  const Result report = run("report \"" + name + "\"");
+  EXPECT_EQ(report.code, 0);
+  EXPECT_EQ(report.out, run("report " + file("s.ts", sample_stream())).out);
+  EXPECT_EQ(run("xml s.ts -o \"ä.xml\"").code, 0);
+  EXPECT_EQ(run("load \"ä.xml\"").out, report.out);
+  EXPECT_EQ(run("report \"ß.ts\"").messages, "ß.ts: can't be opened\n");
+  EXPECT_EQ(run("load \"ß.xml\"").messages, "can't read ß.xml: No such file or directory\n");
 }
 
 TEST_F(Program, TellsTheVersion) {
@@ -342,7 +269,7 @@ TEST_F(Program, PrintsWhatTheReadmeShows) {
   const size_t begin = readme.find("```text\n") + 8;
   const std::string shown = readme.substr(begin, readme.find("```", begin) - begin);
   EXPECT_GT(shown.size(), 100u);
-  const std::string printed = run("report '" + std::string(folder) + "/sample.ts'").out;
+  const std::string printed = run("report \"" + std::string(folder) + "/sample.ts\"").out;
   EXPECT_EQ(printed.substr(0, shown.size()), shown);
 }
 

@@ -581,8 +581,6 @@ TEST(DescriptorAitRoutingIPv6, RefusesALengthThatIsNoMultipleOfThirtyFiveInTheWo
               length % 35 == 0 ? "nothing" : "3: routing_ipv4_descriptor: 1");
 }
 
-#if !defined(_WIN32)
-
 TEST(DescriptorAitRoutingIPv6, ThrowsWhereAnAddressCannotBeSaved) {
   const DescriptorAitRoutingIPv6 d(view(kRoutingIPv6));
   const auto save = [&d](int nth) {
@@ -611,8 +609,6 @@ TEST(DescriptorAitRoutingIPv6, ThrowsWhereAnAddressCannotBeSaved) {
   EXPECT_EQ(save_whole(3), "nothing");
   EXPECT_EQ(save_whole(4), "-1: failed");
 }
-
-#endif
 
 TEST(DescriptorAitPreFetch, ReadsItsMembersToOneByteBehindItsEnd) {
   const DescriptorAitPreFetch d(view(kPreFetch));
@@ -799,8 +795,6 @@ TEST(AitDescriptors, NeedTheirChildren) {
             "-1: failed to get application_profiles");
 }
 
-#if !defined(_WIN32)
-
 TEST(AitDescriptors, NameTheirListInEachOfItsFailures) {
   expect_list_failures<DescriptorAitApplication>("application_profiles");
   expect_list_failures<DescriptorAitApplicationName>("application_name_infos");
@@ -811,8 +805,6 @@ TEST(AitDescriptors, NameTheirListInEachOfItsFailures) {
   expect_list_failures<DescriptorAitDIILocation>("dii_location_infos");
   expect_list_failures<DescriptorDVB_J_Application>("parameter_infos");
 }
-
-#endif
 
 TEST(AitDescriptors, LoseTheirListsAndBytesOverReset) {
   EXPECT_EQ(saved_after_reset<DescriptorAitApplication>(kApplication),

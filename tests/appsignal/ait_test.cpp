@@ -492,8 +492,6 @@ TEST(Ait, LoadsApplicationsOfAnyNameAndSkipsUnknownDescriptors) {
   EXPECT_EQ(table.get_general_descriptors().size(), 1u);
 }
 
-#if !defined(_WIN32)
-
 namespace {
 
 std::string load_failure(const std::string& operation, int nth) {
@@ -576,5 +574,3 @@ TEST(Ait, PassesOnWhatTheSaveOfAnIPv6RouteThrows) {
   EXPECT_EQ(save_result(table, "put_nodeValue", 16), "true");
   EXPECT_EQ(save_result(table, "put_nodeValue", 17), "-1: failed");
 }
-
-#endif

@@ -396,8 +396,6 @@ TEST(IntDescriptors, NeedTheirList) {
             "-1: failed to get MAC_addr");
 }
 
-#if !defined(_WIN32)
-
 TEST(IntDescriptors, NameTheirListInEachOfItsFailures) {
   expect_list_failures<DescriptorIntTargetMACAddress>("MAC_addr");
   expect_list_failures<DescriptorIntTargetIPAddress>("IPv4_addr");
@@ -408,8 +406,6 @@ TEST(IntDescriptors, NameTheirListInEachOfItsFailures) {
   expect_list_failures<DescriptorIntTargetIPv6Slash>("slash");
   expect_list_failures<DescriptorIntTargetIPv6SourceSlash>("slash");
 }
-
-#endif
 
 TEST(IntDescriptors, LoseTheirListsAndBytesOverReset) {
   EXPECT_EQ(saved_after_reset<DescriptorIntTargetSmartcard>(kSmartcard),

@@ -568,8 +568,6 @@ TEST(Int, NeedsItsAttributesAndElements) {
   EXPECT_EQ(failure_with("<descriptors />", "<other />"), "nothing");
 }
 
-#if !defined(_WIN32)
-
 namespace {
 
 std::string load_failure(const std::string& operation, int nth) {
@@ -662,5 +660,3 @@ TEST(IntPair, SaysWhetherItsLoopsCouldBeAttached) {
   EXPECT_TRUE(save("put_nodeValue", 1));
   EXPECT_TRUE(save("put_nodeValue", 2));
 }
-
-#endif

@@ -1,13 +1,13 @@
 // The descriptors of A/65 and A/53, by wire vectors.
 
 #include "tests/support/cases.h"
+#include "tests/support/process.h"
 
 #include <cstdint>
 #include <cstdio>
 
 #include <quillon/atsc/atsc_classes.h>
 #include <quillon/atsc/stt.h>
-#include <quillon/platform/debug_output.h>
 
 using namespace quillon;
 using namespace quillon::test;
@@ -164,21 +164,6 @@ const Cases cases = {
     wire_case<DescriptorAtscATSCPrivateInformation>("DescriptorAtscATSCPrivateInformation",
                                                     kPrivateInformation, "ad "),
     wire_case<DescriptorAtscContentIdentifier>("DescriptorAtscContentIdentifier", kContentIdentifier, "b6 "),
-};
-
-// What the parsers traced while this object lived.
-class Traces {
- public:
-  Traces() {
-    lines().clear();
-    set_debug_output([](const char* line) { lines().push_back(line); });
-  }
-  ~Traces() { set_debug_output(nullptr); }
-
-  static std::vector<std::string>& lines() {
-    static std::vector<std::string> all;
-    return all;
-  }
 };
 
 std::string at(const char* label, const uint8_t* place) {

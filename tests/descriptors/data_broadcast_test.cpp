@@ -263,7 +263,6 @@ TEST(DataBroadcastDescriptors, NameTheListThatALoadMisses) {
             "-1: failed to get application_info");
 }
 
-#if !defined(_WIN32)
 TEST(DescriptorDataBroadcastId, TellsEachStepOfItsListThatFails) {
   const auto failed = [](const char* operation) {
     FaultyDom dom(operation);
@@ -294,4 +293,3 @@ TEST(DescriptorDataBroadcastId, SavesItsPrivateDataBehindTheList) {
                 "createAttribute platform_id\nappendChild\nappendChild\n"
                 "createAttribute private_data_byte\n");
 }
-#endif

@@ -278,7 +278,6 @@ TEST(DescriptorLinkage, LoadsTextsAsCodePageOne) {
   EXPECT_EQ(name.get_text_len(), 0u);
 }
 
-#if !defined(_WIN32)
 TEST(DescriptorLinkage, TellsEachStepOfAListThatFails) {
   const auto failed = [](const char* operation, int nth) {
     FaultyDom dom(operation, nth);
@@ -296,4 +295,3 @@ TEST(DescriptorLinkage, TellsEachStepOfAListThatFails) {
     EXPECT_EQ(failed("get_item", nth), "-1: failed to get program_info node " + list);
   }
 }
-#endif

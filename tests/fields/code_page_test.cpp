@@ -133,6 +133,20 @@ TEST(CodePage, ALackingCharacterBecomesAQuestionMark) {
   EXPECT_EQ(encoded(28595, u"Жא"), "\xB6?");
 }
 
+// Nor does it become one that looks like it.
+TEST(CodePage, HasNoByteForAnyOtherCharacter) {
+  for (const unsigned page : known_pages) {
+    const std::u16string known = decoded(page, bytes(0, 0xFF));
+    const std::u16string all = units(0, 0xD7FF) + units(0xE000, 0xFFFF);
+    std::string expected;
+    for (const char16_t unit : all) {
+      const size_t byte = known.find(unit);
+      expected += byte == known.npos ? '?' : static_cast<char>(byte);
+    }
+    EXPECT_EQ(encoded(page, all), expected) << page;
+  }
+}
+
 TEST(CodePage, EmptyTextEmptiesTheOutput) {
   wide_string wide_text = wide(u"before");
   EXPECT_TRUE(decode(1252, std::string_view(), wide_text));
@@ -181,6 +195,7 @@ TEST(CodePage, AnUnknownPageIsRefusedAndChangesNothing) {
     EXPECT_EQ(text, "before") << page;
   }
   EXPECT_FALSE(quillon::set_ansi_code_page(0));
+  EXPECT_FALSE(quillon::set_ansi_code_page(65001));  // which a system may know
   EXPECT_EQ(quillon::get_ansi_code_page(), 28597u);
 }
 

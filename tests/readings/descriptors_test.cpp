@@ -167,14 +167,14 @@ TEST(StandardDescriptors, AnnouncementWithoutReferenceHasNone) {
             "  data: DescriptorAnnouncementSupport::AnnouncementSupportData\n"
             "    announcement_type: 0\n"
             "    reference_type: 1\n"
-            "    original_network_id: 1\n"
+            "    original_network_id: 1 (Astra Satellite Network 19,2\u00B0E)\n"
             "    transport_stream_id: 2\n"
             "    service_id: 3\n"
             "    component_tag: 4\n"
             "  data: DescriptorAnnouncementSupport::AnnouncementSupportData\n"
             "    announcement_type: 1\n"
             "    reference_type: 0\n"
-            "    original_network_id: 1\n"
+            "    original_network_id: 1 (Astra Satellite Network 19,2\u00B0E)\n"
             "    transport_stream_id: 2\n"
             "    service_id: 3\n"
             "    component_tag: 4\n");
@@ -184,14 +184,14 @@ TEST(StandardDescriptors, AnnouncementWithoutReferenceHasNone) {
             "  data: DescriptorAnnouncementSupport::AnnouncementSupportData\n"
             "    announcement_type: 0\n"
             "    reference_type: 1\n"
-            "    original_network_id: 1\n"
+            "    original_network_id: 1 (Astra Satellite Network 19,2\u00B0E)\n"
             "    transport_stream_id: 2\n"
             "    service_id: 3\n"
             "    component_tag: 4\n"
             "  data: DescriptorAnnouncementSupport::AnnouncementSupportData\n"
             "    announcement_type: 1\n"
             "    reference_type: 0\n"
-            "    original_network_id: 0\n"
+            "    original_network_id: 0 (Reserved)\n"
             "    transport_stream_id: 0\n"
             "    service_id: 0\n"
             "    component_tag: 0\n");
@@ -228,17 +228,17 @@ TEST(StandardDescriptors, MosaicCellLeadsNowhere) {
             "    cell_linkage_info: 0\n"
             "    elementary_cell_id: 09\n"
             "    bouquetinfo: DescriptorMosiac::CellInfo::BouquetInfo\n"
-            "      bouquet_id: 0\n"
+            "      bouquet_id: 0 (Reserved)\n"
             "    serviceinfo: DescriptorMosiac::CellInfo::ServiceInfo\n"
-            "      original_network_id: 0\n"
+            "      original_network_id: 0 (Reserved)\n"
             "      transport_stream_id: 0\n"
             "      service_id: 0\n"
             "    serviceinfo2: DescriptorMosiac::CellInfo::ServiceInfo2\n"
-            "      original_network_id: 0\n"
+            "      original_network_id: 0 (Reserved)\n"
             "      transport_stream_id: 0\n"
             "      service_id: 0\n"
             "    eventinfo: DescriptorMosiac::CellInfo::EventInfo\n"
-            "      original_network_id: 0\n"
+            "      original_network_id: 0 (Reserved)\n"
             "      transport_stream_id: 0\n"
             "      service_id: 0\n"
             "      event_id: 0\n"
@@ -251,15 +251,15 @@ TEST(StandardDescriptors, MosaicCellLeadsNowhere) {
             "    bouquetinfo: DescriptorMosiac::CellInfo::BouquetInfo\n"
             "      bouquet_id: 4660\n"
             "    serviceinfo: DescriptorMosiac::CellInfo::ServiceInfo\n"
-            "      original_network_id: 0\n"
+            "      original_network_id: 0 (Reserved)\n"
             "      transport_stream_id: 0\n"
             "      service_id: 0\n"
             "    serviceinfo2: DescriptorMosiac::CellInfo::ServiceInfo2\n"
-            "      original_network_id: 0\n"
+            "      original_network_id: 0 (Reserved)\n"
             "      transport_stream_id: 0\n"
             "      service_id: 0\n"
             "    eventinfo: DescriptorMosiac::CellInfo::EventInfo\n"
-            "      original_network_id: 0\n"
+            "      original_network_id: 0 (Reserved)\n"
             "      transport_stream_id: 0\n"
             "      service_id: 0\n"
             "      event_id: 0\n");
@@ -401,25 +401,25 @@ TEST(StandardDescriptors, LinkageOfAnEvent) {
                                          {8, 0xAB, "private_data_byte"}}));
   EXPECT_EQ(fields<DescriptorLinkage>(d, Reading::kept),
             "transport_stream_id: 1\n"
-            "original_network_id: 2\n"
+            "original_network_id: 2 (Astra Satellite Network 28,2\u00B0E)\n"
             "service_id: 3\n"
             "linkage_type: 13 (reserved for future use)\n"
             "private_data_byte: 12 34 bf ab\n"
             "hand_over_type: 0 (reserved for future use)\n"
             "origin_type: 0 (NIT)\n"
-            "network_id: 0\n"
+            "network_id: 0 (Reserved)\n"
             "initial_service_id: 0\n"
             "platform_id_data_length: 0\n"
             "platformidinfos: list of 0\n");
   EXPECT_EQ(fields<DescriptorLinkage>(d, Reading::standard),
             "transport_stream_id: 1\n"
-            "original_network_id: 2\n"
+            "original_network_id: 2 (Astra Satellite Network 28,2\u00B0E)\n"
             "service_id: 3\n"
             "linkage_type: 13 (event linkage)\n"
             "private_data_byte: ab\n"
             "hand_over_type: 0 (reserved for future use)\n"
             "origin_type: 0 (NIT)\n"
-            "network_id: 0\n"
+            "network_id: 0 (Reserved)\n"
             "initial_service_id: 0\n"
             "platform_id_data_length: 0\n"
             "platformidinfos: list of 0\n"
@@ -456,25 +456,25 @@ TEST(StandardDescriptors, LinkageOfExtendedEvents) {
                                          {8, 0xAB, "private_data_byte"}}));
   EXPECT_EQ(fields<DescriptorLinkage>(d, Reading::kept),
             "transport_stream_id: 1\n"
-            "original_network_id: 2\n"
+            "original_network_id: 2 (Astra Satellite Network 28,2\u00B0E)\n"
             "service_id: 3\n"
             "linkage_type: 14 (reserved for future use)\n"
             "private_data_byte: 0e 12 34 a7 00 04 00 05 00 06 56 78 5f 00 07 ab\n"
             "hand_over_type: 0 (reserved for future use)\n"
             "origin_type: 0 (NIT)\n"
-            "network_id: 0\n"
+            "network_id: 0 (Reserved)\n"
             "initial_service_id: 0\n"
             "platform_id_data_length: 0\n"
             "platformidinfos: list of 0\n");
   EXPECT_EQ(fields<DescriptorLinkage>(d, Reading::standard),
             "transport_stream_id: 1\n"
-            "original_network_id: 2\n"
+            "original_network_id: 2 (Astra Satellite Network 28,2\u00B0E)\n"
             "service_id: 3\n"
             "linkage_type: 14 (extended event linkage)\n"
             "private_data_byte: ab\n"
             "hand_over_type: 0 (reserved for future use)\n"
             "origin_type: 0 (NIT)\n"
-            "network_id: 0\n"
+            "network_id: 0 (Reserved)\n"
             "initial_service_id: 0\n"
             "platform_id_data_length: 0\n"
             "platformidinfos: list of 0\n"
@@ -492,7 +492,7 @@ TEST(StandardDescriptors, LinkageOfExtendedEvents) {
             "    service_id_flag: 1\n"
             "    user_defined_id: 0\n"
             "    target_transport_stream_id: 4\n"
-            "    target_original_network_id: 5\n"
+            "    target_original_network_id: 5 (Astra)\n"
             "    target_service_id: 6\n"
             "  extended_event: DescriptorLinkage::ExtendedEvent\n"
             "    target_event_id: 22136\n"
@@ -504,7 +504,7 @@ TEST(StandardDescriptors, LinkageOfExtendedEvents) {
             "    service_id_flag: 1\n"
             "    user_defined_id: 7\n"
             "    target_transport_stream_id: 0\n"
-            "    target_original_network_id: 0\n"
+            "    target_original_network_id: 0 (Reserved)\n"
             "    target_service_id: 0\n");
 }
 
@@ -586,11 +586,11 @@ TEST(StandardDescriptors, ECMPrivateBytesAreTheWires) {
                                          {16, 100, "ECM_repetition_rate"},
                                          {24, 0x102030, "private_data_byte"}}));
   EXPECT_EQ(fields<DescriptorECMRepetitionRate>(d, Reading::kept),
-            "CA_system_ID: 2816\n"
+            "CA_system_ID: 2816 (Norwegian Telekom)\n"
             "ECM_repetition_rate: 100\n"
             "private_data_byte: 10 11 12\n");
   EXPECT_EQ(fields<DescriptorECMRepetitionRate>(d, Reading::standard),
-            "CA_system_ID: 2816\n"
+            "CA_system_ID: 2816 (Norwegian Telekom)\n"
             "ECM_repetition_rate: 100\n"
             "private_data_byte: 10 20 30\n");
 }
@@ -724,7 +724,7 @@ TEST(StandardDescriptors, PlatformIdHas24Bits) {
                                          {5, 7, "INT_version"},
                                          {8, 0xAB, "private_data_byte"}}));
   EXPECT_EQ(fields<DescriptorDataBroadcastId>(d, Reading::kept),
-            "data_broadcast_id: 11\n"
+            "data_broadcast_id: 11 (Reserved for future use by DVB)\n"
             "id_selector_byte: \n"
             "platform_id_data_length: 5\n"
             "platformiddata: list of 1\n"
@@ -735,7 +735,7 @@ TEST(StandardDescriptors, PlatformIdHas24Bits) {
             "    INT_version: 7\n"
             "private_data_byte: ab\n");
   EXPECT_EQ(fields<DescriptorDataBroadcastId>(d, Reading::standard),
-            "data_broadcast_id: 11\n"
+            "data_broadcast_id: 11 (Reserved for future use by DVB)\n"
             "id_selector_byte: \n"
             "platform_id_data_length: 5\n"
             "platformiddata: list of 1\n"
@@ -757,7 +757,7 @@ TEST(StandardDescriptors, DataBroadcastTextIsDVBText) {
                                                    "au\x8A"
                                                    "b")}));
   EXPECT_EQ(fields<DescriptorDataBroadcast>(d, Reading::kept),
-            "data_broadcast_id: 5\n"
+            "data_broadcast_id: 5 (Multi protocol encapsulation)\n"
             "component_tag: 1\n"
             "selector_length: 1\n"
             "language_code: \"deu\"\n"
@@ -765,7 +765,7 @@ TEST(StandardDescriptors, DataBroadcastTextIsDVBText) {
             "text: \"ÈauŠb\"\n"
             "selector_bytes: ab\n");
   EXPECT_EQ(fields<DescriptorDataBroadcast>(d, Reading::standard),
-            "data_broadcast_id: 5\n"
+            "data_broadcast_id: 5 (Multi protocol encapsulation)\n"
             "component_tag: 1\n"
             "selector_length: 1\n"
             "language_code: \"deu\"\n"
@@ -780,13 +780,13 @@ TEST(StandardDescriptors, CAIdentifierOfOddLengthEndsBeforeIt) {
   EXPECT_EQ(fields<DescriptorCAIdentifier>(d, Reading::kept),
             "CA_system_id: list of 2\n"
             "  id: DescriptorCAIdentifier::CAIdentifierID\n"
-            "    CA_system_id: 2816\n"
+            "    CA_system_id: 2816 (Norwegian Telekom)\n"
             "  id: DescriptorCAIdentifier::CAIdentifierID\n"
-            "    CA_system_id: 1280\n");
+            "    CA_system_id: 1280 (France Telecom)\n");
   EXPECT_EQ(fields<DescriptorCAIdentifier>(d, Reading::standard),
             "CA_system_id: list of 1\n"
             "  id: DescriptorCAIdentifier::CAIdentifierID\n"
-            "    CA_system_id: 2816\n");
+            "    CA_system_id: 2816 (Norwegian Telekom)\n");
 }
 
 TEST(StandardDescriptors, PartialTransportStreamHasRates) {

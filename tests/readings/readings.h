@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include <quillon/report/registries.h>
 #include <quillon/sections/byte_view.h>
 
 namespace quillon::test {
@@ -24,9 +25,10 @@ std::string walked(const T& object, Reading reading) {
   return text.take();
 }
 
-// The fields of a descriptor after its tag and length, or its failure.
+// The fields of a descriptor after its tag and length, or its failure. Identifiers have their names.
 template <class Descriptor>
 std::string fields(const Bytes& bytes, Reading reading) {
+  init();
   std::string all;
   const std::string refused = failure([&] { all = walked(Descriptor(view(bytes, reading)), reading); });
   if (refused != "nothing") return refused + "\n";
@@ -43,9 +45,10 @@ Table parsed(const Bytes& section, Reading reading, bool keep_raw = false) {
   return out;
 }
 
-// The fields of a table after its header, or its failure.
+// The fields of a table after its header, or its failure. Identifiers have their names.
 template <class Table>
 std::string body_of(const Bytes& section, Reading reading) {
+  init();
   std::string all;
   const std::string refused = failure([&] {
     WalkText text;

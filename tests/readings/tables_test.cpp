@@ -67,7 +67,7 @@ TEST(StandardTables, CatKeepsWhatIsNotCA) {
             "  CA_descriptor: DescriptorCa\n"
             "    descriptor_id: 9 (CA_Descriptor)\n"
             "    descriptor_length: 4\n"
-            "    sys_id: 2816\n"
+            "    sys_id: 2816 (Norwegian Telekom)\n"
             "    pid: 291\n"
             "    private_bytes: \n"
             "  general_descriptor: DescriptorGeneral\n"

@@ -347,8 +347,6 @@ TEST(Pat, SaysWhatItsDocumentLacks) {
             "-1: failed to get pid node");
 }
 
-#if !defined(_WIN32)
-
 TEST(Pat, SaysWhichStepOfItsLoadFails) {
   const auto load = [](const char* operation, int nth = 1, HRESULT result = E_FAIL) {
     FaultyDom dom(operation, nth, result);
@@ -415,5 +413,3 @@ TEST(Pat, EndsItsSaveAtTheFirstStepThatFails) {
   for (const char* const step : {"createElement", "appendChild"}) expect_failures(step, 1 + 2);
   expect_failures("QueryInterface", 2);
 }
-
-#endif

@@ -21,7 +21,7 @@ template <class Member>
 long place_of(Member member) {
   intptr_t offset = 0;
   std::memcpy(&offset, &member, sizeof offset);
-  return (offset - 1) / static_cast<long>(sizeof(void*));
+  return static_cast<long>((offset - 1) / static_cast<intptr_t>(sizeof(void*)));
 }
 
 // Private functions can be named in an explicit instantiation, from which they are handed out here.

@@ -3,23 +3,22 @@
 // A DOM of which one chosen call fails. It is a single object, document, element, attribute, list and map at
 // once: every list holds it once, every attribute has the value "1", and whatever is asked of it is noted.
 
-#if !defined(_WIN32)
+#include "tests/support/dom_base.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
-#include <quillon/xml/dom.h>
+#include <quillon/xml/internal/bstr.h>
 
 namespace quillon::test {
 
-class FaultyDom final : public IXMLDOMDocument,
-                        public IXMLDOMElement,
-                        public IXMLDOMAttribute,
-                        public IXMLDOMNodeList,
-                        public IXMLDOMNamedNodeMap {
+class FaultyDom final : public DomBase<IXMLDOMDocument, IXMLDOMElement, IXMLDOMAttribute, IXMLDOMNodeList,
+                                       IXMLDOMNamedNodeMap> {
  public:
   // The `nth` call of an operation, from 1, gives `result` and nothing else; "" for a DOM without faults.
   explicit FaultyDom(std::string operation = {}, int nth = 1, HRESULT result = E_FAIL)
@@ -39,9 +38,11 @@ class FaultyDom final : public IXMLDOMDocument,
   // Those that the callers took themselves.
   int taken() const { return taken_; }
 
-  HRESULT QueryInterface(IID id, void** out) override {
+  HRESULT QueryInterface(REFIID id, void** out) override {
     // Another maker's private question is none of its operations.
-    if (id > IID_IXMLDOMNamedNodeMap) return *out = nullptr, E_NOINTERFACE;
+    const auto is = [&](REFIID known) { return id == known; };
+    if (std::none_of(std::begin(kInterfaces), std::end(kInterfaces), is))
+      return *out = nullptr, E_NOINTERFACE;
     return give("QueryInterface", reinterpret_cast<IXMLDOMElement**>(out));
   }
   unsigned long AddRef() override {
@@ -53,14 +54,14 @@ class FaultyDom final : public IXMLDOMDocument,
   HRESULT get_nodeName(BSTR* out) override {
     *out = nullptr;
     const HRESULT result = count("get_nodeName");
-    if (result == S_OK) *out = SysAllocString(kOne);
+    if (result == S_OK) *out = xml::try_make_text(kOne, 1);
     return result;
   }
   HRESULT get_nodeValue(VARIANT* out) override {
     const HRESULT result = count("get_nodeValue");
     if (result != S_OK) return result;
     out->vt = VT_BSTR;
-    out->bstrVal = SysAllocString(kOne);
+    out->bstrVal = xml::try_make_text(kOne, 1);
     return S_OK;
   }
   HRESULT put_nodeValue(VARIANT) override { return count("put_nodeValue"); }
@@ -87,7 +88,10 @@ class FaultyDom final : public IXMLDOMDocument,
   HRESULT getNamedItem(BSTR, IXMLDOMNode** out) override { return give("getNamedItem", out); }
 
  private:
-  static constexpr uint16_t kOne[] = {'1', 0};
+  static constexpr uint16_t kOne[] = {'1'};
+  static inline const IID kInterfaces[] = {IID_IUnknown,           IID_IXMLDOMNode,      IID_IXMLDOMDocument,
+                                           IID_IXMLDOMElement,     IID_IXMLDOMAttribute, IID_IXMLDOMNodeList,
+                                           IID_IXMLDOMNamedNodeMap};
 
   HRESULT count(const char* operation, const std::string& name = {}) {
     trace_.push_back(name.empty() ? operation : operation + (" " + name));
@@ -123,5 +127,3 @@ class FaultyDom final : public IXMLDOMDocument,
 };
 
 }  // namespace quillon::test
-
-#endif

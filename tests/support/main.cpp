@@ -56,6 +56,7 @@ void write_corpus(const fs::path& folder) {
 
 int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "");
+  std::setlocale(LC_CTYPE, "C");  // the letters of reports
   if (argc == 3 && std::string_view(argv[1]) == "--write-corpus") {
     try {
       write_corpus(argv[2]);

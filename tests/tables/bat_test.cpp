@@ -225,8 +225,6 @@ TEST(Bat, SaysWhatItsDocumentLacks) {
   EXPECT_EQ(load("><descriptors/><infos/></bat>"), "nothing");
 }
 
-#if !defined(_WIN32)
-
 TEST(Bat, SaysWhichStepOfItsLoadFails) {
   const auto step = [](auto... arguments) { return failure_of_step<Bat>(arguments...); };
   EXPECT_EQ(step("none"), "nothing");
@@ -247,5 +245,3 @@ TEST(Bat, SaysWhichStepOfItsLoadFails) {
     EXPECT_EQ(step("get_nodeName", nth - 1), "-1: failed to get node name");
   }
 }
-
-#endif

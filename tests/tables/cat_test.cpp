@@ -190,8 +190,6 @@ TEST(Cat, SaysWhatItsDocumentLacks) {
   EXPECT_EQ(table.get_crc32(), 0x70011B3Eu);
 }
 
-#if !defined(_WIN32)
-
 TEST(Cat, SaysWhichStepOfItsLoadFails) {
   const auto step = [](auto... arguments) { return failure_of_step<Cat>(arguments...); };
   EXPECT_EQ(step("none"), "nothing");
@@ -203,5 +201,3 @@ TEST(Cat, SaysWhichStepOfItsLoadFails) {
   EXPECT_EQ(step("get_item"), "-1: failed to get item");
   EXPECT_EQ(step("get_nodeName"), "-1: failed to get node name");
 }
-
-#endif

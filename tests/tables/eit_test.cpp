@@ -314,8 +314,6 @@ TEST(Eit, SaysWhatItsDocumentLacks) {
   EXPECT_EQ(load("><event_infos/></eit>"), "nothing");
 }
 
-#if !defined(_WIN32)
-
 TEST(Eit, SaysWhichStepOfItsLoadFails) {
   const auto step = [](auto... arguments) { return failure_of_step<Eit>(arguments...); };
   EXPECT_EQ(step("none"), "nothing");
@@ -335,5 +333,3 @@ TEST(Eit, SaysWhichStepOfItsLoadFails) {
   EXPECT_EQ(step("get_item", 2), "-1: failed to get item");
   EXPECT_EQ(step("get_nodeName"), "-1: failed to get node name");
 }
-
-#endif

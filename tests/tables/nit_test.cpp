@@ -320,8 +320,6 @@ TEST(Nit, SaysWhatItsDocumentLacks) {
   EXPECT_EQ(load("><descriptors/><stream_infos/></nit>", 0), "nothing");
 }
 
-#if !defined(_WIN32)
-
 TEST(Nit, SaysWhichStepOfItsLoadFails) {
   const auto step = [](auto... arguments) { return failure_of_step<Nit>(arguments...); };
   EXPECT_EQ(step("none"), "nothing");
@@ -341,5 +339,3 @@ TEST(Nit, SaysWhichStepOfItsLoadFails) {
     EXPECT_EQ(step("get_nodeName", nth - 1), "-1: failed to get node name");
   }
 }
-
-#endif

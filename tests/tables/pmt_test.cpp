@@ -469,8 +469,6 @@ TEST(PmtDVB, SaysWhatItsDocumentLacks) {
   EXPECT_FALSE(table.is_parsed());
 }
 
-#if !defined(_WIN32)
-
 TEST(PmtDVB, SaysWhichStepOfItsLoadFails) {
   const auto step = [](auto... arguments) { return failure_of_step<PmtDVB>(arguments...); };
   EXPECT_EQ(step("none"), "nothing");
@@ -492,5 +490,3 @@ TEST(PmtDVB, SaysWhichStepOfItsLoadFails) {
     EXPECT_EQ(step("get_nodeName", nth - 1), "-1: failed to get node name");
   }
 }
-
-#endif

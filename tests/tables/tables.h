@@ -110,8 +110,6 @@ std::string failure_of_load(std::string xml, const std::string& part, const std:
   return failure([&] { loaded_table<T>(xml); });
 }
 
-#if !defined(_WIN32)
-
 // What a load says when the `nth` call of an operation fails.
 template <class T>
 std::string failure_of_step(const char* operation, int nth = 1, HRESULT result = E_FAIL) {
@@ -122,7 +120,5 @@ std::string failure_of_step(const char* operation, int nth = 1, HRESULT result =
   EXPECT_EQ(table.is_parsed(), text == "nothing") << operation << " " << nth;
   return text;
 }
-
-#endif
 
 }  // namespace quillon::test

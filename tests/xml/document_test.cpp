@@ -147,6 +147,7 @@ TEST(Document, Moves) {
 }
 
 TEST(Document, RefusesMalformedTextWithLineAndColumn) {
+  if (kSystemDom) GTEST_SKIP() << "the system has words of its own";
   const struct {
     const char* text;
     const char* place;
@@ -252,6 +253,7 @@ TEST(Document, WritesControlCharactersAsPrivateOnes) {
 }
 
 TEST(Document, KeepsANulOfAnAttribute) {
+  if (kSystemDom) GTEST_SKIP() << "a NUL is the end of a text there";
   EXPECT_EQ(there_and_back(std::u16string(u"a\0b", 3)), std::u16string(u"a\0b", 3));
 }
 
@@ -267,6 +269,7 @@ TEST(Document, KeepsSurrogatePairsAndReplacesHalves) {
   EXPECT_EQ(there_and_back({high, high, low}), u"\uFFFD\U0001F4FA");
   EXPECT_EQ(there_and_back({high, low, low}), u"\U0001F4FA\uFFFD");
   // The tree itself keeps what it is given.
+  if (kSystemDom) return;
   Document document;
   set_attribute(document, document.create_root("d"), "a", {low, high});
   EXPECT_EQ(attribute(document, "a"), (std::u16string{low, high}));
@@ -304,13 +307,16 @@ TEST(Document, NamesTheFileThatItCannotReadOrWrite) {
   EXPECT_EQ(failure([&] { Document().to_file(folder); }), "-1: can't write " + is_folder);
   const TemporaryFile file("document_bad.xml");
   std::ofstream(file.path) << "<a>\n<b></a>";
-  EXPECT_EQ(failure([&] { Document::from_file(file.path); }),
-            "-1: " + file.path.string() + ": malformed XML, line 2, column 6: mismatched tag");
+  const std::string said = failure([&] { Document::from_file(file.path); });
+  const std::string malformed = "-1: " + file.path.string() + ": malformed XML";
+  EXPECT_EQ(kSystemDom ? said.substr(0, malformed.size()) : said,
+            kSystemDom ? malformed : malformed + ", line 2, column 6: mismatched tag");
 }
 
 // Size
 
 TEST(Document, StandsAHundredThousandLevels) {
+  if (kSystemDom) GTEST_SKIP() << "the system reads as many as it likes";
   constexpr int kLevels = 100000;
   std::string text;
   for (int i = 0; i < kLevels; ++i) text += "<a>";
@@ -327,6 +333,7 @@ TEST(Document, StandsAHundredThousandLevels) {
 }
 
 TEST(Document, WritesAThousandLevels) {
+  if (kSystemDom) GTEST_SKIP() << "the system reads as many as it likes";
   Document document;
   void* at = document.create_root("a");
   for (int i = 1; i < 1000; ++i) at = document.append_element(at, "a");
@@ -354,6 +361,7 @@ TEST(Document, RefusesWhatIsTooLong) {
   const std::string text = "<a/>";
   EXPECT_EQ(failure([&] { Document::from_text(std::string_view(text.data(), Document::max_text + 1)); }),
             "-1: the text is longer than 2147483647 bytes");
+  if (kSystemDom) return;  // which has bounds of its own
   const std::string longest(Document::max_attribute, 'x');
   EXPECT_EQ(attribute(Document::from_text("<a x='" + longest + "'/>"), "x").size(), longest.size());
   const std::string place = "-1: malformed XML, line 1, column 1: ";
@@ -409,12 +417,14 @@ TEST(Document, RefusesWhatIsNoName) {
        {"",        "<",      "1a",     "-",          ".",      "a b",  " a",   "a ",    "a\n",
         "a=\"b\"", "a/",     "a>",     "a<b",        "&",      "\x7F", "\xE4", "a\xFF", "\xED\xA0\x80",
         "\u00D7",  "\uE005", "\uFFFD", "\u00E4/><b", "a\u2028"}) {
+    if (kSystemDom && name == "\uFFFD") continue;  // a letter of the fifth edition
     Document document;
     EXPECT_EQ(failure([&] { document.create_root(name); }), "-1: not the name of an element") << name;
     EXPECT_EQ(document.root(), nullptr);
     void* const root = document.create_root("d");
     EXPECT_EQ(failure([&] { document.append_element(root, name); }), "-1: not the name of an element")
         << name;
+    if (kSystemDom) continue;  // which takes more than names
     EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), name.c_str(), 1), E_FAIL) << name;
     EXPECT_EQ(AddAttribute(dom_of(document), element_of(root), LiteralName(name.c_str()), 1), E_FAIL);
     IXMLDOMElement* element = element_of(root);
@@ -430,6 +440,8 @@ TEST(Document, RefusesWhatIsNoName) {
   Document document;
   EXPECT_EQ(failure([&] { document.create_root(std::string("a\0b", 3)); }), "-1: not the name of an element");
   for (const char* name : {"a", "_", ":", "a:b", "A-1._", "tr\u00E4ger", "\u03B1\u4E00"}) {
+    // To the system a colon is the end of a prefix, which must be declared.
+    if (kSystemDom && std::string_view(name).find(':') != std::string_view::npos) continue;
     Document good;
     good.create_root(name);
     const Document back = Document::from_text(good.to_text());

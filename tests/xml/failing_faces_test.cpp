@@ -1,7 +1,5 @@
 // Every descriptor case and every table case on a DOM of which one call fails, for each call.
 
-#if !defined(_WIN32)
-
 #include "tests/support/cases.h"
 #include "tests/support/faulty_dom.h"
 #include "tests/support/table_cases.h"
@@ -234,5 +232,3 @@ TEST(FailingDom, EndsLoadsOfTables) {
     });
   }
 }
-
-#endif

@@ -1,10 +1,14 @@
 #include "tests/xml/foreign_dom.h"
 
+#include "tests/support/dom_base.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include <quillon/xml/internal/bstr.h>
 
 namespace quillon::test {
 
@@ -12,26 +16,31 @@ namespace {
 
 using Units = std::basic_string<char16_t>;
 
+BSTR bstr_of(const Units& text) {
+  return xml::try_make_text(wide_string(text.begin(), text.end()).c_str(), text.size());
+}
+
 Units units_of(BSTR text) {
   return Units(text, text + SysStringLen(text));
 }
 
 struct Shared {
-  Unknown unknown;
+  UnknownInterface unknown;
   IUnknown* other;
   long references = 0;
 };
 
 // What all of its nodes have in common.
-template <class Interface>
-class ForeignNode : public Interface {
+template <class Interface, class... Others>
+class ForeignNode : public DomBase<Interface, Others...> {
  public:
   ForeignNode(Shared& shared, Units name) : shared_(shared), name_(std::move(name)) {}
 
-  HRESULT QueryInterface(IID id, void** out) override {
+  HRESULT QueryInterface(REFIID id, void** out) override {
     *out = find(id);
-    if (!*out && shared_.unknown == Unknown::pass_on) return shared_.other->QueryInterface(id, out);
-    if (!*out && shared_.unknown == Unknown::answer_with_itself) *out = static_cast<Interface*>(this);
+    if (!*out && shared_.unknown == UnknownInterface::pass_on) return shared_.other->QueryInterface(id, out);
+    if (!*out && shared_.unknown == UnknownInterface::answer_with_itself)
+      *out = static_cast<Interface*>(this);
     if (!*out) return E_NOINTERFACE;
     AddRef();
     return S_OK;
@@ -39,7 +48,7 @@ class ForeignNode : public Interface {
   unsigned long AddRef() override { return static_cast<unsigned long>(++shared_.references); }
   unsigned long Release() override { return static_cast<unsigned long>(--shared_.references); }
   HRESULT get_nodeName(BSTR* out) override {
-    *out = SysAllocString(reinterpret_cast<const uint16_t*>(name_.c_str()));
+    *out = bstr_of(name_);
     return S_OK;
   }
   HRESULT get_nodeValue(VARIANT* out) override {
@@ -56,7 +65,7 @@ class ForeignNode : public Interface {
 
  protected:
   ~ForeignNode() = default;
-  virtual void* find(IID id) {
+  virtual void* find(REFIID id) {
     return id == IID_IUnknown || id == IID_IXMLDOMNode ? static_cast<Interface*>(this) : nullptr;
   }
 
@@ -70,8 +79,7 @@ class ForeignAttribute final : public ForeignNode<IXMLDOMAttribute> {
 
   HRESULT get_nodeValue(VARIANT* out) override {
     out->vt = VT_BSTR;
-    out->bstrVal = SysAllocStringLen(reinterpret_cast<const uint16_t*>(value_.data()),
-                                     static_cast<unsigned>(value_.size()));
+    out->bstrVal = bstr_of(value_);
     return S_OK;
   }
   HRESULT put_nodeValue(VARIANT value) override {
@@ -97,15 +105,10 @@ class ForeignAttribute final : public ForeignNode<IXMLDOMAttribute> {
   Units value_;
 };
 
-class ForeignElement final : public ForeignNode<IXMLDOMElement>,
-                             public IXMLDOMNamedNodeMap,
-                             public IXMLDOMNodeList {
+class ForeignElement final : public ForeignNode<IXMLDOMElement, IXMLDOMNamedNodeMap, IXMLDOMNodeList> {
  public:
   using ForeignNode::ForeignNode;
 
-  HRESULT QueryInterface(IID id, void** out) override { return ForeignNode::QueryInterface(id, out); }
-  unsigned long AddRef() override { return ForeignNode::AddRef(); }
-  unsigned long Release() override { return ForeignNode::Release(); }
   HRESULT get_attributes(IXMLDOMNamedNodeMap** out) override { return give(this, out); }
   HRESULT get_childNodes(IXMLDOMNodeList** out) override { return give(this, out); }
   HRESULT appendChild(IXMLDOMNode* child, IXMLDOMNode** out) override {
@@ -128,7 +131,7 @@ class ForeignElement final : public ForeignNode<IXMLDOMElement>,
   HRESULT give(From* from, To** out) {
     AddRef();
     if constexpr (std::is_same_v<To, IXMLDOMNode>)
-      *out = static_cast<IXMLDOMNode*>(static_cast<ForeignNode<NodeOf<From>>*>(from));
+      *out = static_cast<NodeOf<From>*>(from);
     else
       *out = from;
     return S_OK;
@@ -142,7 +145,7 @@ class ForeignElement final : public ForeignNode<IXMLDOMElement>,
   template <class Node>
   using NodeOf = std::conditional_t<std::is_same_v<Node, ForeignAttribute>, IXMLDOMAttribute, IXMLDOMElement>;
 
-  void* find(IID id) override {
+  void* find(REFIID id) override {
     return id == IID_IXMLDOMElement ? static_cast<IXMLDOMElement*>(this) : ForeignNode::find(id);
   }
 
@@ -154,7 +157,7 @@ class ForeignElement final : public ForeignNode<IXMLDOMElement>,
 
 class ForeignDocument final : private Shared, public ForeignNode<IXMLDOMDocument> {
  public:
-  ForeignDocument(Unknown unknown, IUnknown* other)
+  ForeignDocument(UnknownInterface unknown, IUnknown* other)
       : Shared{unknown, other}, ForeignNode(*this, u"#document") {}
 
   HRESULT createElement(BSTR name, IXMLDOMElement** out) override { return make(elements_, name, out); }
@@ -180,7 +183,7 @@ template <class Interface>
 Interface* made(IXMLDOMDocument* document, const char* name,
                 HRESULT (IXMLDOMDocument::*make)(BSTR, Interface**)) {
   const std::basic_string<char16_t> units(name, name + std::strlen(name));
-  BSTR text = SysAllocString(reinterpret_cast<const uint16_t*>(units.c_str()));
+  BSTR text = bstr_of(units);
   Interface* out = nullptr;
   (document->*make)(text, &out);
   SysFreeString(text);
@@ -190,7 +193,7 @@ Interface* made(IXMLDOMDocument* document, const char* name,
 
 }  // namespace
 
-ForeignDom::ForeignDom(Unknown unknown, IUnknown* other)
+ForeignDom::ForeignDom(UnknownInterface unknown, IUnknown* other)
     : document_(std::make_unique<ForeignDocument>(unknown, other)) {}
 ForeignDom::~ForeignDom() = default;
 

@@ -9,14 +9,14 @@
 namespace quillon::test {
 
 // What it does with a question for an interface that it does not know.
-enum class Unknown { refuse, answer_with_itself, pass_on };
+enum class UnknownInterface { refuse, answer_with_itself, pass_on };
 
 class ForeignDocument;
 
 class ForeignDom {
  public:
   // `other` is whom it passes questions on to.
-  explicit ForeignDom(Unknown unknown = Unknown::refuse, IUnknown* other = nullptr);
+  explicit ForeignDom(UnknownInterface unknown = UnknownInterface::refuse, IUnknown* other = nullptr);
   ~ForeignDom();
 
   IXMLDOMDocument* document() const;

@@ -1,7 +1,5 @@
 // A DOM of another maker: nothing is known of its objects but what they answer.
 
-#if !defined(_WIN32)
-
 #include "tests/xml/foreign_dom.h"
 
 #include "tests/support/table_cases.h"
@@ -29,7 +27,7 @@ TEST(ForeignDom, TakesEveryTableAndGivesItBack) {
   QUILLON_NEEDS_UNCHECKED_TYPES;
   int loaded = 0;
   for (const TableCase& c : TableCases::all())
-    for (const Unknown unknown : {Unknown::refuse, Unknown::answer_with_itself}) {
+    for (const UnknownInterface unknown : {UnknownInterface::refuse, UnknownInterface::answer_with_itself}) {
       SCOPED_TRACE(c.name);
       const ForeignDom dom(unknown);
       IXMLDOMElement* const root = dom.make_element("d");
@@ -53,17 +51,19 @@ TEST(ForeignDom, TakesEveryTableAndGivesItBack) {
 }
 
 TEST(ForeignDom, HasNoPlaceInATree) {
+  if (kSystemDom) GTEST_SKIP() << "the system trusts what says that it is its own";
   QUILLON_NEEDS_UNCHECKED_TYPES;
   Document document;
   auto* const root = element_of(document.create_root("d"));
-  for (const Unknown unknown : {Unknown::refuse, Unknown::answer_with_itself, Unknown::pass_on}) {
+  for (const UnknownInterface unknown :
+       {UnknownInterface::refuse, UnknownInterface::answer_with_itself, UnknownInterface::pass_on}) {
     const ForeignDom dom(unknown, root);
     IXMLDOMNode* node = root;
-    EXPECT_EQ(root->appendChild(dom.make_element("e"), &node), E_FAIL);
+    EXPECT_LT(root->appendChild(dom.make_element("e"), &node), 0);
     EXPECT_EQ(node, nullptr);
-    EXPECT_EQ(root->appendChild(dom.document(), nullptr), E_FAIL);
-    EXPECT_EQ(root->setAttributeNode(dom.make_attribute("a"), nullptr), E_FAIL);
-    EXPECT_EQ(dom_of(document)->appendChild(dom.make_element("e"), nullptr), E_FAIL);
+    EXPECT_LT(root->appendChild(dom.document(), nullptr), 0);
+    EXPECT_LT(root->setAttributeNode(dom.make_attribute("a"), nullptr), 0);
+    EXPECT_LT(dom_of(document)->appendChild(dom.make_element("e"), nullptr), 0);
     for (void* const foreign :
          {static_cast<void*>(dom.make_element("e")), static_cast<void*>(dom.document())}) {
       EXPECT_EQ(failure([&] { document.append_element(foreign, "c"); }),
@@ -80,12 +80,10 @@ TEST(ForeignDom, IsNotTakenForTheTreeThatItWraps) {
   QUILLON_NEEDS_UNCHECKED_TYPES;
   Document document;
   auto* const root = element_of(document.create_root("d"));
-  const ForeignDom dom(Unknown::pass_on, root);
+  const ForeignDom dom(UnknownInterface::pass_on, root);
   IXMLDOMElement* const element = dom.make_element("e");
   EXPECT_EQ(AddAttribute(dom.document(), element, "a", 1), 0);
   EXPECT_EQ(attribute(element, "a"), u"1");
   EXPECT_EQ(dom.references(), 0);
   EXPECT_EQ(plain(document), "<d />");
 }
-
-#endif

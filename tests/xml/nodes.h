@@ -8,9 +8,18 @@
 #include <quillon/platform/wide_string.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/document.h>
+#include <quillon/xml/internal/bstr.h>
 #include <quillon/xml/internal/ref.h>
 
 namespace quillon::test {
+
+// The DOM of the system itself ends a text at a NUL, has no halves of surrogate pairs, and is its own judge
+// of what it reads, and in its own words.
+#if defined(_WIN32)
+inline constexpr bool kSystemDom = true;
+#else
+inline constexpr bool kSystemDom = false;
+#endif
 
 inline const std::string kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
@@ -36,8 +45,7 @@ inline VARIANT wide_value(const std::u16string& text) {
   VARIANT out;
   VariantInit(&out);
   out.vt = VT_BSTR;
-  out.bstrVal =
-      SysAllocStringLen(wide_string(text.begin(), text.end()).c_str(), static_cast<unsigned>(text.size()));
+  out.bstrVal = xml::try_make_text(wide_string(text.begin(), text.end()).c_str(), text.size());
   return out;
 }
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include <quillon/platform/utf8.h>
-#include <quillon/xml/tree/xml_text.h>
+#include <quillon/xml/internal/attribute_text.h>
 
 using namespace quillon;
 using namespace quillon::test;
@@ -66,7 +66,8 @@ TEST(XmlText, ReadsWhatNoWritingGivesAsItIs) {
 
 // Any sequence of the characters that matter comes back, and no two are written alike.
 TEST(XmlText, IsReadInOneWay) {
-  const char16_t units[] = {0x0000, 0x0005, 0x0009, 0xE000, 0xE005, 0xE009, 0xE01F, 0xE020, u'a'};
+  const char16_t units[] = {
+      kSystemDom ? u'b' : u'\0', 0x0005, 0x0009, 0xE000, 0xE005, 0xE009, 0xE01F, 0xE020, u'a'};
   constexpr size_t kUnits = std::size(units);
   std::map<std::string, std::u16string> seen;
   const auto look_at = [&](const std::u16string& text) {

@@ -2,10 +2,17 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <system_error>
 
 namespace quillon::platform {
+
+// In UTF-8, as all that the library says; where names are bytes, those.
+inline std::string name_of(const std::filesystem::path& file) {
+  const std::u8string name = file.u8string();
+  return std::string(name.begin(), name.end());
+}
 
 // A file that is read from its beginning to its end.
 class InputFile {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace quillon::platform {
@@ -11,7 +12,7 @@ std::string executable_folder();
 // A file that is only written. `existed` is whether it was there before.
 class LogFile {
  public:
-  static constexpr int closed = -1;
+  static constexpr intptr_t closed = -1;
 
   bool open(const std::string& path, bool empty_it, bool& existed);
   void seek_to_end();
@@ -20,7 +21,7 @@ class LogFile {
   bool is_open() const { return handle_ != closed; }
 
  private:
-  int handle_ = closed;
+  intptr_t handle_ = closed;
 };
 
 struct LocalTime {

@@ -28,16 +28,16 @@ bool LogFile::open(const std::string& path, bool empty_it, bool& existed) {
 }
 
 void LogFile::seek_to_end() {
-  lseek(handle_, 0, SEEK_END);
+  lseek(static_cast<int>(handle_), 0, SEEK_END);
 }
 
 void LogFile::write(const char* text, size_t size) {
   // A record that the system does not take is lost: the log never reports a failure.
-  [[maybe_unused]] const ssize_t written = ::write(handle_, text, size);
+  [[maybe_unused]] const ssize_t written = ::write(static_cast<int>(handle_), text, size);
 }
 
 void LogFile::close() {
-  if (is_open()) ::close(handle_);
+  if (is_open()) ::close(static_cast<int>(handle_));
   handle_ = closed;
 }
 

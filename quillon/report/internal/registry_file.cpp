@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include <quillon/platform/internal/file.h>
 #include <quillon/report/internal/registry_file.h>
 #include <quillon/sections/error.h>
 
@@ -81,7 +82,7 @@ RegistryLine parse(std::string_view text, int number, uint32_t largest_id) {
 
 std::vector<RegistryLine> read_registry_file(const std::filesystem::path& file, uint32_t largest_id) {
   std::ifstream in(file, std::ios::binary);
-  if (!in) throw error((file.string() + ": can't be opened").c_str());
+  if (!in) throw error((platform::name_of(file) + ": can't be opened").c_str());
 
   std::vector<RegistryLine> lines;
   bool heading = false;
@@ -101,10 +102,10 @@ std::vector<RegistryLine> read_registry_file(const std::filesystem::path& file, 
         throw Refusal{"the heading of the columns is missing"};
     }
   } catch (const Refusal& refusal) {
-    throw error((file.string() + ", line " + std::to_string(number) + ": " + refusal.text).c_str());
+    throw error((platform::name_of(file) + ", line " + std::to_string(number) + ": " + refusal.text).c_str());
   }
-  if (in.bad()) throw error((file.string() + ": can't be read").c_str());
-  if (!heading) throw error((file.string() + ": the heading of the columns is missing").c_str());
+  if (in.bad()) throw error((platform::name_of(file) + ": can't be read").c_str());
+  if (!heading) throw error((platform::name_of(file) + ": the heading of the columns is missing").c_str());
   return lines;
 }
 

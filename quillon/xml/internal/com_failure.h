@@ -3,13 +3,13 @@
 // Failures of the COM support itself, for handlers of _com_error and, as all else that the library throws, of
 // std::exception.
 
-#include <climits>
 #include <cstddef>
 #include <new>
 
 #include <quillon/sections/error.h>
 #include <quillon/xml/dom.h>
 #include <quillon/xml/internal/backend.h>
+#include <quillon/xml/internal/bstr.h>
 
 namespace quillon::xml {
 
@@ -29,12 +29,9 @@ inline void expect_memory(HRESULT result, IXMLDOMNode* node) {
   if (result == E_OUTOFMEMORY && backend::is_own(node)) throw ComOutOfMemory();
 }
 
-// A null text leaves the units to be filled in. Null also for more than a BSTR can hold.
-inline BSTR try_make_text(const uint16_t* text, size_t units) {
-  return units <= UINT_MAX ? SysAllocStringLen(text, static_cast<unsigned>(units)) : nullptr;
-}
-inline BSTR make_text(const uint16_t* text, size_t units) {
-  BSTR const out = try_make_text(text, units);
+// With units to be filled in.
+inline BSTR make_text(size_t units) {
+  BSTR const out = try_make_text(units);
   if (!out) throw ComOutOfMemory();
   return out;
 }

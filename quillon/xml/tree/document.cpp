@@ -4,9 +4,9 @@
 #include <quillon/platform/utf8.h>
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
+#include <quillon/xml/internal/attribute_text.h>
 #include <quillon/xml/tree/dom_tree.h>
 #include <quillon/xml/tree/xml_parser.h>
-#include <quillon/xml/tree/xml_text.h>
 
 namespace quillon::xml {
 
@@ -16,7 +16,7 @@ constexpr size_t kPiece = size_t{64} * 1024;
 
 // Throws error on a failure of the system.
 void expect(const std::error_code& failed, const char* what, const std::filesystem::path& file) {
-  if (failed) throw error((what + file.string() + ": " + failed.message()).c_str());
+  if (failed) throw error((what + platform::name_of(file) + ": " + failed.message()).c_str());
 }
 
 const char kTooLong[] = "the text is longer than 2147483647 bytes";
@@ -136,7 +136,7 @@ Document Document::from_file(const std::filesystem::path& file) {
       if (taken > max_text) throw error(kTooLong);
       parser.parse_room(got, last);
     } catch (const error& e) {
-      throw error((file.string() + ": " + e.what()).c_str());
+      throw error((platform::name_of(file) + ": " + e.what()).c_str());
     }
   }
   return out;

@@ -10,7 +10,7 @@
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
 #include <quillon/xml/tree/xml_parser.h>
-#include <quillon/xml/tree/xml_text.h>
+#include <quillon/xml/internal/attribute_text.h>
 
 namespace quillon::xml {
 

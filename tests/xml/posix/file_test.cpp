@@ -1,7 +1,5 @@
 // A document's file: whole or not at all.
 
-#if !defined(_WIN32)
-
 #include "tests/support/faces.h"
 #include "tests/xml/nodes.h"
 
@@ -234,5 +232,3 @@ TEST_F(DocumentFile, IsReadInPieces) {
     EXPECT_EQ(failure([&] { Document::from_file(file); }), "nothing") << size;
   }
 }
-
-#endif

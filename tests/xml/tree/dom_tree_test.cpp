@@ -1,7 +1,5 @@
 // The tree of a document, through its interfaces.
 
-#if !defined(_WIN32)
-
 #include "tests/support/faces.h"
 #include "tests/xml/nodes.h"
 
@@ -402,5 +400,3 @@ TEST(Com, ClearsTheVariantsThatItKnows) {
   EXPECT_EQ(VariantClear(&value), DISP_E_BADVARTYPE);
   EXPECT_EQ(value.vt, 77);
 }
-
-#endif

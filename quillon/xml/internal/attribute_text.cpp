@@ -1,5 +1,5 @@
 #include <quillon/platform/utf8.h>
-#include <quillon/xml/tree/xml_text.h>
+#include <quillon/xml/internal/attribute_text.h>
 
 namespace quillon::xml {
 

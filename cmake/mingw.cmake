@@ -1,0 +1,16 @@
+# Windows, 64 bits, with Debian's MinGW-w64: the compiler whose threads are those of POSIX, as std::mutex needs them.
+# What is built runs under Wine, whose program is not among those of the path.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+find_program(QUILLON_WINE wine64 PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)
+if(QUILLON_WINE)
+  set(CMAKE_CROSSCOMPILING_EMULATOR env WINEDEBUG=-all ${QUILLON_WINE})
+endif()
