@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include <quillon/sections/crc.h>
+#include <quillon/stream/section_reader.h>
 
 namespace quillon::bench {
 
@@ -145,6 +146,19 @@ Counts assemble_pulled(const Stream& stream) {
   demux.set(stream.bytes);
   demux.start();
   return demux.counter.counts(stream.bytes.size() / Demux::packet_size);
+}
+
+Counts assemble_found(const Stream& stream) {
+  Counter counter;
+  SectionReader sections([&](const StreamSection& section) {
+    if (section.crc_ok) counter.count(section.table_id());
+  });
+  PacketReader packets;
+  packets.feed(stream.bytes.data(), stream.bytes.size());
+  packets.finish();
+  TsPacket packet;
+  while (packets.next(packet)) sections.push(packet);
+  return counter.counts(packets.packets());
 }
 
 Counts parse_all(const Stream& stream) {

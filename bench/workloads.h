@@ -9,6 +9,9 @@ namespace quillon::bench {
 // Assembles all sections with their CRC checked, pushed or pulled.
 Counts assemble_pushed(const Stream& stream);
 Counts assemble_pulled(const Stream& stream);
+// The same through PacketReader and SectionReader, in one piece: packets found, counters checked, repeats
+// sought.
+Counts assemble_found(const Stream& stream);
 // Pushes, and parses every section into its object.
 Counts parse_all(const Stream& stream);
 // The same, and writes each object's report into a string stream.

@@ -114,7 +114,8 @@ PacketReader::Step PacketReader::find_packet(TsPacket& packet) {
       continue;
     }
     const int follow = followers(at);
-    if (const size_t inner = cut_short_at(at, follow)) {
+    const size_t inner = begins_within(at, follow);
+    if (inner && header_evidence(inner) > 0) {
       scan_ = inner;
       continue;
     }
@@ -126,7 +127,12 @@ PacketReader::Step PacketReader::find_packet(TsPacket& packet) {
     const bool believed = header || follow > 0;
     give(at, packet);
     if (!believed) header = 0;
-    if (follow == 0) --scan_;  // its last byte may be the sync byte of the next
+    // Where the other is of a PID that was not met, it may be chance: both are given. So may a last byte 0x47
+    // be the sync byte of the next, or its own where that is lost.
+    if (inner)
+      scan_ = inner;
+    else if (follow == 0)
+      --scan_;
     return Step::given;
   }
   if (static_cast<int64_t>(scan_) > next_) in_step_ = false;
@@ -147,9 +153,9 @@ bool PacketReader::is_packet(size_t at) {
   return evidence(at, follow) + (in_line ? kInLine : 0) >= kCertain;
 }
 
-// Where within this packet another begins for certain, against what says that the next one follows it; 0 if
-// none does. Its last byte does not count: it may be the next one's sync byte, or its own where that is lost.
-size_t PacketReader::cut_short_at(size_t at, int follow) const {
+// Where within this packet, but for its last byte, another begins for certain, against what says that the
+// next one follows it; 0 if none does.
+size_t PacketReader::begins_within(size_t at, int follow) const {
   const int against = follow > 0 ? kFollower * follow + header_evidence(at + stride_) : 0;
   for (size_t inner = at + 1; inner < at + TsPacket::size - 1; ++inner)
     if (sync(inner) && evidence(inner, followers(inner)) >= kCertain + against) return inner;
@@ -158,24 +164,32 @@ size_t PacketReader::cut_short_at(size_t at, int follow) const {
 
 int PacketReader::evidence(size_t at, int follow) const {
   if (!has_plausible_header(at)) return 0;
+  const size_t next = at + stride_;
   int following = 0;
-  if (follow > 0)
+  if (follow > 0) {
     // However sure the next packet is, a stray 0x47 may be a stride in front of it.
-    following = std::min(kCertain, kFollower * follow + header_evidence(at + stride_));
-  else if (at + 3 * stride_ < end_ && sync(at + 2 * stride_) && sync(at + 3 * stride_))
+    const bool of_this_pid =
+        next + 4 <= end_ && pid_at(next) == pid_at(at) && counts_on(window_[at + 3], next);
+    following = of_this_pid ? kCertain : std::min(kCertain, kFollower * follow + header_evidence(next));
+  } else if (at + 3 * stride_ < end_ && sync(at + 2 * stride_) && sync(at + 3 * stride_)) {
     following = kFollower;  // two sync bytes after a missing one make up for it
+  }
   return header_evidence(at) + following;
 }
 
 // That of a header whose PID was met.
 int PacketReader::header_evidence(size_t at) const {
   if (at + 4 > end_ || window_[at + 1] & 0x80) return 0;
-  const size_t pid = pid_at(at);
-  const uint8_t last = headers_[pid];
+  const uint8_t last = headers_[pid_at(at)];
   if (last == 0) return 0;
-  const int step = window_[at + 3] & 0x10 ? 1 : 0;  // a packet without payload does not count
-  const bool counts_on = pid == kNullPid || ((last + step - window_[at + 3]) & 0x0F) == 0;
-  return kKnownPid + (counts_on ? kCounter : 0);
+  return kKnownPid + (counts_on(last, at) ? kCounter : 0);
+}
+
+// Whether the packet at `at` is next after one of its PID whose header ends with `last`. One without payload
+// does not count, those of the null PID need not.
+bool PacketReader::counts_on(uint8_t last, size_t at) const {
+  const int step = window_[at + 3] & 0x10 ? 1 : 0;
+  return pid_at(at) == kNullPid || ((last + step - window_[at + 3]) & 0x0F) == 0;
 }
 
 bool PacketReader::has_plausible_header(size_t at) const {

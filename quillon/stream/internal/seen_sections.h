@@ -1,0 +1,45 @@
+#pragma once
+
+#include <vector>
+
+#include <quillon/stream/internal/siphash.h>
+#include <quillon/stream/section_reader.h>
+
+namespace quillon::detail {
+
+// What section was last in each place of each table, by a digest with a key of this object's own: no stream
+// can be made whose sections are taken for each other, or fall into one bucket.
+//
+// There are at most `most` records, of 32 bytes; it takes half as much again while it grows. They lie in
+// buckets of sixteen; from a full one the record goes that was met longest ago.
+class SeenSections {
+ public:
+  static constexpr size_t most = size_t{1} << 18;
+
+  SeenSections();
+
+  // True for a section that is another than the last in its place.
+  bool add(const StreamSection& section);
+  size_t capacity() const { return records_.size(); }
+
+ private:
+  static constexpr size_t kBucket = 16;
+
+  struct Record {
+    uint64_t place = 0;
+    SipDigest digest = {};
+    uint64_t met = 0;  // at which call of add; 0 in a free record
+  };
+
+  SipDigest digest_of(const uint8_t* bytes, size_t size) const;
+  uint64_t place_of(const StreamSection& section, const SipDigest& digest) const;
+  // The record of a place, or else the one of its bucket to be overwritten.
+  Record& find(uint64_t place);
+  void grow();
+
+  SipKey key_;
+  uint64_t calls_ = 0;
+  std::vector<Record> records_;
+};
+
+}  // namespace quillon::detail
