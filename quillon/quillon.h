@@ -32,6 +32,9 @@
 #include <quillon/sections/log.h>
 #include <quillon/sections/pat.h>
 #include <quillon/stream/any_table.h>
+#include <quillon/stream/packet_reader.h>
+#include <quillon/stream/section_reader.h>
+#include <quillon/stream/stream_statistics.h>
 #include <quillon/tables/bat.h>
 #include <quillon/tables/cat.h>
 #include <quillon/tables/eit.h>

@@ -8,7 +8,6 @@ namespace quillon {
 
 namespace {
 
-constexpr size_t kNullPid = 0x1FFF;  // its packets need not count
 constexpr size_t kStrides[] = {188, 192, 204, 208};
 constexpr size_t kTimeStamp = 4;  // in front of a packet, where the stride is 192
 constexpr int kRun = 5;           // sync bytes a stride apart that make a stride certain
@@ -123,7 +122,7 @@ PacketReader::Step PacketReader::find_packet(TsPacket& packet) {
     if (!in_step_ && packets_ > 0) ++sync_losses_;
     skip_to(at);
     // A header that nothing confirms says nothing about those to come.
-    uint8_t& header = headers_[pid_at(at)];
+    uint8_t& header = last_header(at);
     const bool believed = header || follow > 0;
     give(at, packet);
     if (!believed) header = 0;
@@ -180,7 +179,7 @@ int PacketReader::evidence(size_t at, int follow) const {
 // That of a header whose PID was met.
 int PacketReader::header_evidence(size_t at) const {
   if (at + 4 > end_ || window_[at + 1] & 0x80) return 0;
-  const uint8_t last = headers_[pid_at(at)];
+  const uint8_t last = last_header(at);
   if (last == 0) return 0;
   return kKnownPid + (counts_on(last, at) ? kCounter : 0);
 }
@@ -189,7 +188,7 @@ int PacketReader::header_evidence(size_t at) const {
 // does not count, those of the null PID need not.
 bool PacketReader::counts_on(uint8_t last, size_t at) const {
   const int step = window_[at + 3] & 0x10 ? 1 : 0;
-  return pid_at(at) == kNullPid || ((last + step - window_[at + 3]) & 0x0F) == 0;
+  return pid_at(at) == TsPacket::null_pid || ((last + step - window_[at + 3]) & 0x0F) == 0;
 }
 
 bool PacketReader::has_plausible_header(size_t at) const {
@@ -226,10 +225,6 @@ bool PacketReader::is_certain_run(size_t at, size_t stride) const {
   const size_t after = at + static_cast<size_t>(count) * stride;
   if (count == kRun || after + 5 <= end_) return count == kRun;
   return count > 1 || (count == 1 && (after == end_ || at + TsPacket::size == end_));
-}
-
-size_t PacketReader::pid_at(size_t at) const {
-  return (window_[at + 1] & 0x1Fu) << 8 | window_[at + 2];
 }
 
 // Brings more bytes of the piece into the window; false, with the rest of the piece held, if it has no more.

@@ -22,6 +22,8 @@ inline void fetch([[maybe_unused]] const uint8_t* bytes) {
 // A transport packet where it was found.
 struct TsPacket {
   static constexpr size_t size = 188;
+  static constexpr int pids = 0x2000;
+  static constexpr int null_pid = 0x1FFF;
 
   const uint8_t* data;  // 188 bytes, of which the first is 0x47
   uint64_t index;       // among the packets of the input, from 0
@@ -112,9 +114,14 @@ class QUILLON_API PacketReader {
     in_step_ = true;
     scan_ = at + TsPacket::size;
     next_ = static_cast<int64_t>(at + stride_);
-    headers_[static_cast<size_t>(packet.pid())] = packet.data[3];
+    last_header(at) = packet.data[3];
     return true;
   }
+
+  int pid_at(size_t at) const { return TsPacket::pid_of(window_ + at); }
+  // Of the PID of the header at `at`.
+  uint8_t& last_header(size_t at) { return headers_[static_cast<size_t>(pid_at(at))]; }
+  uint8_t last_header(size_t at) const { return headers_[static_cast<size_t>(pid_at(at))]; }
 
   bool search(TsPacket& packet);
   Step find_stride(TsPacket& packet);
@@ -133,7 +140,6 @@ class QUILLON_API PacketReader {
   int followers(size_t at) const;
   int run(size_t at, size_t stride) const;
   bool is_certain_run(size_t at, size_t stride) const;
-  size_t pid_at(size_t at) const;
   bool more();
   void drop_front(size_t size);
 
@@ -153,9 +159,10 @@ class QUILLON_API PacketReader {
 
   const uint8_t* piece_ = nullptr;
   size_t piece_size_ = 0;
-  std::vector<uint8_t> held_;                 // what earlier pieces left, and the first bytes of this one
-  size_t carried_ = 0;                        // of held_, from earlier pieces
-  std::array<uint8_t, 0x2000> headers_ = {};  // the last byte of each PID's last header; 0 before the first
+  std::vector<uint8_t> held_;  // what earlier pieces left, and the first bytes of this one
+  size_t carried_ = 0;         // of held_, from earlier pieces
+  std::array<uint8_t, TsPacket::pids> headers_ =
+      {};  // the last byte of each PID's last header; 0 before the first
 };
 
 }  // namespace quillon

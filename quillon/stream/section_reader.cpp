@@ -16,8 +16,6 @@ namespace quillon {
 
 namespace {
 
-constexpr int kPids = 0x2000;
-constexpr int kNullPid = 0x1FFF;
 constexpr int kPatPid = 0x0000;
 constexpr int kPsipBasePid = 0x1FFB;
 // NIT, SDT and BAT, EIT, RST, TDT and TOT.
@@ -77,7 +75,7 @@ std::set<int> names_in(const StreamSection& section) {
 
 class SectionReader::State {
  public:
-  State(std::array<uint8_t, kPids>& interest, Sink sink, const SectionReaderOptions& options);
+  State(std::array<uint8_t, TsPacket::pids>& interest, Sink sink, const SectionReaderOptions& options);
 
   void read(const TsPacket& packet);
   void finish_section(int pid, uint64_t packet, const uint8_t* bytes, size_t size);
@@ -140,13 +138,13 @@ class SectionReader::State {
   template <class Keep>
   void drop_names(Source first, Source end, Keep keep);
 
-  std::array<uint8_t, kPids>& interest_;
+  std::array<uint8_t, TsPacket::pids>& interest_;
   const Sink sink_;
   const bool every_pid_;
   const bool repeats_;
   const bool standard_is_given_;
   Standard standard_;
-  std::array<Pid, kPids> pids_;
+  std::array<Pid, TsPacket::pids> pids_;
   std::set<std::pair<Source, int>> names_;
   detail::SeenSections seen_;
   int in_progress_ = -1;  // the PID of the packet that is being read
@@ -186,7 +184,7 @@ void SectionReader::State::Assembly::remember(int packet_counter, const uint8_t*
   std::copy_n(data, length, payload);
 }
 
-SectionReader::State::State(std::array<uint8_t, kPids>& interest, Sink sink,
+SectionReader::State::State(std::array<uint8_t, TsPacket::pids>& interest, Sink sink,
                             const SectionReaderOptions& options)
     : interest_(interest),
       sink_(std::move(sink)),
@@ -199,11 +197,11 @@ SectionReader::State::State(std::array<uint8_t, kPids>& interest, Sink sink,
     for (const int pid : kDvbPids) want(pid);
   if (options.standard != Standard::dvb) want(kPsipBasePid);
   for (const int pid : options.pids) ask_for(pid, true);
-  for (int pid = 0; pid < kPids; ++pid) note_interest(pid);
+  for (int pid = 0; pid < TsPacket::pids; ++pid) note_interest(pid);
 }
 
 void SectionReader::State::ask_for(int pid, bool on) {
-  if (pid < 0 || pid >= kNullPid || at(pid).asked_for == on) return;
+  if (pid < 0 || pid >= TsPacket::null_pid || at(pid).asked_for == on) return;
   at(pid).asked_for = on;
   on ? want(pid) : want_no_more(pid);
 }
@@ -221,7 +219,7 @@ void SectionReader::State::want_no_more(int pid) {
 }
 
 void SectionReader::State::note_interest(int pid) {
-  const bool interest = at(pid).wanted > 0 || (every_pid_ && pid != kNullPid);
+  const bool interest = at(pid).wanted > 0 || (every_pid_ && pid != TsPacket::null_pid);
   interest_[static_cast<size_t>(pid)] = interest;
   if (!interest && pid != in_progress_) at(pid).assembly.reset();
 }
@@ -328,7 +326,7 @@ std::optional<SectionReader::State::Source> SectionReader::State::source_of(
 void SectionReader::State::set_names(Source source, const std::set<int>& pids) {
   // The null PID carries no sections; and a table that names its own PID would keep itself.
   for (const int pid : pids) {
-    if (pid == kNullPid || pid == pid_of(source) || names_.size() >= kMostNames) continue;
+    if (pid == TsPacket::null_pid || pid == pid_of(source) || names_.size() >= kMostNames) continue;
     if (!names_.emplace(source, pid).second) continue;
     at(pid).in_pat += pid_of(source) == kPatPid;
     want(pid);
@@ -376,7 +374,7 @@ void SectionReader::remove_pid(int pid) {
 }
 
 bool SectionReader::reads_pid(int pid) const {
-  return pid >= 0 && pid < kPids && state_->is_wanted(pid);
+  return pid >= 0 && pid < TsPacket::pids && state_->is_wanted(pid);
 }
 
 Standard SectionReader::standard() const {

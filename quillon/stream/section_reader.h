@@ -107,7 +107,7 @@ class QUILLON_API SectionReader {
 
   void read(const TsPacket& packet);
 
-  std::array<uint8_t, 0x2000> interest_ = {};  // 0: a packet of that PID is not looked at
+  std::array<uint8_t, TsPacket::pids> interest_ = {};  // 0: a packet of that PID is not looked at
   std::unique_ptr<State> state_;
 };
 

@@ -6,8 +6,6 @@ namespace quillon {
 
 namespace {
 
-constexpr size_t kPids = 0x2000;
-constexpr int kNullPid = 0x1FFF;
 constexpr uint64_t kTicksASecond = 27'000'000;
 constexpr uint64_t kWrap = (uint64_t{1} << 33) * 300;
 // PCRs are at most 100 ms apart; where some were lost they may be more.
@@ -37,7 +35,7 @@ AdaptationField adaptation_field(const TsPacket& packet) {
 
 }  // namespace
 
-StreamStatistics::StreamStatistics() : pids_(kPids) {}
+StreamStatistics::StreamStatistics() : pids_(TsPacket::pids) {}
 
 void StreamStatistics::push(const TsPacket& packet) {
   ++packets_;
@@ -52,7 +50,7 @@ void StreamStatistics::push(const TsPacket& packet) {
   if (packet.is_scrambled()) ++pid.counts.scrambled;
   const AdaptationField field = adaptation_field(packet);
   if (field.discontinuity) pid.met = false;
-  if (packet.pid() != kNullPid) check_counter(packet, pid);
+  if (packet.pid() != TsPacket::null_pid) check_counter(packet, pid);
   if (!field.has_clock) return;
   ++pid.counts.clock_references;
   take_clock(packet.pid(), field.clock, field.discontinuity);
@@ -125,7 +123,7 @@ void StreamStatistics::on_section(const StreamSection& section) {
 
 const PidStatistics& StreamStatistics::pid(int pid) const {
   static constexpr PidStatistics none;
-  return pid < 0 || pid > kNullPid ? none : pids_[static_cast<size_t>(pid)].counts;
+  return pid < 0 || pid > TsPacket::null_pid ? none : pids_[static_cast<size_t>(pid)].counts;
 }
 
 double StreamStatistics::seconds() const {

@@ -56,7 +56,7 @@ class QUILLON_API StreamStatistics {
   void on_section(const StreamSection& section);
 
   uint64_t packets() const { return packets_; }
-  uint64_t null_packets() const { return pid(0x1FFF).packets; }
+  uint64_t null_packets() const { return pid(TsPacket::null_pid).packets; }
   // Packets after a gap, but for the first of the input.
   uint64_t sync_losses() const { return sync_losses_; }
   // Of a PID; all zero outside 0 to 0x1FFF.

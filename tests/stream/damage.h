@@ -30,8 +30,8 @@ struct DamageRule {
 
 // Bytes are dropped, inserted or overwritten, or are garbage in front of the next packet. A packet that has
 // its own 188 bytes and no others is intact, whatever is around it. The first begins at `lead`.
-inline DamagedStream damaged(const Bytes& stream, const DamageRule& rule, size_t stride = kPacketSize,
-                             size_t lead = 0) {
+inline DamagedStream with_damage(const Bytes& stream, const DamageRule& rule, size_t stride = kPacketSize,
+                                 size_t lead = 0) {
   std::mt19937 random(rule.seed);
   DamagedStream out;
   size_t dropped = 0;  // of the bytes to come

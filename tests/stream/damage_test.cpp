@@ -18,7 +18,7 @@ using namespace quillon::test;
 
 namespace {
 
-constexpr uint8_t kTot = 0x73;  // short, with a CRC
+constexpr uint8_t kTimeOffset = 0x73;  // short, with a CRC
 
 // A section of a clean stream, and the packets that carry it.
 struct Carried {
@@ -41,7 +41,7 @@ std::vector<Carried> carried_sections(const Bytes& stream) {
       if (section.bytes.size() < size + 3) return;
       const auto end = section.bytes.begin() + static_cast<ptrdiff_t>(size) + 3;
       const Bytes bytes(section.bytes.begin(), end);
-      if ((bytes[1] & 0x80 || bytes[0] == kTot) &&
+      if ((bytes[1] & 0x80 || bytes[0] == kTimeOffset) &&
           section_crc(bytes.data(), bytes.size()) == good_section_crc)
         out.push_back({pid, section.packets, bytes});
       section.bytes.erase(section.bytes.begin(), end);
@@ -80,10 +80,17 @@ struct Losses {
   size_t intact_sections = 0;
   size_t lost_sections = 0;
   size_t false_sections = 0;  // with a right CRC, and not in the stream
+
+  Losses& operator+=(const Losses& more) {
+    for (const auto member : {&Losses::intact_packets, &Losses::lost_packets, &Losses::false_packets,
+                              &Losses::intact_sections, &Losses::lost_sections, &Losses::false_sections})
+      this->*member += more.*member;
+    return *this;
+  }
 };
 
 Losses losses(const Bytes& stream, const std::vector<Carried>& carried, const DamageRule& rule) {
-  const DamagedStream damaged_stream = damaged(stream, rule);
+  const DamagedStream damaged_stream = with_damage(stream, rule);
   std::set<std::tuple<int, uint64_t, Bytes>> read;  // with the place of the last packet
   std::vector<uint64_t> positions;
   SectionReader reader(
@@ -120,83 +127,75 @@ Losses losses(const Bytes& stream, const std::vector<Carried>& carried, const Da
   return out;
 }
 
-// QUILLON_DAMAGE_SEEDS asks for more seeds than the tests have time for; then the figures alone count.
-class Damaged : public testing::TestWithParam<const char*> {
- protected:
-  void SetUp() override {
-    stream_ = GetParam() == std::string("made") ? made_stream(6000) : capture(GetParam());
-    if (stream_.empty()) GTEST_SKIP() << "QUILLON_STREAMS is not set";
-    carried_ = carried_sections(stream_);
-  }
-
-  // The losses of all ways of damage, of single bytes and of up to 300.
-  Losses all_losses(uint32_t rate) {
-    const char* const asked = std::getenv("QUILLON_DAMAGE_SEEDS");
-    const auto seeds = static_cast<uint32_t>(asked ? std::atoi(asked) : 1);
-    Losses sum;
-    for (const uint32_t longest : {1u, 300u})
-      for (const Damage damage :
-           {Damage::drop, Damage::insert, Damage::overwrite, Damage::garbage, Damage::all}) {
-        Losses one;
-        for (uint32_t seed = 1; seed <= seeds; ++seed) {
-          const Losses now =
-              losses(stream_, carried_, {.damage = damage, .rate = rate, .longest = longest, .seed = seed});
-          for (Losses* const to : {&one, &sum}) {
-            to->intact_packets += now.intact_packets;
-            to->lost_packets += now.lost_packets;
-            to->false_packets += now.false_packets;
-            to->intact_sections += now.intact_sections;
-            to->lost_sections += now.lost_sections;
-            to->false_sections += now.false_sections;
-          }
-        }
-        if (asked) print(damage, longest, one);
-      }
-    return sum;
-  }
-
-  static void print(Damage damage, uint32_t longest, const Losses& l) {
-    std::printf("%-9s 1-%-3u packets: %zu of %zu lost, %zu false; sections: %zu of %zu lost, %zu false\n",
-                name_of(damage), longest, l.lost_packets, l.intact_packets, l.false_packets, l.lost_sections,
-                l.intact_sections, l.false_sections);
-  }
-
-  Bytes stream_;
-  std::vector<Carried> carried_;
+struct Stream {
+  const char* name;
+  Bytes bytes;
+  std::vector<Carried> carried;
 };
+
+// One that is made, and those that are recorded.
+std::vector<Stream> streams() {
+  std::vector<Stream> out = {{"made", made_stream(6000), {}}};
+  for (const char* const name : {"dvb-eit-schedule.ts", "dvb-sat-bat.ts", "dvbt-ait.ts", "atsc-psip.ts"})
+    out.push_back({name, recorded_stream(name), {}});
+  std::erase_if(out, [](const Stream& stream) { return stream.bytes.empty(); });
+  for (Stream& stream : out) stream.carried = carried_sections(stream.bytes);
+  return out;
+}
+
+// The losses of all ways of damage, of single bytes and of up to 300. QUILLON_DAMAGE_SEEDS asks for more
+// seeds than the tests have time for, and for the figures.
+Losses all_losses(const Stream& stream, uint32_t rate) {
+  const char* const asked = std::getenv("QUILLON_DAMAGE_SEEDS");
+  const auto seeds = static_cast<uint32_t>(asked ? std::atoi(asked) : 1);
+  Losses sum;
+  for (const uint32_t longest : {1u, 300u})
+    for (const Damage damage :
+         {Damage::drop, Damage::insert, Damage::overwrite, Damage::garbage, Damage::all}) {
+      Losses one;
+      for (uint32_t seed = 1; seed <= seeds; ++seed)
+        one += losses(stream.bytes, stream.carried,
+                      {.damage = damage, .rate = rate, .longest = longest, .seed = seed});
+      sum += one;
+      if (!asked) continue;
+      std::printf("%-19s 1/%-5u %-9s 1-%-3u packets: %zu of %zu lost, %zu false; sections: %zu of %zu lost\n",
+                  stream.name, rate, name_of(damage), longest, one.lost_packets, one.intact_packets,
+                  one.false_packets, one.lost_sections, one.intact_sections);
+    }
+  return sum;
+}
 
 }  // namespace
 
-TEST_P(Damaged, IsReadWholeWithoutDamage) {
-  const Losses clean = losses(stream_, carried_, {.rate = 0xFFFFFFFF});
-  EXPECT_EQ(clean.intact_packets, stream_.size() / kPacketSize);
-  EXPECT_EQ(clean.lost_packets, 0u);
-  EXPECT_EQ(clean.false_packets, 0u);
-  EXPECT_EQ(clean.intact_sections, carried_.size());
-  EXPECT_EQ(clean.lost_sections, 0u);
-  EXPECT_EQ(clean.false_sections, 0u);
+TEST(DamagedStreams, AreReadWholeWithoutDamage) {
+  for (const Stream& stream : streams()) {
+    SCOPED_TRACE(stream.name);
+    const Losses clean = losses(stream.bytes, stream.carried, {.rate = 0xFFFFFFFF});
+    EXPECT_EQ(clean.intact_packets, stream.bytes.size() / kPacketSize);
+    EXPECT_EQ(clean.lost_packets, 0u);
+    EXPECT_EQ(clean.false_packets, 0u);
+    EXPECT_EQ(clean.intact_sections, stream.carried.size());
+    EXPECT_EQ(clean.lost_sections, 0u);
+    EXPECT_EQ(clean.false_sections, 0u);
+  }
 }
 
-TEST_P(Damaged, LosesNoIntactSectionToOneDamageInTenThousandBytes) {
-  const Losses l = all_losses(10000);
-  EXPECT_GT(l.intact_sections, 100u);
-  EXPECT_EQ(l.lost_sections, 0u);
-  EXPECT_EQ(l.false_sections, 0u);
+TEST(DamagedStreams, LoseNoIntactSectionToOneDamageInTenThousandBytes) {
+  for (const Stream& stream : streams()) {
+    SCOPED_TRACE(stream.name);
+    const Losses l = all_losses(stream, 10000);
+    EXPECT_GT(l.intact_sections, 100u);
+    EXPECT_EQ(l.lost_sections, 0u);
+    EXPECT_EQ(l.false_sections, 0u);
+  }
 }
 
-TEST_P(Damaged, LosesAtMostOneIntactSectionInAHundredToOneDamageInAThousandBytes) {
-  const Losses l = all_losses(1000);
-  EXPECT_GT(l.intact_sections, 100u);
-  EXPECT_LE(l.lost_sections * 100, l.intact_sections);
-  EXPECT_EQ(l.false_sections, 0u);
+TEST(DamagedStreams, LoseAtMostOneIntactSectionInAHundredToOneDamageInAThousandBytes) {
+  for (const Stream& stream : streams()) {
+    SCOPED_TRACE(stream.name);
+    const Losses l = all_losses(stream, 1000);
+    EXPECT_GT(l.intact_sections, 100u);
+    EXPECT_LE(l.lost_sections * 100, l.intact_sections);
+    EXPECT_EQ(l.false_sections, 0u);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(, Damaged,
-                         testing::Values("made", "dvb-eit-schedule.ts", "dvb-sat-bat.ts", "dvbt-ait.ts",
-                                         "atsc-psip.ts"),
-                         [](const auto& stream) {
-                           std::string name = stream.param;
-                           std::replace_if(
-                               name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
-                           return name;
-                         });

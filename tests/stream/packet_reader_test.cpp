@@ -16,7 +16,7 @@ namespace {
 constexpr size_t kAllStrides[] = {188, 192, 204, 208};
 
 // Packets numbered in their first payload byte; each has a stray 0x47 in a place of its own.
-Bytes numbered(int first, int count, size_t stride = 188) {
+Bytes numbered_packets(int first, int count, size_t stride = 188) {
   Bytes out;
   for (int i = first; i < first + count; ++i) {
     const auto number = static_cast<uint8_t>(i);
@@ -41,7 +41,7 @@ struct Found {
   bool operator==(const Found&) const = default;
 };
 
-struct Result {
+struct PacketsRead {
   std::vector<Found> found;
   uint64_t skipped = 0;
   uint64_t sync_losses = 0;
@@ -52,13 +52,13 @@ struct Result {
     for (const Found& f : found) out.push_back(f.number);
     return out;
   }
-  bool operator==(const Result&) const = default;
+  bool operator==(const PacketsRead&) const = default;
 };
 
 // Each piece is a copy of its own, so that none is read once the next is there.
-Result read(const Bytes& stream, const std::function<size_t()>& piece_size) {
+PacketsRead read_pieces(const Bytes& stream, const std::function<size_t()>& piece_size) {
   PacketReader reader;
-  Result out;
+  PacketsRead out;
   TsPacket packet;
   const auto take = [&] {
     while (reader.next(packet)) {
@@ -89,8 +89,8 @@ Result read(const Bytes& stream, const std::function<size_t()>& piece_size) {
   return out;
 }
 
-Result read(const Bytes& stream) {
-  return read(stream, [&] { return stream.size(); });
+PacketsRead read_pieces(const Bytes& stream) {
+  return read_pieces(stream, [&] { return stream.size(); });
 }
 
 std::vector<int> counted_from(int first, int count) {
@@ -124,7 +124,7 @@ TEST(PacketReader, ReadsPacketsOfEveryStride) {
     SCOPED_TRACE(stride);
     for (const int count : {1, 2, 3, 4, 5, 6, 10, 100}) {
       SCOPED_TRACE(count);
-      const Result result = read(numbered(0, count, stride));
+      const PacketsRead result = read_pieces(numbered_packets(0, count, stride));
       EXPECT_EQ(result.packets(), counted_from(0, count));
       EXPECT_EQ(result.sync_losses, 0u);
       // A single packet does not show what it is the first of.
@@ -137,7 +137,8 @@ TEST(PacketReader, ReadsPacketsOfEveryStride) {
 }
 
 TEST(PacketReader, TellsWhereAPacketLies) {
-  const Result result = read(joined({Bytes(7, 0), numbered(0, 10), Bytes(3, 0), numbered(10, 10)}));
+  const PacketsRead result =
+      read_pieces(joined({Bytes(7, 0), numbered_packets(0, 10), Bytes(3, 0), numbered_packets(10, 10)}));
   ASSERT_EQ(result.found.size(), 20u);
   for (size_t i = 0; i < 20; ++i) {
     EXPECT_EQ(result.found[i].index, i);
@@ -149,7 +150,7 @@ TEST(PacketReader, TellsWhereAPacketLies) {
 }
 
 TEST(PacketReader, GivesPacketsWhereTheyLieInThePiece) {
-  const Bytes stream = numbered(0, 10);
+  const Bytes stream = numbered_packets(0, 10);
   PacketReader reader;
   reader.feed(stream.data(), stream.size());
   TsPacket packet;
@@ -163,16 +164,16 @@ TEST(PacketReader, GivesPacketsWhereTheyLieInThePiece) {
 TEST(PacketReader, GivesTheSameInPiecesOfAnySize) {
   for (const size_t stride : kAllStrides) {
     SCOPED_TRACE(stride);
-    const Bytes clean = numbered(0, 60, stride);
+    const Bytes clean = numbered_packets(0, 60, stride);
     for (const Bytes& stream :
          {clean, joined({Bytes(1000, 0x47), clean, Bytes(5000, 0x00), clean}),
-          damaged(clean, {.rate = 300, .longest = 20}, stride, stride == 192 ? 4 : 0).bytes}) {
-      const Result whole = read(stream);
+          with_damage(clean, {.rate = 300, .longest = 20}, stride, stride == 192 ? 4 : 0).bytes}) {
+      const PacketsRead whole = read_pieces(stream);
       for (const size_t piece : {1u, 2u, 47u, 187u, 188u, 189u, 204u, 1000u, 1023u, 1024u, 1025u, 4096u})
-        EXPECT_EQ(read(stream, [&] { return piece; }), whole) << piece;
+        EXPECT_EQ(read_pieces(stream, [&] { return piece; }), whole) << piece;
       std::mt19937 random(1);
       for (int i = 0; i < 20; ++i)
-        EXPECT_EQ(read(stream, [&] { return size_t{1} << (random() % 12); }), whole) << i;
+        EXPECT_EQ(read_pieces(stream, [&] { return size_t{1} << (random() % 12); }), whole) << i;
     }
   }
 }
@@ -180,7 +181,7 @@ TEST(PacketReader, GivesTheSameInPiecesOfAnySize) {
 TEST(PacketReader, PassesOverGarbageInFrontAndTellsHowMuch) {
   for (const size_t garbage : {1u, 3u, 187u, 188u, 189u, 5000u, 300000u}) {
     SCOPED_TRACE(garbage);
-    const Result result = read(joined({Bytes(garbage, 0x00), numbered(0, 20)}));
+    const PacketsRead result = read_pieces(joined({Bytes(garbage, 0x00), numbered_packets(0, 20)}));
     EXPECT_EQ(result.packets(), counted_from(0, 20));
     EXPECT_EQ(result.skipped, garbage);
     EXPECT_EQ(result.sync_losses, 0u);
@@ -191,8 +192,8 @@ TEST(PacketReader, GoesOnAfterGarbageBetweenPackets) {
   for (const size_t stride : kAllStrides)
     for (const size_t garbage : {1u, 50u, 188u, 1000u, 300000u}) {
       SCOPED_TRACE(testing::Message() << stride << ", " << garbage);
-      const Result result =
-          read(joined({numbered(0, 10, stride), Bytes(garbage, 0xAA), numbered(10, 10, stride)}));
+      const PacketsRead result = read_pieces(
+          joined({numbered_packets(0, 10, stride), Bytes(garbage, 0xAA), numbered_packets(10, 10, stride)}));
       EXPECT_EQ(result.packets(), counted_from(0, 20));
       EXPECT_EQ(result.skipped, garbage);
       EXPECT_EQ(result.sync_losses, 1u);
@@ -201,9 +202,9 @@ TEST(PacketReader, GoesOnAfterGarbageBetweenPackets) {
 
 TEST(PacketReader, LosesOnePacketToADamagedSyncByte) {
   for (const size_t stride : kAllStrides) {
-    Bytes stream = numbered(0, 20, stride);
+    Bytes stream = numbered_packets(0, 20, stride);
     stream[5 * stride + (stride == 192 ? 4 : 0)] = 0x46;
-    const Result result = read(stream);
+    const PacketsRead result = read_pieces(stream);
     std::vector<int> expected = counted_from(0, 20);
     expected.erase(expected.begin() + 5);
     EXPECT_EQ(result.packets(), expected);
@@ -216,10 +217,10 @@ TEST(PacketReader, LosesOnePacketToADamagedSyncByte) {
 TEST(PacketReader, LosesOnePacketToBytesThatAreMissing) {
   for (const size_t stride : kAllStrides)
     for (ptrdiff_t missing = 1; missing < 174; ++missing) {
-      Bytes stream = numbered(0, 20, stride);
+      Bytes stream = numbered_packets(0, 20, stride);
       const auto from = stream.begin() + static_cast<ptrdiff_t>(5 * stride + 10);
       stream.erase(from, from + missing);
-      std::vector<int> found = read(stream).packets();
+      std::vector<int> found = read_pieces(stream).packets();
       std::erase(found, 5);
       std::vector<int> expected = counted_from(0, 20);
       std::erase(expected, 5);
@@ -231,27 +232,29 @@ TEST(PacketReader, LosesOnePacketToBytesThatAreMissing) {
 TEST(PacketReader, KeepsPacketsWhoseSurroundingsAreDamaged) {
   for (const size_t stride : {size_t{192}, size_t{204}, size_t{208}}) {
     const size_t at = 5 * stride + (stride == 192 ? 1 : 190);
-    Bytes less = numbered(0, 20, stride);
+    Bytes less = numbered_packets(0, 20, stride);
     less.erase(less.begin() + static_cast<ptrdiff_t>(at));
-    EXPECT_EQ(read(less).packets(), counted_from(0, 20)) << stride;
-    Bytes more = numbered(0, 20, stride);
+    EXPECT_EQ(read_pieces(less).packets(), counted_from(0, 20)) << stride;
+    Bytes more = numbered_packets(0, 20, stride);
     more.insert(more.begin() + static_cast<ptrdiff_t>(at), 5, 0x00);
-    EXPECT_EQ(read(more).packets(), counted_from(0, 20)) << stride;
+    EXPECT_EQ(read_pieces(more).packets(), counted_from(0, 20)) << stride;
   }
 }
 
 // Between two broken ones, or garbage, a packet has no neighbour to be confirmed by.
 TEST(PacketReader, FindsAPacketThatIsAlone) {
-  const Bytes noise(100, 0x11);
-  const Result result = read(joined(
-      {numbered(0, 20), noise, numbered(20, 1), noise, numbered(21, 1), noise, numbered(22, 20), noise}));
+  const Bytes random_bytes(100, 0x11);
+  const PacketsRead result =
+      read_pieces(joined({numbered_packets(0, 20), random_bytes, numbered_packets(20, 1), random_bytes,
+                          numbered_packets(21, 1), random_bytes, numbered_packets(22, 20), random_bytes}));
   EXPECT_EQ(result.packets(), counted_from(0, 42));
   EXPECT_EQ(result.skipped, 400u);
   EXPECT_EQ(result.sync_losses, 3u);
 }
 
 TEST(PacketReader, FindsPacketsOfAnotherStrideInTheSameInput) {
-  const Result result = read(joined({numbered(0, 20), numbered(20, 20, 204), numbered(40, 20, 192)}));
+  const PacketsRead result = read_pieces(
+      joined({numbered_packets(0, 20), numbered_packets(20, 20, 204), numbered_packets(40, 20, 192)}));
   EXPECT_EQ(result.packets(), counted_from(0, 60));
   EXPECT_EQ(result.stride, 192u);
 }
@@ -259,9 +262,9 @@ TEST(PacketReader, FindsPacketsOfAnotherStrideInTheSameInput) {
 TEST(PacketReader, LeavesOutAPacketThatIsCutAtTheEnd) {
   for (const size_t stride : kAllStrides)
     for (const size_t cut : {1u, 100u, 187u}) {
-      Bytes stream = numbered(0, 10, stride);
+      Bytes stream = numbered_packets(0, 10, stride);
       stream.resize(stream.size() - (stride > 192 ? stride - 188 : 0) - cut);
-      const Result result = read(stream);
+      const PacketsRead result = read_pieces(stream);
       EXPECT_EQ(result.packets(), counted_from(0, 9));
       EXPECT_EQ(result.skipped, 188 - cut);
     }
@@ -269,12 +272,12 @@ TEST(PacketReader, LeavesOutAPacketThatIsCutAtTheEnd) {
 
 TEST(PacketReader, FindsNothingWhereThereIsNothing) {
   std::mt19937 random(1);
-  Bytes noise(1000000);
-  for (uint8_t& byte : noise) byte = static_cast<uint8_t>(random());
+  Bytes random_bytes(1000000);
+  for (uint8_t& byte : random_bytes) byte = static_cast<uint8_t>(random());
   for (const Bytes& stream :
-       {Bytes(), Bytes(1, 0x47), Bytes(100, 0x47), Bytes(100000, 0x47), Bytes(100000, 0x00), noise,
+       {Bytes(), Bytes(1, 0x47), Bytes(100, 0x47), Bytes(100000, 0x47), Bytes(100000, 0x00), random_bytes,
         text("Go away! This is a letter, and no stream.")}) {
-    const Result result = read(stream);
+    const PacketsRead result = read_pieces(stream);
     EXPECT_TRUE(result.found.empty());
     EXPECT_EQ(result.skipped, stream.size());
     EXPECT_EQ(result.stride, 0u);
@@ -282,7 +285,7 @@ TEST(PacketReader, FindsNothingWhereThereIsNothing) {
 }
 
 TEST(PacketReader, RefusesAPieceTooEarlyAndTooLate) {
-  const Bytes stream = numbered(0, 10);
+  const Bytes stream = numbered_packets(0, 10);
   PacketReader reader;
   reader.feed(stream.data(), stream.size());
   EXPECT_THROW(reader.feed(stream.data(), stream.size()), error);

@@ -13,7 +13,7 @@ using namespace quillon::test;
 
 namespace {
 
-constexpr int kPid = 0x100;
+constexpr int kClockPid = 0x100;
 constexpr uint64_t kSecond = 27'000'000;
 constexpr uint64_t kWrap = (uint64_t{1} << 33) * 300;
 
@@ -32,9 +32,9 @@ Bytes clock_packet(int pid, uint64_t ticks, bool jumps = false) {
   return out;
 }
 
-class Counting {
+class CountingReader {
  public:
-  Counting& push(const Bytes& packets) {
+  CountingReader& push(const Bytes& packets) {
     for (size_t at = 0; at < packets.size(); at += kPacketSize) {
       const TsPacket packet{packets.data() + at, pushed_++, at, false};
       statistics.push(packet);
@@ -42,7 +42,7 @@ class Counting {
     }
     return *this;
   }
-  Counting& push_null(size_t count) {
+  CountingReader& push_null(size_t count) {
     for (; count > 0; --count) push(packet({.pid = 0x1FFF}, {}));
     return *this;
   }
@@ -80,24 +80,24 @@ TEST(StreamStatistics, IsUsedLikeThis) {
 }
 
 TEST(StreamStatistics, CountsPacketsAndTheirStates) {
-  Counting counting;
-  counting.push(packet({.pid = kPid}, {}))
-      .push(packet({.pid = kPid, .counter = 1, .scrambling = 2}, {}))
-      .push(packet({.pid = kPid, .counter = 2, .error = 1}, {}))
+  CountingReader counting;
+  counting.push(packet({.pid = kClockPid}, {}))
+      .push(packet({.pid = kClockPid, .counter = 1, .scrambling = 2}, {}))
+      .push(packet({.pid = kClockPid, .counter = 2, .error = 1}, {}))
       .push(packet({.pid = 0x200}, {}))
       .push_null(3);
   const StreamStatistics& s = counting.statistics;
   EXPECT_EQ(s.packets(), 7u);
   EXPECT_EQ(s.null_packets(), 3u);
-  EXPECT_EQ(s.pid(kPid).packets, 3u);
-  EXPECT_EQ(s.pid(kPid).scrambled, 1u);
-  EXPECT_EQ(s.pid(kPid).transport_errors, 1u);
+  EXPECT_EQ(s.pid(kClockPid).packets, 3u);
+  EXPECT_EQ(s.pid(kClockPid).scrambled, 1u);
+  EXPECT_EQ(s.pid(kClockPid).transport_errors, 1u);
   EXPECT_EQ(s.pid(0x200).packets, 1u);
   EXPECT_EQ(s.pid(0x300).packets, 0u);
   EXPECT_EQ(s.pid(-1).packets, 0u);
   EXPECT_EQ(s.pid(0x2000).packets, 0u);
   EXPECT_EQ(s.bit_rate(), 0);
-  EXPECT_EQ(s.bit_rate(kPid), 0);
+  EXPECT_EQ(s.bit_rate(kClockPid), 0);
 }
 
 TEST(StreamStatistics, ChecksContinuityCounters) {
@@ -106,11 +106,11 @@ TEST(StreamStatistics, ChecksContinuityCounters) {
     uint64_t errors;
     uint64_t duplicates;
   };
-  const auto with = [](int counter) { return packet({.pid = kPid, .counter = counter}, {}); };
+  const auto with = [](int counter) { return packet({.pid = kClockPid, .counter = counter}, {}); };
   const auto without = [](int counter) {
-    return packet({.pid = kPid, .counter = counter, .field = 183, .control = 2}, {});
+    return packet({.pid = kClockPid, .counter = counter, .field = 183, .control = 2}, {});
   };
-  Bytes jump = packet({.pid = kPid, .counter = 9, .field = 1}, {});
+  Bytes jump = packet({.pid = kClockPid, .counter = 9, .field = 1}, {});
   jump[5] = 0x80;
   const std::vector<Case> cases = {
       {{with(5)}, 0, 0},
@@ -121,48 +121,48 @@ TEST(StreamStatistics, ChecksContinuityCounters) {
       {{with(1), without(1), without(1), with(2)}, 0, 0},
       {{with(1), without(2)}, 1, 0},
       {{with(1), jump, with(10)}, 0, 0},
-      {{with(1), packet({.pid = kPid, .counter = 2, .error = 1}, {}), with(3)}, 1, 0},
+      {{with(1), packet({.pid = kClockPid, .counter = 2, .error = 1}, {}), with(3)}, 1, 0},
   };
   for (size_t i = 0; i < cases.size(); ++i) {
-    Counting counting;
+    CountingReader counting;
     for (const Bytes& one : cases[i].packets) counting.push(one);
-    EXPECT_EQ(counting.statistics.pid(kPid).continuity_errors, cases[i].errors) << i;
-    EXPECT_EQ(counting.statistics.pid(kPid).duplicates, cases[i].duplicates) << i;
+    EXPECT_EQ(counting.statistics.pid(kClockPid).continuity_errors, cases[i].errors) << i;
+    EXPECT_EQ(counting.statistics.pid(kClockPid).duplicates, cases[i].duplicates) << i;
   }
-  Counting nulls;
+  CountingReader nulls;
   nulls.push_null(10);
   EXPECT_EQ(nulls.statistics.pid(0x1FFF).continuity_errors, 0u);
 }
 
 TEST(StreamStatistics, CountsGapsButTheFirst) {
   StreamStatistics statistics;
-  const Bytes one = packet({.pid = kPid}, {});
+  const Bytes one = packet({.pid = kClockPid}, {});
   for (uint64_t i = 0; i < 10; ++i) statistics.push({one.data(), i, i, i % 4 == 0});
   EXPECT_EQ(statistics.sync_losses(), 2u);
 }
 
 // 1000 packets a second, over the end of the clock's range.
 TEST(StreamStatistics, MeasuresRatesByTheClock) {
-  Counting counting;
+  CountingReader counting;
   for (uint64_t i = 0; i < 50; ++i) {
-    counting.push(clock_packet(kPid, kWrap - 10 * kSecond / 10 + i * kSecond / 10)).push_null(89);
+    counting.push(clock_packet(kClockPid, kWrap - 10 * kSecond / 10 + i * kSecond / 10)).push_null(89);
     for (int more = 0; more < 10; ++more) counting.push(packet({.pid = 0x200}, {}));
   }
   EXPECT_NEAR(counting.statistics.seconds(), 4.9, 1e-9);
   EXPECT_NEAR(counting.statistics.bit_rate(), 1000 * 188 * 8, 1e-6);
   EXPECT_NEAR(counting.statistics.bit_rate(0x200), 100 * 188 * 8, 1e-6);
-  EXPECT_EQ(counting.statistics.pid(kPid).clock_references, 50u);
+  EXPECT_EQ(counting.statistics.pid(kClockPid).clock_references, 50u);
 }
 
 TEST(StreamStatistics, LeavesJumpsOfTheClockOut) {
   for (const bool stated : {false, true}) {
-    Counting counting;
+    CountingReader counting;
     uint64_t ticks = 0;
     for (int i = 0; i < 20; ++i) {
       ticks += kSecond / 10;
       const bool jumps = i == 10;
       if (jumps) ticks += stated ? kSecond / 2 : 100 * kSecond;
-      counting.push(clock_packet(kPid, ticks, jumps && stated)).push_null(99);
+      counting.push(clock_packet(kClockPid, ticks, jumps && stated)).push_null(99);
     }
     EXPECT_NEAR(counting.statistics.seconds(), 1.8, 1e-9) << stated;
     EXPECT_NEAR(counting.statistics.bit_rate(), 1000 * 188 * 8, 1e-6) << stated;
@@ -170,9 +170,9 @@ TEST(StreamStatistics, LeavesJumpsOfTheClockOut) {
 }
 
 TEST(StreamStatistics, TakesAnotherClockWhereOneStops) {
-  Counting counting;
+  CountingReader counting;
   for (uint64_t i = 0; i < 10; ++i)
-    counting.push(clock_packet(kPid, i * kSecond / 10))
+    counting.push(clock_packet(kClockPid, i * kSecond / 10))
         .push(clock_packet(0x200, i * kSecond / 5))
         .push_null(98);
   EXPECT_NEAR(counting.statistics.seconds(), 0.9, 1e-9);
@@ -182,11 +182,11 @@ TEST(StreamStatistics, TakesAnotherClockWhereOneStops) {
 }
 
 TEST(StreamStatistics, RecordsHowOftenTablesAreSent) {
-  Counting counting;
+  CountingReader counting;
   const Bytes first = packets({pat_of({})}, {.pid = 0});
   int sent = 0;
   for (uint64_t i = 0; i < 100; ++i) {
-    counting.push(clock_packet(kPid, i * kSecond / 10)).push_null(49);
+    counting.push(clock_packet(kClockPid, i * kSecond / 10)).push_null(49);
     if (i % 5 == 0 || i == 51) {
       Bytes pat = first;
       pat[3] = static_cast<uint8_t>(0x10 | (sent++ & 0x0F));

@@ -15,7 +15,7 @@
 namespace quillon::test {
 
 // A recorded stream of the folder QUILLON_STREAMS; empty if that is not set.
-inline Bytes capture(const std::string& name) {
+inline Bytes recorded_stream(const std::string& name) {
   const char* const folder = std::getenv("QUILLON_STREAMS");
   if (!folder) return {};
   std::ifstream in(std::filesystem::path(folder) / name, std::ios::binary);

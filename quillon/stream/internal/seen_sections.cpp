@@ -35,7 +35,7 @@ bool SeenSections::add(const StreamSection& section) {
   const SipDigest digest = digest_of(section.bytes, section.size);
   const uint64_t place = place_of(section, digest);
   Record* record = &find(place);
-  while (record->met != 0 && record->place != place && records_.size() < most) {
+  while (record->met != 0 && record->place != place && records_.size() < kMost) {
     grow();
     record = &find(place);
   }

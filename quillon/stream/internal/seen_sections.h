@@ -10,20 +10,18 @@ namespace quillon::detail {
 // What section was last in each place of each table, by a digest with a key of this object's own: no stream
 // can be made whose sections are taken for each other, or fall into one bucket.
 //
-// There are at most `most` records, of 32 bytes; it takes half as much again while it grows. They lie in
+// There are at most 262,144 records, of 32 bytes; it takes half as much again while it grows. They lie in
 // buckets of sixteen; from a full one the record goes that was met longest ago.
 class SeenSections {
  public:
-  static constexpr size_t most = size_t{1} << 18;
-
   SeenSections();
 
   // True for a section that is another than the last in its place.
   bool add(const StreamSection& section);
-  size_t capacity() const { return records_.size(); }
 
  private:
   static constexpr size_t kBucket = 16;
+  static constexpr size_t kMost = size_t{1} << 18;
 
   struct Record {
     uint64_t place = 0;
