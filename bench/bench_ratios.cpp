@@ -49,7 +49,7 @@ bool measure(const char* name, const Stream& stream, bool is_mux, int runs) {
   std::vector<Workload> workloads = {
       {"W1, push", assemble_pushed, false, 0.6, 0.065},
       {"W1, pull", assemble_pulled, false, 2.0, 0.15},
-      {"W1, found", assemble_found, false, 0.9, 0.1},
+      {"W1, found", assemble_found, false, 0.9, 0.25},
       {"W2", parse_all, true, 1.6, 0.8},
       {"W3", report_all, true, 3.6, 2.0},
       {"W3x", save_all, true, 4.6, 3.5},

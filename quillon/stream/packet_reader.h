@@ -44,8 +44,8 @@ struct TsPacket {
 
 // Finds the packets in a byte stream that need not be clean: 188 bytes each, and 0, 4 (a time stamp in
 // front), 16 or 20 (parity after it) more from one to the next, which is found and kept. The bytes come in
-// pieces of any size; the packets are the same for all of them, and lie in the piece where they are whole
-// there.
+// pieces of any size, with the same packets from all of them; one that is whole in its piece is given there,
+// and not copied.
 //
 //   PacketReader reader;
 //   TsPacket packet;
@@ -55,10 +55,11 @@ struct TsPacket {
 //   while (reader.next(packet)) use(packet);
 //
 // A packet is certain once sync bytes follow it at two strides, so that those of a piece's end wait for the
-// next piece, or for finish. Where they do not, every byte is tried that could begin a packet: it needs a
-// sync byte a stride on, a PID that was met and goes on counting, or its place among the others. One in which
-// another begins for certain was cut short, and is not given. A packet whose own sync byte is damaged is not
-// given either.
+// next piece, or for finish. Where they do not, every byte 0x47 is tried by what speaks for it: sync bytes a
+// stride on, a PID that was met and counts on, a place in line with the packets before. A packet in which
+// another begins for certain was cut short and is not given, nor is one whose own sync byte is lost; one to
+// which bytes were added, or of which bytes were changed, can't be told from a whole one. docs/robustness.md
+// says what is lost.
 //
 // It takes 16 KiB, and nothing a packet. For threads the rule of the tables holds (PsiBase1).
 class QUILLON_API PacketReader {
@@ -161,8 +162,8 @@ class QUILLON_API PacketReader {
   size_t piece_size_ = 0;
   std::vector<uint8_t> held_;  // what earlier pieces left, and the first bytes of this one
   size_t carried_ = 0;         // of held_, from earlier pieces
-  std::array<uint8_t, TsPacket::pids> headers_ =
-      {};  // the last byte of each PID's last header; 0 before the first
+  // The last byte of each PID's last header; 0 before the first.
+  std::array<uint8_t, TsPacket::pids> headers_ = {};
 };
 
 }  // namespace quillon
