@@ -1,5 +1,6 @@
-// Many gibibytes of packets through one process, damaged now and then: assembled, parsed, reported and saved.
-// Nothing may pile up. Exit code 1 if the resident set grew by more than a MiB after the first GiB.
+// Many gibibytes of packets through one process, damaged now and then: assembled, parsed, reported and saved;
+// and read by the readers of streams, with a schedule that is never the same twice. Nothing may pile up. Exit
+// code 1 if the resident set grew by more than a MiB after the first GiB.
 //
 //   soak GIB
 
@@ -75,6 +76,60 @@ class Viewer : public DemuxPush {
   }
 };
 
+// Sections of the schedule, in packets; each is made anew.
+class Schedule {
+ public:
+  // One of each service.
+  void append_round(std::vector<uint8_t>& out) {
+    ++round_;
+    for (int service = 0; service < kServices; ++service)
+      append(eit_section(service, 0x50, 0, static_cast<int>(round_ % 32), round_), out);
+  }
+
+ private:
+  void append(const std::vector<uint8_t>& section, std::vector<uint8_t>& out) {
+    constexpr size_t kPayload = 184;
+    for (size_t at = 0; at < section.size();) {
+      const size_t end = out.size() + 188;
+      const bool first = at == 0;
+      out.insert(out.end(), {0x47, static_cast<uint8_t>(first ? 0x40 : 0x00), kEitPid,
+                             static_cast<uint8_t>(0x10 | (counter_++ & 0x0F))});
+      if (first) out.push_back(0);
+      const size_t taken = std::min(kPayload - (first ? 1 : 0), section.size() - at);
+      const auto from = section.begin() + static_cast<ptrdiff_t>(at);
+      out.insert(out.end(), from, from + static_cast<ptrdiff_t>(taken));
+      out.resize(end, 0xFF);
+      at += taken;
+    }
+  }
+
+  uint32_t round_ = 0;
+  unsigned counter_ = 0;
+};
+
+class Reader {
+ public:
+  void push(const std::vector<uint8_t>& bytes) {
+    packets_.feed(bytes.data(), bytes.size());
+    TsPacket packet;
+    while (packets_.next(packet)) {
+      statistics_.push(packet);
+      sections_.push(packet);
+    }
+  }
+
+  uint64_t sections = 0;
+
+ private:
+  PacketReader packets_;
+  StreamStatistics statistics_;
+  SectionReader sections_{[this](const StreamSection& section) {
+                            ++sections;
+                            statistics_.on_section(section);
+                          },
+                          {.every_pid = true, .repeats = true}};
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -92,7 +147,10 @@ int main(int argc, char** argv) {
   stream.resize(stream.size() / kChunk * kChunk);
 
   Viewer viewer;
+  Reader reader;
+  Schedule schedule;
   std::vector<uint8_t> chunk(kChunk);
+  std::vector<uint8_t> fresh;
   uint32_t random = 1;
   uint64_t pushed = 0;
   uint64_t damaged = 0;
@@ -109,6 +167,10 @@ int main(int argc, char** argv) {
     }
     viewer.push_data(chunk.data(), static_cast<int>(kChunk));
     pushed += kChunk;
+    // Once in the time of eight chunks, as the makers of sections are slower than their readers.
+    fresh.assign(chunk.begin(), chunk.end());
+    if (pushed / kChunk % 8 == 0) schedule.append_round(fresh);
+    reader.push(fresh);
     if (!after_first && pushed >= kGiB) after_first = resident_set();
   }
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
@@ -122,6 +184,7 @@ int main(int argc, char** argv) {
               static_cast<unsigned long long>(viewer.parsed), static_cast<unsigned long long>(viewer.refused),
               static_cast<unsigned long long>(viewer.reports),
               static_cast<unsigned long long>(viewer.documents));
+  std::printf("%llu sections met by the readers\n", static_cast<unsigned long long>(reader.sections));
   std::printf("resident set: %ld KiB at the start, %ld after the first GiB, %ld at the end\n", at_start,
               after_first, at_end);
   return at_end - after_first > kMostGrowth ? 1 : 0;

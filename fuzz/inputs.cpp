@@ -1,4 +1,3 @@
-#include "apps/quillon/packet_source.h"
 #include "fuzz/targets.h"
 
 #include <cstdlib>
@@ -49,21 +48,6 @@ void overlay(const uint8_t* data, size_t size) {
     if (std::string(e.what()).find(file.filename().string()) == std::string::npos) std::abort();
   }
   for (int id = 0; id < 0x10000; id += 257) get_ca_system_id(id);
-}
-
-void packets(const uint8_t* data, size_t size) {
-  std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
-  app::PacketSource source(in, 2048);  // refilled often
-  while (const uint8_t* const packet = source.next())
-    if (packet[0] != 0x47) std::abort();
-  if (source.position() != size || source.packets() * 188 + source.skipped() > size) std::abort();
-
-  // The same as with all of the input in the buffer.
-  std::istringstream again(in.str());
-  app::PacketSource whole(again, 8192);
-  while (whole.next()) {
-  }
-  if (whole.packets() != source.packets() || whole.skipped() != source.skipped()) std::abort();
 }
 
 }  // namespace quillon::fuzz

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 [ $# -ge 1 ] || { sed -n '2,4s/^# \{0,1\}//p' "$0" >&2; exit 2; }
 minutes=$1
 shift
-[ $# -gt 0 ] || set -- demux section agreement descriptor document overlay packets stream
+[ $# -gt 0 ] || set -- demux section agreement descriptor document overlay stream
 seconds=$(awk -v minutes="$minutes" -v targets=$# 'BEGIN { s = int(minutes * 60 / targets); print (s > 1 ? s : 1) }')
 
 . cmake/ccache.sh

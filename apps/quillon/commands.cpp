@@ -3,9 +3,7 @@
 #include "apps/quillon/field_lines.h"
 #include "apps/quillon/json_fields.h"
 #include "apps/quillon/output.h"
-#include "apps/quillon/packet_source.h"
-#include "apps/quillon/section_input.h"
-#include "apps/quillon/seen_sections.h"
+#include "apps/quillon/section_chain.h"
 
 #include <algorithm>
 #include <chrono>
@@ -21,6 +19,8 @@
 
 #include <quillon/platform/utf8.h>
 #include <quillon/report/registries.h>
+#include <quillon/stream/packet_reader.h>
+#include <quillon/stream/section_reader.h>
 #include <quillon/xml/document.h>
 
 namespace quillon::app {
@@ -50,6 +50,11 @@ std::filesystem::path path_of(const std::string& argument) {
 
 std::string text_of(const std::string& what, int code) {
   return what.empty() ? "failure " + std::to_string(code) : what;
+}
+
+// People count packets, and the sections of a chain, from 1.
+uint64_t number_of(const StreamSection& section) {
+  return section.packet + 1;
 }
 
 // Rate and time to go on standard error, for long inputs and people alone.
@@ -93,10 +98,14 @@ class Progress {
 // Runs an input through: finds its PIDs, then hands each section to be shown to `show`, parsed.
 class Run {
  public:
-  using Show = std::function<void(const Section&, const AnyTable&)>;
+  using Show = std::function<void(const StreamSection&, const AnyTable&)>;
 
   Run(const Options& options, Show show) : options_(options), show_(std::move(show)) {
-    map_.pids.insert(options.pids.begin(), options.pids.end());
+    how_.pids = options.pids;
+    // A table that is asked for by its id alone is sought on every PID.
+    how_.every_pid = options.pids.empty() && !options.tables.empty();
+    how_.repeats = options.all;
+    how_.standard = options.standard;
   }
 
   void run() {
@@ -131,9 +140,10 @@ class Run {
     if (!is_section_chain(bytes)) return false;
     rewind(in);
     bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    SectionReader learner(map_, [](const Section&) {});
+    SectionReader learner([](const StreamSection&) {}, how_);
     walk_section_chain(bytes, [&](const uint8_t* s, size_t n) { learner.push_section(s, n); });
-    SectionReader reader(map_, [this](const Section& section) { take(section); });
+    how_.standard = learner.standard();
+    SectionReader reader([this](const StreamSection& section) { take(section, *how_.standard); }, how_);
     const size_t left =
         walk_section_chain(bytes, [&](const uint8_t* s, size_t n) { reader.push_section(s, n); });
     if (left > 0) message("the last " + std::to_string(left) + " bytes are no whole section");
@@ -142,36 +152,37 @@ class Run {
 
   // Sections may come before the tables that name their PID: these are found first, so that none is missed.
   void look_ahead(std::istream& in) {
-    PacketSource source(in);
-    SectionReader reader(map_, [](const Section&) {});
-    while (uint8_t* const packet = source.next()) {
+    PacketReader packets;
+    SectionReader reader([](const StreamSection&) {}, how_);
+    for_each_packet(in, packets, [&](const TsPacket& packet) {
       reader.push(packet);
-      if (map_.complete() || source.position() > kLookahead) break;
-    }
+      return packet.position < kLookahead;
+    });
+    for (int pid = 0; pid < TsPacket::pids; ++pid)
+      if (reader.reads_pid(pid)) how_.pids.push_back(pid);
+    how_.standard = reader.standard();
   }
 
   void run_packets(std::istream& in, uint64_t size) {
-    PacketSource source(in);
-    // A table that is asked for by its id alone is sought on every PID.
-    const bool every_pid = options_.pids.empty() && !options_.tables.empty();
-    SectionReader reader(
-        map_, [this](const Section& section) { take(section); }, every_pid);
+    PacketReader packets;
+    const SectionReader* sections = nullptr;
+    SectionReader reader([&](const StreamSection& section) { take(section, sections->standard()); }, how_);
+    sections = &reader;
     Progress progress(size);
-    while (uint8_t* const packet = source.next()) {
+    for_each_packet(in, packets, [&](const TsPacket& packet) {
       reader.push(packet);
-      progress.at(source.position());
-    }
-    if (source.packets() == 0) throw Failure(name_of(options_.input) + ": holds no transport packets");
-    if (source.skipped() > 0)
-      message("skipped " + std::to_string(source.skipped()) + " bytes that are no packets of " +
-              std::to_string(source.stride()) + " bytes");
+      progress.at(packet.position);
+    });
+    if (packets.packets() == 0) throw Failure(name_of(options_.input) + ": holds no transport packets");
+    if (packets.skipped() > 0)
+      message("skipped " + std::to_string(packets.skipped()) + " bytes that are no packets of " +
+              std::to_string(packets.stride()) + " bytes");
   }
 
-  void take(const Section& section) {
+  void take(const StreamSection& section, Standard standard) {
     if (!wanted(options_.pids, section.pid) || !wanted(options_.tables, section.table_id())) return;
-    const Standard standard = options_.standard.value_or(map_.standard);
     const std::unique_ptr<AnyTable> table = AnyTable::for_table_id(section.table_id(), standard);
-    if (!table || !(options_.all || seen_.add(section))) return;
+    if (!table) return;
     table->set_tolerant(true);
     table->set_reading(options_.reading);
     try {
@@ -191,11 +202,11 @@ class Run {
     return choice.empty() || value < 0 || std::find(choice.begin(), choice.end(), value) != choice.end();
   }
 
-  static std::string place(const Section& section) {
+  static std::string place(const StreamSection& section) {
+    const std::string number = std::to_string(number_of(section));
     const std::string table = "table " + hex(static_cast<unsigned>(section.table_id()), 2) + ": ";
-    if (section.pid < 0) return "section " + std::to_string(section.packet) + ": " + table;
-    return "packet " + std::to_string(section.packet) + ": PID " +
-           hex(static_cast<unsigned>(section.pid), 4) + ", " + table;
+    if (section.pid < 0) return "section " + number + ": " + table;
+    return "packet " + number + ": PID " + hex(static_cast<unsigned>(section.pid), 4) + ", " + table;
   }
 
   void message(const std::string& text) const {
@@ -204,8 +215,7 @@ class Run {
 
   const Options& options_;
   Show show_;
-  StreamMap map_;
-  SeenSections seen_;
+  SectionReaderOptions how_;
 };
 
 // A table's report on a stream of its own, so that it does not depend on what was shown before.
@@ -253,7 +263,7 @@ xml::Document read_document(const std::string& input) {
 int report(const Options& options) {
   return guarded([&] {
     if (options.full) init();
-    Run(options, [&](const Section&, const AnyTable& table) {
+    Run(options, [&](const StreamSection&, const AnyTable& table) {
       print(table, options.full, options.reading);
     }).run();
   });
@@ -263,9 +273,9 @@ int json(const Options& options) {
   return guarded([&] {
     init();
     JsonFields fields;
-    Run(options, [&](const Section& section, const AnyTable& table) {
+    Run(options, [&](const StreamSection& section, const AnyTable& table) {
       if (section.pid >= 0) fields.number("pid", section.pid, nullptr);
-      fields.number("packet", static_cast<int64_t>(section.packet), nullptr);
+      fields.number("packet", static_cast<int64_t>(number_of(section)), nullptr);
       fields.text("table", table.element());
       table.walk(fields);
       std::cout << fields.take() << '\n';
@@ -277,7 +287,7 @@ int save_xml(const Options& options, const std::string& output) {
   return guarded([&] {
     xml::Document document;
     void* const root = document.create_root("transport_stream");
-    Run(options, [&](const Section&, const AnyTable& table) {
+    Run(options, [&](const StreamSection&, const AnyTable& table) {
       table.SaveSection(document.dom(), document.append_element(root, table.element()));
     }).run();
     if (output.empty())

@@ -54,6 +54,7 @@ void add_input_options(CLI::App& command, Options& options, std::string& standar
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);  // nothing else writes to them
   CLI::App app("quillon: the tables of an MPEG-2 transport stream", "quillon");
   app.set_version_flag("--version", std::string("quillon ") + quillon::version());
   app.require_subcommand(1);

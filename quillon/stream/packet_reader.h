@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <istream>
+#include <type_traits>
 #include <vector>
 
 #include <quillon/platform/api.h>
@@ -165,5 +167,27 @@ class QUILLON_API PacketReader {
   // The last byte of each PID's last header; 0 before the first.
   std::array<uint8_t, TsPacket::pids> headers_ = {};
 };
+
+// Reads an input to its end and calls `each` with its packets; if that gives bools, until one is false.
+template <class Each>
+void for_each_packet(std::istream& in, PacketReader& packets, Each each) {
+  std::vector<char> piece(size_t{1} << 18);
+  TsPacket packet;
+  for (bool ended = false; !ended;) {
+    in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    ended = in.gcount() == 0;
+    if (ended)
+      packets.finish();
+    else
+      packets.feed(reinterpret_cast<const uint8_t*>(piece.data()), static_cast<size_t>(in.gcount()));
+    while (packets.next(packet)) {
+      if constexpr (std::is_same_v<decltype(each(packet)), bool>) {
+        if (!each(packet)) return;
+      } else {
+        each(packet);
+      }
+    }
+  }
+}
 
 }  // namespace quillon

@@ -8,6 +8,5 @@
 #endif
 // clang-format off
 #include <windows.h>
-#include <bcrypt.h>
 #include <shellapi.h>
 // clang-format on
