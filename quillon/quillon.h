@@ -35,6 +35,7 @@
 #include <quillon/stream/packet_reader.h>
 #include <quillon/stream/section_reader.h>
 #include <quillon/stream/stream_statistics.h>
+#include <quillon/stream/table_collector.h>
 #include <quillon/tables/bat.h>
 #include <quillon/tables/cat.h>
 #include <quillon/tables/eit.h>
