@@ -34,6 +34,7 @@
 #include <quillon/stream/any_table.h>
 #include <quillon/stream/packet_reader.h>
 #include <quillon/stream/section_reader.h>
+#include <quillon/stream/service_directory.h>
 #include <quillon/stream/stream_statistics.h>
 #include <quillon/stream/table_collector.h>
 #include <quillon/tables/bat.h>
