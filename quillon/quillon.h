@@ -33,8 +33,10 @@
 #include <quillon/sections/pat.h>
 #include <quillon/stream/any_table.h>
 #include <quillon/stream/packet_reader.h>
+#include <quillon/stream/schedule_collector.h>
 #include <quillon/stream/section_reader.h>
 #include <quillon/stream/service_directory.h>
+#include <quillon/stream/service_id.h>
 #include <quillon/stream/stream_statistics.h>
 #include <quillon/stream/table_collector.h>
 #include <quillon/tables/bat.h>

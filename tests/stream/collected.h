@@ -9,6 +9,8 @@
 
 namespace quillon::test {
 
+constexpr int kPsipPid = 0x1FFB;  // that of ATSC's base tables
+
 inline StreamSection stream_section(const Bytes& bytes, int pid) {
   StreamSection out{pid, 0, bytes.data(), bytes.size(), false, false, false};
   out.has_crc = out.is_long() || out.table_id() == 0x73;

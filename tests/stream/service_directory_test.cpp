@@ -18,7 +18,6 @@ using Lines = std::vector<std::string>;
 
 constexpr int kAssociationPid = 0x00;
 constexpr int kDescriptionPid = 0x11;
-constexpr int kBasePid = 0x1FFB;
 
 // A directory on top of a collector; writes down the changes of services.
 class Watched {
@@ -111,7 +110,7 @@ Bytes tvct_of(const std::vector<Channel>& channels, int version = 0) {
   return long_section(0xC8, body, {.extension = 0x7DB, .version = version, .private_bit = 1});
 }
 
-Bytes ca(int system, int pid) {
+Bytes ca_descriptor(int system, int pid) {
   return descriptor(0x09, bits({{16, static_cast<uint64_t>(system), "CA_system_ID"},
                                 {3, 7, "reserved"},
                                 {13, static_cast<uint64_t>(pid), "CA_PID"}}));
@@ -247,16 +246,16 @@ TEST(ServiceDirectory, PassesOverWhatIsNotThereOrElsewhere) {
   watched.push(next, kDescriptionPid).push(sdt_of({{1, "Elsewhere"}}), 0x12);
   watched.push(pat_of({{1, 0x100}}), 0x01).push(tvct_of({{"Private", 1, 1, 1}}), 0x500);
   watched.push(long_section(0x4A, {0xF0, 0x00, 0xF0, 0x00}), kDescriptionPid);
-  watched.push(long_section(0x01, ca(0x0B00, 0x500)), 0x11);
+  watched.push(long_section(0x01, ca_descriptor(0x0B00, 0x500)), 0x11);
   EXPECT_TRUE(watched.directory.services().empty());
   EXPECT_TRUE(watched.directory.emms().empty());
 }
 
 TEST(ServiceDirectory, HasTheEmmsOfTheTableThatIsThere) {
   Watched watched;
-  watched.push(long_section(0x01, joined({ca(0x0B00, 0x500), descriptor(0x90, {1})})), 0x01);
+  watched.push(long_section(0x01, joined({ca_descriptor(0x0B00, 0x500), descriptor(0x90, {1})})), 0x01);
   EXPECT_EQ(watched.directory.emms(), (std::vector<CaStream>{{0x0B00, 0x500}}));
-  watched.push(long_section(0x01, ca(0x0500, 0x501), {.version = 4}), 0x01);
+  watched.push(long_section(0x01, ca_descriptor(0x0500, 0x501), {.version = 4}), 0x01);
   EXPECT_EQ(watched.directory.emms(), (std::vector<CaStream>{{0x0500, 0x501}}));
   const TableId other{.pid = 0x01, .table_id = 0x01, .extension = 7};
   watched.directory.push({TableEvent::Kind::gone, other, 0, 0, {}});
@@ -277,7 +276,7 @@ TEST(ServiceDirectory, ListsVirtualChannels) {
   Watched watched;
   watched.push(pat_of({{3, 0x30}}), kAssociationPid).changes();
   watched.push(tvct_of({{"NEWS", 1, 3, 11, 0x7DB, location}, {"NEWS2", 2, 3, 12}, {"AWAY", 3, 1, 13, 0x7DC}}),
-               kBasePid);
+               kPsipPid);
   EXPECT_EQ(watched.changes(), (Lines{"changed 3 NEWS", "appeared 3 NEWS2", "appeared 1 AWAY"}));
   const Service& news = *watched.directory.services()[0];
   EXPECT_EQ(news.major_channel_number, 13);
@@ -294,7 +293,7 @@ TEST(ServiceDirectory, ListsVirtualChannels) {
   EXPECT_EQ(listed(watched.directory), (Lines{"3 NEWS 52 49", "3 NEWS2 52 49", "1 AWAY"}));
   EXPECT_STREQ(watched.directory.services()[1]->streams[0].stream_type_text, "AC-3 audio");
   EXPECT_EQ(watched.changes(), (Lines{"changed 3 NEWS", "changed 3 NEWS2"}));
-  watched.push(tvct_of({{"NEWS", 1, 3, 11}}, 1), kBasePid);
+  watched.push(tvct_of({{"NEWS", 1, 3, 11}}, 1), kPsipPid);
   EXPECT_EQ(listed(watched.directory), Lines{"3 NEWS 52 49"});
 }
 
@@ -334,10 +333,10 @@ TEST(ServiceDirectory, TakesInSoManyTablesAndChannels) {
   EXPECT_EQ(listed(watched.directory), Lines{"1  271"});  // 0x10F, the sixteenth
   std::vector<Channel> channels;
   for (int i = 0; i < 30; ++i) channels.push_back({"C", i, 1, i});
-  watched.push(tvct_of(channels), kBasePid);
+  watched.push(tvct_of(channels), kPsipPid);
   EXPECT_EQ(watched.directory.services().front()->name, "");
   Watched others;
-  others.push(tvct_of(channels), kBasePid);
+  others.push(tvct_of(channels), kPsipPid);
   EXPECT_EQ(others.directory.services().size(), 16u);
 }
 

@@ -60,9 +60,9 @@ class Announcements {
   TableCollector collector;
 };
 
-using Texts = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
-Bytes numbered(int number, int last, int version = 3, uint8_t body = 0, int extension = 1) {
+Bytes numbered_part(int number, int last, int version = 3, uint8_t body = 0, int extension = 1) {
   return long_section(
       0x80, {body},
       {.extension = extension, .version = version, .section_number = number, .last_section_number = last});
@@ -108,71 +108,72 @@ TEST(TableCollector, IsUsedLikeThis) {
 
 TEST(TableCollector, AnnouncesATableOnceAllItsSectionsCame) {
   Announcements tables;
-  tables.push(numbered(2, 2)).push(numbered(0, 2)).push(numbered(2, 2));
-  EXPECT_EQ(tables.take(), Texts{});
-  tables.push(numbered(1, 2));
+  tables.push(numbered_part(2, 2)).push(numbered_part(0, 2)).push(numbered_part(2, 2));
+  EXPECT_EQ(tables.take(), Lines{});
+  tables.push(numbered_part(1, 2));
   ASSERT_EQ(tables.said.size(), 1u);
   EXPECT_EQ(tables.said[0].what, "complete 80/1 v3");
-  EXPECT_EQ(tables.said[0].sections, (std::vector<Bytes>{numbered(0, 2), numbered(1, 2), numbered(2, 2)}));
+  EXPECT_EQ(tables.said[0].sections,
+            (std::vector<Bytes>{numbered_part(0, 2), numbered_part(1, 2), numbered_part(2, 2)}));
   EXPECT_EQ(tables.said[0].table.pid, kSomePid);
   tables.said.clear();
   // Repetitions say nothing.
-  tables.push(numbered(0, 2)).push(numbered(1, 2)).push(numbered(2, 2));
-  EXPECT_EQ(tables.take(), Texts{});
+  tables.push(numbered_part(0, 2)).push(numbered_part(1, 2)).push(numbered_part(2, 2));
+  EXPECT_EQ(tables.take(), Lines{});
 }
 
 TEST(TableCollector, AnnouncesAnotherVersionWithTheOneBefore) {
   Announcements tables;
-  tables.push(numbered(0, 1, 31)).push(numbered(1, 1, 31)).take();
-  tables.push(numbered(1, 1, 0));
-  EXPECT_EQ(tables.take(), Texts{});
-  tables.push(numbered(0, 1, 0));
-  EXPECT_EQ(tables.take(), Texts{"changed 80/1 v0 of v31"});
+  tables.push(numbered_part(0, 1, 31)).push(numbered_part(1, 1, 31)).take();
+  tables.push(numbered_part(1, 1, 0));
+  EXPECT_EQ(tables.take(), Lines{});
+  tables.push(numbered_part(0, 1, 0));
+  EXPECT_EQ(tables.take(), Lines{"changed 80/1 v0 of v31"});
   // The last number is another, and the version not: the sections so far are not of that table.
-  tables.push(numbered(0, 2, 1)).push(numbered(1, 2, 1)).push(numbered(0, 1, 1));
-  EXPECT_EQ(tables.take(), Texts{});
-  tables.push(numbered(1, 1, 1));
-  EXPECT_EQ(tables.take(), Texts{"changed 80/1 v1 of v0"});
+  tables.push(numbered_part(0, 2, 1)).push(numbered_part(1, 2, 1)).push(numbered_part(0, 1, 1));
+  EXPECT_EQ(tables.take(), Lines{});
+  tables.push(numbered_part(1, 1, 1));
+  EXPECT_EQ(tables.take(), Lines{"changed 80/1 v1 of v0"});
 }
 
 TEST(TableCollector, TakesOtherBytesOfAVersionForAnotherTable) {
   Announcements tables;
-  tables.push(numbered(0, 1)).push(numbered(1, 1)).take();
-  tables.push(numbered(1, 1, 3, 0xAA));
-  EXPECT_EQ(tables.take(), Texts{});
-  tables.push(numbered(0, 1));
+  tables.push(numbered_part(0, 1)).push(numbered_part(1, 1)).take();
+  tables.push(numbered_part(1, 1, 3, 0xAA));
+  EXPECT_EQ(tables.take(), Lines{});
+  tables.push(numbered_part(0, 1));
   ASSERT_EQ(tables.said.size(), 1u);
   EXPECT_EQ(tables.said[0].what, "changed 80/1 v3 of v3");
-  EXPECT_EQ(tables.said[0].sections, (std::vector<Bytes>{numbered(0, 1), numbered(1, 1, 3, 0xAA)}));
+  EXPECT_EQ(tables.said[0].sections, (std::vector<Bytes>{numbered_part(0, 1), numbered_part(1, 1, 3, 0xAA)}));
   tables.said.clear();
   // Back at what it was before all its sections came again, it did not change.
-  tables.push(numbered(1, 1, 3, 0xBB)).push(numbered(1, 1, 3, 0xAA)).push(numbered(0, 1));
-  EXPECT_EQ(tables.take(), Texts{});
-  tables.push(numbered(0, 1, 4)).push(numbered(0, 1)).push(numbered(1, 1, 4));
-  EXPECT_EQ(tables.take(), Texts{});
+  tables.push(numbered_part(1, 1, 3, 0xBB)).push(numbered_part(1, 1, 3, 0xAA)).push(numbered_part(0, 1));
+  EXPECT_EQ(tables.take(), Lines{});
+  tables.push(numbered_part(0, 1, 4)).push(numbered_part(0, 1)).push(numbered_part(1, 1, 4));
+  EXPECT_EQ(tables.take(), Lines{});
 }
 
 TEST(TableCollector, TakesNoSectionsWithAWrongCrcOrNumber) {
   Announcements tables;
-  Bytes broken = numbered(0, 0);
+  Bytes broken = numbered_part(0, 0);
   broken.back() ^= 1;
   const Bytes no_header = [] {
     Bytes out = {0x80, 0xB0, 0x04, 0, 0, 0, 0};
     repair_crc(out);
     return out;
   }();
-  tables.push(broken).push(numbered(1, 0)).push(no_header);
-  EXPECT_EQ(tables.take(), Texts{});
+  tables.push(broken).push(numbered_part(1, 0)).push(no_header);
+  EXPECT_EQ(tables.take(), Lines{});
 }
 
 TEST(TableCollector, KeepsNextTablesApart) {
   Announcements tables;
   Header next{.extension = 1, .version = 4, .current_next = 0};
-  tables.push(numbered(0, 0)).push(long_section(0x80, {1}, next));
-  EXPECT_EQ(tables.take(), (Texts{"complete 80/1 v3", "complete 80/1 v4 next"}));
+  tables.push(numbered_part(0, 0)).push(long_section(0x80, {1}, next));
+  EXPECT_EQ(tables.take(), (Lines{"complete 80/1 v3", "complete 80/1 v4 next"}));
   next.current_next = 1;
   tables.push(long_section(0x80, {1}, next));
-  EXPECT_EQ(tables.take(), Texts{"changed 80/1 v4 of v3"});
+  EXPECT_EQ(tables.take(), Lines{"changed 80/1 v4 of v3"});
 }
 
 TEST(TableCollector, EndsSegmentsOfAScheduleWithTheirLastSection) {
@@ -180,7 +181,7 @@ TEST(TableCollector, EndsSegmentsOfAScheduleWithTheirLastSection) {
   // Segments: 0, 1; 8; 16 to 23.
   for (int number = 23; number >= 16; --number) tables.push(eit_section(0x50, number, 23, 23));
   tables.push(eit_section(0x50, 1, 23, 1)).push(eit_section(0x50, 0, 23, 1));
-  EXPECT_EQ(tables.take(), Texts{});
+  EXPECT_EQ(tables.take(), Lines{});
   tables.push(eit_section(0x50, 8, 23, 8));
   ASSERT_EQ(tables.said.size(), 1u);
   EXPECT_EQ(tables.said[0].what, "complete 50/1 v3");
@@ -189,18 +190,18 @@ TEST(TableCollector, EndsSegmentsOfAScheduleWithTheirLastSection) {
   tables.said.clear();
   // A last number from another segment ends none.
   tables.push(eit_section(0x51, 8, 9, 0)).push(eit_section(0x51, 0, 9, 0));
-  EXPECT_EQ(tables.take(), Texts{});
+  EXPECT_EQ(tables.take(), Lines{});
   tables.push(eit_section(0x51, 9, 9, 0));
-  EXPECT_EQ(tables.take(), Texts{"complete 51/1 v3"});
+  EXPECT_EQ(tables.take(), Lines{"complete 51/1 v3"});
   tables.push(eit_section(0x4E, 1, 1, 1)).push(eit_section(0x4E, 0, 1, 1));
-  EXPECT_EQ(tables.take(), Texts{"complete 4e/1 v3"});
+  EXPECT_EQ(tables.take(), Lines{"complete 4e/1 v3"});
 }
 
 TEST(TableCollector, TellsTablesApartByAllTheirIds) {
   Announcements tables;
   tables.push(eit_section(0x4F, 0, 0, 0)).push(eit_section(0x4F, 0, 0, 0, 1, 0x452));
   tables.push(eit_section(0x4F, 0, 0, 0, 1, 0x451, 0x1)).push(eit_section(0x4F, 0, 0, 0), 0x12);
-  EXPECT_EQ(tables.take(), Texts(4, "complete 4f/1 v3"));
+  EXPECT_EQ(tables.take(), Lines(4, "complete 4f/1 v3"));
   const auto table = [](int table_id, const Bytes& body) { return long_section(table_id, body); };
   for (const auto& [table_id, one, two] :
        std::vector<std::tuple<int, Bytes, Bytes>>{{0x46, {0, 1, 0xFF}, {0, 2, 0xFF}},  // original_network_id
@@ -222,14 +223,14 @@ TEST(TableCollector, TakesAShortSectionForATable) {
   Announcements tables;
   tables.push(short_section(0x70, {1, 2, 3, 4, 5}), 0x14).push(short_section(0x70, {1, 2, 3, 4, 6}), 0x14);
   tables.push(short_section(0x72, {}), 0x14);
-  EXPECT_EQ(tables.take(), (Texts{"complete 70/0 v0", "changed 70/0 v0 of v0", "complete 72/0 v0"}));
+  EXPECT_EQ(tables.take(), (Lines{"complete 70/0 v0", "changed 70/0 v0 of v0", "complete 72/0 v0"}));
   // A time offset table has a CRC.
   Bytes offsets = short_section(0x73, {1, 2, 3, 4, 5, 0xF0, 0x00, 0, 0, 0, 0});
   tables.push(offsets, 0x14);
-  EXPECT_EQ(tables.take(), Texts{});
+  EXPECT_EQ(tables.take(), Lines{});
   repair_crc(offsets);
   tables.push(offsets, 0x14);
-  EXPECT_EQ(tables.take(), Texts{"complete 73/0 v0"});
+  EXPECT_EQ(tables.take(), Lines{"complete 73/0 v0"});
 }
 
 TEST(TableCollector, SaysWhenATableIsGone) {
@@ -238,23 +239,23 @@ TEST(TableCollector, SaysWhenATableIsGone) {
   const Bytes association = pat_of({{1, 0x100}});
   // What came before time was known counts from there.
   tables.push(network).push(association);
-  tables.push(numbered(0, 0)).push(eit_section(0x60, 0, 1, 1)).take();
+  tables.push(numbered_part(0, 0)).push(eit_section(0x60, 0, 1, 1)).take();
   tables.collector.advance(1000);
   tables.collector.advance(1001.5);
-  EXPECT_EQ(tables.take(), Texts{});
+  EXPECT_EQ(tables.take(), Lines{});
   tables.collector.advance(1001.6);
-  EXPECT_EQ(tables.take(), Texts{"gone 0/1234 v3"});
+  EXPECT_EQ(tables.take(), Lines{"gone 0/1234 v3"});
   tables.collector.advance(1020);
   tables.push(network);
   tables.collector.advance(900);  // back in time
   tables.collector.advance(1050);
-  EXPECT_EQ(tables.take(), Texts{});
+  EXPECT_EQ(tables.take(), Lines{});
   tables.collector.advance(1050.1);
-  EXPECT_EQ(tables.take(), Texts{"gone 40/1234 v3"});
+  EXPECT_EQ(tables.take(), Lines{"gone 40/1234 v3"});
   // Half of a table goes without a word, a private one never.
   tables.collector.advance(1e9);
-  tables.push(eit_section(0x60, 1, 1, 1)).push(numbered(0, 0)).push(network);
-  EXPECT_EQ(tables.take(), Texts{"complete 40/1234 v3"});
+  tables.push(eit_section(0x60, 1, 1, 1)).push(numbered_part(0, 0)).push(network);
+  EXPECT_EQ(tables.take(), Lines{"complete 40/1234 v3"});
 }
 
 TEST(TableCollector, IsAsPatientAsItIsAsked) {
@@ -262,9 +263,9 @@ TEST(TableCollector, IsAsPatientAsItIsAsked) {
   tables.collector.advance(0);
   tables.push(pat_of({{1, 0x100}})).take();
   tables.collector.advance(5);
-  EXPECT_EQ(tables.take(), Texts{});
+  EXPECT_EQ(tables.take(), Lines{});
   tables.collector.advance(5.1);
-  EXPECT_EQ(tables.take(), Texts{"gone 0/1234 v3"});
+  EXPECT_EQ(tables.take(), Lines{"gone 0/1234 v3"});
 }
 
 TEST(TableCollector, KnowsTheLongestIntervals) {
@@ -276,33 +277,33 @@ TEST(TableCollector, KnowsTheLongestIntervals) {
 
 TEST(TableCollector, HandsOverWhatIsThere) {
   Announcements tables;
-  tables.push(numbered(0, 0)).push(numbered(0, 1, 3, 0, 2)).push(pat_of({{1, 0x100}}), 0);
-  Texts there;
+  tables.push(numbered_part(0, 0)).push(numbered_part(0, 1, 3, 0, 2)).push(pat_of({{1, 0x100}}), 0);
+  Lines there;
   tables.collector.each([&](const TableEvent& event) {
     EXPECT_TRUE(event.is_there());
     there.push_back(std::to_string(event.table.table_id) + " " + std::to_string(event.sections.size()));
   });
-  EXPECT_EQ(there, (Texts{"0 1", "128 1"}));
+  EXPECT_EQ(there, (Lines{"0 1", "128 1"}));
 }
 
 TEST(TableCollector, GoesOnAfterASinkThatThrows) {
   Announcements tables;
   tables.then = [](const TableEvent&) { throw error("the sink's own"); };
-  EXPECT_THROW(tables.push(numbered(0, 0)), error);
+  EXPECT_THROW(tables.push(numbered_part(0, 0)), error);
   EXPECT_THROW(tables.push(pat_of({{1, 0x100}})), error);
   tables.collector.advance(1);
   EXPECT_THROW(tables.collector.advance(10), error);
   tables.collector.advance(10);
-  EXPECT_NO_THROW(tables.push(numbered(0, 0)));
-  EXPECT_EQ(tables.take(), (Texts{"complete 80/1 v3", "complete 0/1234 v3", "gone 0/1234 v3"}));
+  EXPECT_NO_THROW(tables.push(numbered_part(0, 0)));
+  EXPECT_EQ(tables.take(), (Lines{"complete 80/1 v3", "complete 0/1234 v3", "gone 0/1234 v3"}));
 }
 
 TEST(TableCollector, ForgetsTheTablesThatWereSilentForTheLongestTime) {
   Announcements tables({.memory = 0});  // what it needs in any case
-  const Bytes kept = numbered(0, 0, 3, 0, 0xFFFF);
+  const Bytes kept = numbered_part(0, 0, 3, 0, 0xFFFF);
   tables.push(kept).take();
   for (int number = 0; number < 20000; ++number) {
-    tables.push(numbered(0, 0, 3, 0, number));
+    tables.push(numbered_part(0, 0, 3, 0, number));
     tables.push(kept);
   }
   std::map<std::string, int> kinds;
@@ -319,7 +320,7 @@ TEST(TableCollector, ForgetsTheTablesThatWereSilentForTheLongestTime) {
   EXPECT_TRUE(kept_is_there);
   EXPECT_EQ(there, 20001 - kinds["forgotten"]);
   // A forgotten table is met anew.
-  tables.push(numbered(0, 0, 3, 0, 0));
+  tables.push(numbered_part(0, 0, 3, 0, 0));
   EXPECT_EQ(tables.take().back(), "complete 80/0 v3");
 }
 
