@@ -17,6 +17,8 @@
 #include <string>
 #include <unistd.h>
 
+#include <quillon/sections/crc.h>
+
 using namespace quillon;
 using namespace quillon::bench;
 
@@ -76,17 +78,24 @@ class Viewer : public DemuxPush {
   }
 };
 
-// Sections of the schedule, in packets; each is made anew.
+// The schedule of each service, a table of one section, in packets; each is made anew.
 class Schedule {
  public:
-  // One of each service.
   void append_round(std::vector<uint8_t>& out) {
     ++round_;
     for (int service = 0; service < kServices; ++service)
-      append(eit_section(service, 0x50, 0, static_cast<int>(round_ % 32), round_), out);
+      append(whole(eit_section(service, 0x50, 0, static_cast<int>(round_ % 32), round_)), out);
   }
 
  private:
+  static std::vector<uint8_t> whole(std::vector<uint8_t> section) {
+    section[7] = section[12] = 0;  // last_section_number, segment_last_section_number
+    const size_t size = section.size() - 4;
+    const uint32_t crc = ~section_crc(section.data(), size);
+    for (size_t i = 0; i < 4; ++i) section[size + i] = static_cast<uint8_t>(crc >> (24 - 8 * i));
+    return section;
+  }
+
   void append(const std::vector<uint8_t>& section, std::vector<uint8_t>& out) {
     constexpr size_t kPayload = 184;
     for (size_t at = 0; at < section.size();) {
@@ -115,17 +124,27 @@ class Reader {
     while (packets_.next(packet)) {
       statistics_.push(packet);
       sections_.push(packet);
+      tables_.advance(statistics_.seconds());
     }
   }
 
   uint64_t sections = 0;
+  uint64_t tables = 0;
 
  private:
   PacketReader packets_;
   StreamStatistics statistics_;
+  ServiceDirectory directory_;
+  ScheduleCollector schedule_;
+  TableCollector tables_{[this](const TableEvent& event) {
+    ++tables;
+    directory_.push(event);
+  }};
   SectionReader sections_{[this](const StreamSection& section) {
                             ++sections;
                             statistics_.on_section(section);
+                            tables_.push(section);
+                            schedule_.push(section);
                           },
                           {.every_pid = true, .repeats = true}};
 };
@@ -184,7 +203,9 @@ int main(int argc, char** argv) {
               static_cast<unsigned long long>(viewer.parsed), static_cast<unsigned long long>(viewer.refused),
               static_cast<unsigned long long>(viewer.reports),
               static_cast<unsigned long long>(viewer.documents));
-  std::printf("%llu sections met by the readers\n", static_cast<unsigned long long>(reader.sections));
+  std::printf("%llu sections and %llu tables met by the readers\n",
+              static_cast<unsigned long long>(reader.sections),
+              static_cast<unsigned long long>(reader.tables));
   std::printf("resident set: %ld KiB at the start, %ld after the first GiB, %ld at the end\n", at_start,
               after_first, at_end);
   return at_end - after_first > kMostGrowth ? 1 : 0;
