@@ -14,6 +14,7 @@
 #include <quillon/descriptors/event/short_event.h>
 #include <quillon/sections/byte_view.h>
 #include <quillon/sections/error.h>
+#include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/schedule_collector.h>
 #include <quillon/tables/eit.h>
 
@@ -36,10 +37,6 @@ constexpr int kAtscEtt = 0xCC;
 
 // Since 2017.
 constexpr int kUsualLeapSeconds = 18;
-
-bool is_dvb_eit(int table_id) {
-  return table_id >= 0x4E && table_id <= 0x6F;
-}
 
 std::chrono::sys_seconds utc_of(uint32_t gps_seconds, int leap_seconds) {
   using namespace std::chrono;
@@ -173,7 +170,7 @@ class ScheduleCollector::State {
 
 bool ScheduleCollector::State::push(const StreamSection& section) {
   if (!section.crc_ok || !section.is_long() || !section.is_current() || section.size < 12) return false;
-  const bool is_base = section.pid < 0 || section.pid == 0x1FFB;
+  const bool is_base = section.pid < 0 || section.pid == detail::psip_base_pid;
   switch (section.table_id()) {
     case 0xC7:
       return is_base && read_guide(section);
@@ -184,7 +181,7 @@ bool ScheduleCollector::State::push(const StreamSection& section) {
     case kAtscEtt:
       return push_atsc_text(section);
     default:
-      return is_dvb_eit(section.table_id()) && push_event_information(section);
+      return detail::is_event_information(section.table_id()) && push_event_information(section);
   }
 }
 

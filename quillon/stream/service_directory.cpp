@@ -18,6 +18,7 @@
 #include <quillon/platform/utf8.h>
 #include <quillon/sections/error.h>
 #include <quillon/sections/pat.h>
+#include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/service_directory.h>
 #include <quillon/tables/cat.h>
 #include <quillon/tables/internal/stream_type.h>
@@ -239,7 +240,7 @@ bool ServiceDirectory::State::says_something(const TableId& table) {
       return is_on(table, 0x0011);
     case 0xC8:
     case 0xC9:
-      return is_on(table, 0x1FFB);
+      return is_on(table, detail::psip_base_pid);
     default:
       return false;
   }

@@ -88,17 +88,17 @@ struct ServiceEvent {
 //   for (const Service* service : directory.services())
 //     std::cout << service->service_id << " " << service->name << "\n";
 //
-// Of several tables that describe one service, the one that was complete last counts. A service goes when no
+// Of several tables that describe one service, the one that came last counts. A service goes when no
 // table has it any more: tables that are gone or forgotten say nothing. A map counts if a program association
 // names it, or until there is one. A section that cannot be parsed says nothing, and the rest of its table
 // does.
 //
-// Memory: 24 MiB at most, while a table is read. What of a table would need more is left
-// out, and so is what the seventeenth table and those after it say of one service, and the virtual channels
-// of a program beyond sixteen.
+// Memory: 24 MiB at most, while a table is read. What of a table would need more is left out, and so is what
+// the seventeenth table and those after it say of one service, and the virtual channels of a program beyond
+// sixteen.
 //
-// The sink may not push. One that throws leaves the directory as it is to be, and is not told the other
-// changes by the same table. For threads the rule of the tables holds (PsiBase1).
+// The sink may not push. One that throws leaves the directory as it is to be, and does not get the other
+// events of the same table. For threads the rule of the tables holds (PsiBase1).
 class QUILLON_API ServiceDirectory {
  public:
   using Sink = std::function<void(const ServiceEvent&)>;

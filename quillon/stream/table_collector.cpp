@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <quillon/sections/byte_view.h>
+#include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/table_collector.h>
 
 namespace quillon {
@@ -20,35 +21,33 @@ struct LongestInterval {
   int first;
   int last;
   double seconds;
+  int pid = 0;  // on which alone it counts; 0 for any
 };
 
 // Where media differ, that of the slower one: event information of other streams is the terrestrial one's.
+// Ids of ATSC's base tables are private elsewhere.
 constexpr LongestInterval kLongestIntervals[] = {
-    {0x00, 0x00, 0.5},   // PAT
-    {0x02, 0x02, 0.5},   // PMT
-    {0x40, 0x41, 10},    // NIT
-    {0x42, 0x42, 2},     // SDT of the actual stream
-    {0x46, 0x46, 10},    // of others
-    {0x4A, 0x4A, 10},    // BAT
-    {0x4C, 0x4C, 30},    // INT
-    {0x4E, 0x4E, 2},     // EIT present/following of the actual stream
-    {0x4F, 0x4F, 20},    // of others
-    {0x50, 0x5F, 30},    // EIT schedule of the actual stream
-    {0x60, 0x6F, 300},   // of others
-    {0x70, 0x70, 30},    // TDT
-    {0x73, 0x73, 30},    // TOT
-    {0x74, 0x74, 10},    // AIT
-    {0xC7, 0xC7, 0.15},  // MGT
-    {0xC8, 0xC9, 0.4},   // TVCT, CVCT
-    {0xCA, 0xCA, 60},    // RRT
-    {0xCB, 0xCC, 60},    // EIT and ETT of ATSC
-    {0xCD, 0xCD, 10},    // STT
-    {0xD4, 0xD4, 3600},  // DCCSCT
+    {0x00, 0x00, 0.5},                          // PAT
+    {0x02, 0x02, 0.5},                          // PMT
+    {0x40, 0x41, 10},                           // NIT
+    {0x42, 0x42, 2},                            // SDT of the actual stream
+    {0x46, 0x46, 10},                           // of others
+    {0x4A, 0x4A, 10},                           // BAT
+    {0x4C, 0x4C, 30},                           // INT
+    {0x4E, 0x4E, 2},                            // EIT present/following of the actual stream
+    {0x4F, 0x4F, 20},                           // of others
+    {0x50, 0x5F, 30},                           // EIT schedule of the actual stream
+    {0x60, 0x6F, 300},                          // of others
+    {0x70, 0x70, 30},                           // TDT
+    {0x73, 0x73, 30},                           // TOT
+    {0x74, 0x74, 10},                           // AIT
+    {0xC7, 0xC7, 0.15, detail::psip_base_pid},  // MGT
+    {0xC8, 0xC9, 0.4, detail::psip_base_pid},   // TVCT, CVCT
+    {0xCA, 0xCA, 60, detail::psip_base_pid},    // RRT
+    {0xCB, 0xCC, 60},                           // EIT and ETT of ATSC
+    {0xCD, 0xCD, 10, detail::psip_base_pid},    // STT
+    {0xD4, 0xD4, 3600, detail::psip_base_pid},  // DCCSCT
 };
-
-bool is_event_information(int table_id) {
-  return table_id >= 0x4E && table_id <= 0x6F;
-}
 
 bool is_long(const std::vector<uint8_t>& section) {
   return section[1] & 0x80;
@@ -68,7 +67,7 @@ int version_of(const std::vector<uint8_t>& section) {
 int next_number(const std::vector<uint8_t>& section) {
   const int number = number_of(section);
   const bool ends_segment =
-      is_event_information(section[0]) && ByteView(section.data(), section.size())[12] == number;
+      detail::is_event_information(section[0]) && ByteView(section.data(), section.size())[12] == number;
   return ends_segment ? (number / 8 + 1) * 8 : number + 1;
 }
 
@@ -117,7 +116,7 @@ TableId TableId::of(const StreamSection& section) {
   out.is_current = section.is_current();
   if (!section.is_long() || section.size < kSmallestLong) return out;
   const ByteView body = ByteView(section.bytes, section.size - 4).from(8);
-  if (is_event_information(out.table_id)) {
+  if (detail::is_event_information(out.table_id)) {
     out.transport_stream_id = body.u16(0);
     out.original_network_id = body.u16(2);
   } else if (out.table_id == 0x42 || out.table_id == 0x46) {
@@ -137,11 +136,12 @@ void TableCollector::push(const StreamSection& section) {
   if (section.has_crc && !section.crc_ok) return;
   if (section.is_long() && section.size < kSmallestLong) return;
   if (section.section_number() > section.last_section_number()) return;
+  if (section.table_id() >= 0x3A && section.table_id() <= 0x3F) return;
   collect(find_or_make(TableId::of(section)), section);
 }
 
 TableCollector::Table& TableCollector::find_or_make(const TableId& id) {
-  Tables& tables = tables_[interval_of(id.table_id)];
+  Tables& tables = tables_[interval_of(id)];
   auto place = places_.find(id);
   if (place == places_.end()) {
     Tables made;
@@ -197,7 +197,7 @@ void TableCollector::clear(Sections& sections) {
 
 void TableCollector::drop(Tables::iterator table, TableEvent::Kind kind) {
   Tables dropped;
-  dropped.splice(dropped.end(), tables_[interval_of(table->id.table_id)], table);
+  dropped.splice(dropped.end(), tables_[interval_of(table->id)], table);
   places_.erase(table->id);
   held_ -= kTableCost + cost_of(table->complete) + cost_of(table->coming);
   if (table->complete.empty()) return;
@@ -227,7 +227,7 @@ void TableCollector::make_room() {
 }
 
 double TableCollector::deadline(const Table& table) const {
-  return table.heard + patience_ * longest_interval(table.id.table_id);
+  return table.heard + patience_ * longest_interval(table.id);
 }
 
 void TableCollector::each(const Sink& sink) const {
@@ -239,15 +239,18 @@ void TableCollector::each(const Sink& sink) const {
 }
 
 // The place of its row, or the one after all.
-size_t TableCollector::interval_of(int table_id) {
+size_t TableCollector::interval_of(const TableId& table) {
   static_assert(std::size(kLongestIntervals) < kIntervals);
-  const auto row = std::find_if(std::begin(kLongestIntervals), std::end(kLongestIntervals),
-                                [&](const auto& r) { return table_id >= r.first && table_id <= r.last; });
+  const auto has_row = [&](const LongestInterval& row) {
+    return table.table_id >= row.first && table.table_id <= row.last &&
+           (!row.pid || table.pid < 0 || table.pid == row.pid);
+  };
+  const auto row = std::find_if(std::begin(kLongestIntervals), std::end(kLongestIntervals), has_row);
   return static_cast<size_t>(row - std::begin(kLongestIntervals));
 }
 
-double TableCollector::longest_interval(int table_id) {
-  const size_t row = interval_of(table_id);
+double TableCollector::longest_interval(const TableId& table) {
+  const size_t row = interval_of(table);
   return row < std::size(kLongestIntervals) ? kLongestIntervals[row].seconds
                                             : std::numeric_limits<double>::infinity();
 }

@@ -73,7 +73,8 @@ struct TableCollectorOptions {
 // last_section_number, where those of an event information table end with each segment's last one. A section
 // of another version begins it anew, and so does one of the same version with other bytes than the one of its
 // number, as tables come from multiplexers that do not count; what was complete stays so until the new one
-// is. A short section is a table by itself.
+// is. A short section is a table by itself. DSM-CC sections (table ids 0x3A to 0x3F) carry data, and are
+// passed over.
 //
 // A table whose longest interval is stated (TS 101 211, 4.4; A/65, 7; for maps and associations TR 101 290,
 // for application information TS 102 809, for IP/MAC notification EN 301 192) is gone when none of its
@@ -82,8 +83,8 @@ struct TableCollectorOptions {
 // Memory: what the options say, 32 MiB by default, the memory of the heap's blocks counted in. Where tables
 // need more, those are forgotten first of which nothing came for the longest time.
 //
-// The sink may not use the collector. One that throws leaves it usable, and was told then. For threads the
-// rule of the tables holds (PsiBase1).
+// The sink may not use the collector. One that throws leaves it usable, and does not get the event again. For
+// threads the rule of the tables holds (PsiBase1).
 class QUILLON_API TableCollector {
  public:
   // What an event refers to is good during the call.
@@ -106,7 +107,7 @@ class QUILLON_API TableCollector {
   void each(const Sink& sink) const;
 
   // Seconds within which every section of a table is to come again; infinite where no standard says it.
-  static double longest_interval(int table_id);
+  static double longest_interval(const TableId& table);
 
  private:
   using Sections = std::vector<std::vector<uint8_t>>;
@@ -122,7 +123,7 @@ class QUILLON_API TableCollector {
   static constexpr size_t kIntervals = 32;
   static constexpr double kNever = -std::numeric_limits<double>::infinity();
 
-  static size_t interval_of(int table_id);
+  static size_t interval_of(const TableId& table);
   Table& find_or_make(const TableId& id);
   void collect(Table& table, const StreamSection& section);
   void add(Sections& sections, const StreamSection& section);

@@ -269,10 +269,22 @@ TEST(TableCollector, IsAsPatientAsItIsAsked) {
 }
 
 TEST(TableCollector, KnowsTheLongestIntervals) {
-  EXPECT_EQ(TableCollector::longest_interval(0x42), 2);
-  EXPECT_EQ(TableCollector::longest_interval(0x50), 30);
-  EXPECT_EQ(TableCollector::longest_interval(0xC8), 0.4);
-  EXPECT_GT(TableCollector::longest_interval(0x71), 1e300);
+  const auto interval = [](int table_id, int pid) {
+    return TableCollector::longest_interval({.pid = pid, .table_id = table_id});
+  };
+  EXPECT_EQ(interval(0x42, 0x11), 2);
+  EXPECT_EQ(interval(0x50, 0x12), 30);
+  EXPECT_EQ(interval(0xC8, kPsipPid), 0.4);
+  EXPECT_EQ(interval(0xC8, -1), 0.4);
+  EXPECT_EQ(interval(0xCB, 0x1D00), 60);
+  EXPECT_GT(interval(0xC8, 0x123), 1e300);  // a private table
+  EXPECT_GT(interval(0x71, 0x13), 1e300);
+}
+
+TEST(TableCollector, PassesOverCarousels) {
+  Announcements tables;
+  tables.push(long_section(0x3B, {1})).push(long_section(0x3C, {1})).push(long_section(0x3E, {1}));
+  EXPECT_EQ(tables.take(), Lines{});
 }
 
 TEST(TableCollector, HandsOverWhatIsThere) {
