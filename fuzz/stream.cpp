@@ -5,7 +5,10 @@
 #include <algorithm>
 
 #include <quillon/sections/crc.h>
+#include <quillon/stream/schedule_collector.h>
+#include <quillon/stream/service_directory.h>
 #include <quillon/stream/stream_statistics.h>
+#include <quillon/stream/table_collector.h>
 
 namespace quillon::fuzz {
 
@@ -28,6 +31,13 @@ template <class NextSize>
 Outcome read(const Bytes& stream, uint8_t choice, NextSize next_size) {
   Outcome out;
   StreamStatistics statistics;
+  ServiceDirectory directory;
+  ScheduleCollector schedule;
+  TableCollector tables([&](const TableEvent& event) {
+    require(!event.sections.empty());
+    out.numbers.push_back(static_cast<uint64_t>(event.kind));
+    directory.push(event);
+  });
   SectionReader sections(
       [&](const StreamSection& section) {
         require(section.size >= 3 &&
@@ -38,6 +48,8 @@ Outcome read(const Bytes& stream, uint8_t choice, NextSize next_size) {
         out.sections.insert(out.sections.end(), section.bytes, section.bytes + section.size);
         out.numbers.insert(out.numbers.end(), {static_cast<uint64_t>(section.pid), section.packet});
         statistics.on_section(section);
+        tables.push(section);
+        schedule.push(section);
         if (choice & 16) sections.remove_pid(section.pid);
       },
       {.pids = {0x100, 0x101}, .every_pid = (choice & 4) != 0, .repeats = (choice & 8) != 0});
@@ -54,6 +66,7 @@ Outcome read(const Bytes& stream, uint8_t choice, NextSize next_size) {
       out.numbers.insert(out.numbers.end(), {packet.index, packet.position, packet.after_gap});
       statistics.push(packet);
       sections.push(packet);
+      tables.advance(static_cast<double>(packet.index));
     }
   };
   for (size_t at = 0; at < stream.size();) {
@@ -70,6 +83,13 @@ Outcome read(const Bytes& stream, uint8_t choice, NextSize next_size) {
   require(reader.sync_losses() == statistics.sync_losses() && reader.packets() == statistics.packets());
   for (const TableRepetition& table : statistics.tables())
     require(table.smallest <= table.mean + 1e-6 && table.mean <= table.largest + 1e-6);
+  for (const Service* const service : directory.services()) out.numbers.push_back(service->revision);
+  for (const ServiceId& service : schedule.services()) {
+    const std::vector<ScheduledEvent> events = schedule.events(service);
+    out.numbers.push_back(events.size());
+    for (size_t i = 1; i < events.size(); ++i)
+      require(!events[i].start || (events[i - 1].start && *events[i - 1].start <= *events[i].start));
+  }
   out.numbers.insert(out.numbers.end(), {reader.skipped(), reader.sync_losses(), reader.stride()});
   return out;
 }

@@ -23,7 +23,7 @@ void descriptor(const uint8_t* data, size_t size);
 void document(const uint8_t* data, size_t size);
 // A registry overlay.
 void overlay(const uint8_t* data, size_t size);
-// PacketReader, SectionReader and StreamStatistics, over bytes as they are and over sections made whole; in
+// The readers and collectors of streams, over bytes as they are and over sections made whole; in
 // one piece and in many, they give the same.
 void stream(const uint8_t* data, size_t size);
 

@@ -9,6 +9,7 @@
 #include <quillon/sections/error.h>
 #include <quillon/sections/pat.h>
 #include <quillon/stream/internal/seen_sections.h>
+#include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/section_reader.h>
 #include <quillon/tables/pmt.h>
 
@@ -17,7 +18,6 @@ namespace quillon {
 namespace {
 
 constexpr int kPatPid = 0x0000;
-constexpr int kPsipBasePid = 0x1FFB;
 // NIT, SDT and BAT, EIT, RST, TDT and TOT.
 constexpr int kDvbPids[] = {0x0010, 0x0011, 0x0012, 0x0013, 0x0014};
 constexpr int kMpegPids[] = {kPatPid, 0x0001};
@@ -195,7 +195,7 @@ SectionReader::State::State(std::array<uint8_t, TsPacket::pids>& interest, Sink 
   for (const int pid : kMpegPids) want(pid);
   if (options.standard != Standard::atsc)
     for (const int pid : kDvbPids) want(pid);
-  if (options.standard != Standard::dvb) want(kPsipBasePid);
+  if (options.standard != Standard::dvb) want(detail::psip_base_pid);
   for (const int pid : options.pids) ask_for(pid, true);
   for (int pid = 0; pid < TsPacket::pids; ++pid) note_interest(pid);
 }
@@ -293,7 +293,7 @@ void SectionReader::State::finish_section(int pid, uint64_t packet, const uint8_
 
 void SectionReader::State::learn(const StreamSection& section) {
   if (!section.is_long() || !section.crc_ok || !section.is_current()) return;
-  const bool base_psip = section.pid < 0 || section.pid == kPsipBasePid;
+  const bool base_psip = section.pid < 0 || section.pid == detail::psip_base_pid;
   if (base_psip && section.table_id() >= kMgt && section.table_id() <= kStt && !standard_is_given_)
     standard_ = Standard::atsc;
 
@@ -316,7 +316,7 @@ std::optional<SectionReader::State::Source> SectionReader::State::source_of(
     const StreamSection& section) const {
   const int pid = section.pid;
   const int table_id = section.table_id();
-  if ((pid == kPatPid && table_id == kPat) || (pid == kPsipBasePid && table_id == kMgt))
+  if ((pid == kPatPid && table_id == kPat) || (pid == detail::psip_base_pid && table_id == kMgt))
     return source_at(pid, 0, section.section_number());
   if (pid >= 0 && table_id == kPmt && (at(pid).in_pat > 0 || at(pid).asked_for))
     return source_at(pid, section.extension());

@@ -3,6 +3,7 @@
 #include <random>
 
 #include <quillon/stream/internal/seen_sections.h>
+#include <quillon/stream/internal/table_ids.h>
 
 namespace quillon::detail {
 
@@ -17,7 +18,7 @@ struct Place {
 
 // The bytes that tell tables of one table id and extension apart.
 Place further_ids(int table_id) {
-  if (table_id >= 0x4E && table_id <= 0x6F) return {8, 4};  // transport_stream_id, original_network_id
+  if (is_event_information(table_id)) return {8, 4};        // transport_stream_id, original_network_id
   if (table_id == 0x42 || table_id == 0x46) return {8, 2};  // original_network_id
   if (table_id == 0x4C) return {8, 3};                      // platform_id
   if (table_id == 0xCC) return {9, 4};                      // ETM_id
