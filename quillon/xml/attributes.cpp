@@ -46,9 +46,8 @@ VARIANT text_value(BSTR text) {
 }
 
 // UTF-16 or ASCII.
-template <class Text>
-requires requires(const Text& text) { text.begin(); }
-VARIANT to_variant(const Text& text) {
+template <class Unit, class Traits>
+VARIANT to_variant(std::basic_string_view<Unit, Traits> text) {
   VARIANT out = text_value(xml::make_text(text.size()));
   std::copy(text.begin(), text.end(), out.bstrVal);
   return out;

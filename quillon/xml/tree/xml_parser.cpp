@@ -9,8 +9,8 @@
 #include <quillon/platform/utf8.h>
 #include <quillon/sections/error.h>
 #include <quillon/xml/document.h>
-#include <quillon/xml/tree/xml_parser.h>
 #include <quillon/xml/internal/attribute_text.h>
+#include <quillon/xml/tree/xml_parser.h>
 
 namespace quillon::xml {
 
