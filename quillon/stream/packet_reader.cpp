@@ -15,7 +15,7 @@ constexpr int kRun = 5;           // sync bytes a stride apart that make a strid
 // Whether a byte begins a packet is decided with so many bytes from it on, whatever the pieces: one that
 // begins within its packet is looked at with the run that follows, and its header.
 constexpr size_t kAhead = 1024;
-static_assert(kAhead >= TsPacket::size - 1 + (kRun - 1) * 208 + 4);
+static_assert(kAhead >= TsPacket::size - 1 + size_t{kRun - 1} * 208 + 4);
 // What is looked at again once the stride is known.
 constexpr size_t kBefore = size_t{16} * 208;
 constexpr size_t kHeld = kBefore + 2 * kAhead;

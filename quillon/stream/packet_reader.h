@@ -101,7 +101,7 @@ class QUILLON_API PacketReader {
   // What packets of a clean stream cost.
   bool follows_at_two_strides() const {
     if (!in_step_) return false;
-    const size_t at = static_cast<size_t>(next_);
+    const auto at = static_cast<size_t>(next_);
     return at + 2 * stride_ < end_ && sync(at) && sync(at + stride_) && sync(at + 2 * stride_);
   }
   // What is fetched from memory ahead, and how far, was measured: a header is one cache line of three, and
