@@ -45,6 +45,17 @@ inline void released(void* memory) {
 [[gnu::noinline]] void* operator new[](size_t size) {
   return quillon::test::counted(size);
 }
+// That of temporary buffers; a sanitizer's own would not count.
+[[gnu::noinline]] void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return quillon::test::counted(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  quillon::test::released(memory);
+}
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
   quillon::test::released(memory);
 }
