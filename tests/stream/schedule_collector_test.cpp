@@ -396,7 +396,7 @@ TEST(ScheduleCollector, BeginsAServiceAnewThatIsTooLong) {
 
 // Each event of a section that was read is there, and no other.
 TEST(ScheduleCollector, CollectsRecordedSchedules) {
-  if (!std::getenv("QUILLON_STREAMS")) GTEST_SKIP() << "QUILLON_STREAMS is not set";
+  if (!has_recorded_streams()) GTEST_SKIP() << "no recorded streams";
   const std::map<std::string, size_t> counts = {{"dvb-eit-schedule.ts", 976}, {"dvb-sat-bat.ts", 12}};
   for (const auto& [name, count] : counts) {
     std::set<std::pair<ServiceId, int>> expected;
@@ -430,7 +430,7 @@ TEST(ScheduleCollector, CollectsRecordedSchedules) {
 }
 
 TEST(ScheduleCollector, CollectsRecordedAtscSchedules) {
-  if (!std::getenv("QUILLON_STREAMS")) GTEST_SKIP() << "QUILLON_STREAMS is not set";
+  if (!has_recorded_streams()) GTEST_SKIP() << "no recorded streams";
   // Events, and those of them with a long text.
   const std::map<std::string, std::pair<size_t, size_t>> counts = {{"atsc-psip.ts", {71, 0}},
                                                                    {"atsc-sections.bin", {21, 11}}};

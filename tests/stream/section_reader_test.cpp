@@ -481,7 +481,7 @@ TEST(SectionReader, ReadsRecordedStreams) {
        {{0x00, 1}, {0x01, 1}, {0x02, 10}, {0x40, 1}, {0x4A, 3}, {0x4E, 1}, {0x4F, 11}, {0xE4, 4}}},
       {"dvbt-ait.ts", {{0x00, 1}, {0x02, 2}, {0x40, 1}, {0x42, 1}, {0x70, 4}, {0x73, 3}, {0x74, 3}}},
       {"atsc-psip.ts", {{0x00, 1}, {0x02, 3}, {0xC7, 1}, {0xC8, 1}, {0xCB, 12}, {0xCD, 1}}}};
-  if (!std::getenv("QUILLON_STREAMS")) GTEST_SKIP() << "QUILLON_STREAMS is not set";
+  if (!has_recorded_streams()) GTEST_SKIP() << "no recorded streams";
   for (const auto& [name, counts] : expected) {
     std::map<int, std::set<Bytes>> sections;
     SectionReader reader(

@@ -341,7 +341,7 @@ TEST(ServiceDirectory, TakesInSoManyTablesAndChannels) {
 }
 
 TEST(ServiceDirectory, ListsTheServicesOfRecordedStreams) {
-  if (!std::getenv("QUILLON_STREAMS")) GTEST_SKIP() << "QUILLON_STREAMS is not set";
+  if (!has_recorded_streams()) GTEST_SKIP() << "no recorded streams";
   EXPECT_EQ(listed("dvb-eit-schedule.ts"),
             (Lines{"1537 TF1 120 130 131 132 150 151", "1542 TMC 620 630 631 632 650 651",
                    "1544 TFX 520 530 531 532 550 551", "1545 LCP 720 730 750", "1546 LCI 220 230 250"}));

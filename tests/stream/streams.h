@@ -14,10 +14,16 @@
 
 namespace quillon::test {
 
-// A recorded stream of the folder QUILLON_STREAMS; empty if that is not set.
-inline Bytes recorded_stream(const std::string& name) {
+// The folder QUILLON_STREAMS is there, with the recorded streams.
+inline bool has_recorded_streams() {
   const char* const folder = std::getenv("QUILLON_STREAMS");
-  if (!folder) return {};
+  return folder && std::filesystem::is_directory(folder);
+}
+
+// A recorded stream of that folder; empty if it is not there.
+inline Bytes recorded_stream(const std::string& name) {
+  if (!has_recorded_streams()) return {};
+  const char* const folder = std::getenv("QUILLON_STREAMS");
   std::ifstream in(std::filesystem::path(folder) / name, std::ios::binary);
   return Bytes(std::istreambuf_iterator<char>(in), {});
 }

@@ -338,7 +338,7 @@ TEST(TableCollector, ForgetsTheTablesThatWereSilentForTheLongestTime) {
 
 // Short captures: of the tables that have several sections few came whole.
 TEST(TableCollector, CollectsRecordedTables) {
-  if (!std::getenv("QUILLON_STREAMS")) GTEST_SKIP() << "QUILLON_STREAMS is not set";
+  if (!has_recorded_streams()) GTEST_SKIP() << "no recorded streams";
   // Different sections of complete tables, by table id.
   const std::map<std::string, std::map<int, size_t>> expected = {
       {"dvb-eit-schedule.ts", {{0x00, 1}, {0x02, 5}, {0x40, 1}, {0x42, 1}, {0x4E, 10}}},

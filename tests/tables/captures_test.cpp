@@ -1,13 +1,10 @@
 // Recorded streams: what the demultiplexer finds in them, and what the tables make of it. The folder of the
 // streams is that of the environment variable QUILLON_STREAMS; without it these tests are skipped.
 
+#include "tests/stream/streams.h"
 #include "tests/support/faces.h"
 #include "tests/support/packets.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <string_view>
@@ -28,13 +25,6 @@ namespace {
 // The different sections of a capture by table id.
 using Sections = std::map<int, std::set<Bytes>>;
 using Counts = std::map<int, size_t>;
-
-Bytes capture(const std::string& name) {
-  const char* const folder = std::getenv("QUILLON_STREAMS");
-  if (!folder) return {};
-  std::ifstream in(std::filesystem::path(folder) / name, std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(in), {});
-}
 
 bool is_right(const Bytes& section) {
   return section[1] & 0x80 && section_crc(section.data(), section.size()) == good_section_crc;
@@ -207,7 +197,7 @@ void expect_tables(const Sections& sections, Standard standard) {
 }  // namespace
 
 TEST(Captures, OfASatelliteMultiplexWithSchedules) {
-  const Bytes stream = capture("dvb-eit-schedule.ts");
+  const Bytes stream = recorded_stream("dvb-eit-schedule.ts");
   if (stream.empty()) GTEST_SKIP();
   Collector demux(stream);
   EXPECT_EQ(demux.start(), 1);
@@ -225,7 +215,7 @@ TEST(Captures, OfASatelliteMultiplexWithSchedules) {
 }
 
 TEST(Captures, OfASatelliteMultiplexWithBouquets) {
-  const Bytes stream = capture("dvb-sat-bat.ts");
+  const Bytes stream = recorded_stream("dvb-sat-bat.ts");
   if (stream.empty()) GTEST_SKIP();
   Collector demux(stream);
   EXPECT_EQ(demux.start(), 1);
@@ -238,7 +228,7 @@ TEST(Captures, OfASatelliteMultiplexWithBouquets) {
 }
 
 TEST(Captures, OfATerrestrialMultiplexWithApplications) {
-  const Bytes stream = capture("dvbt-ait.ts");
+  const Bytes stream = recorded_stream("dvbt-ait.ts");
   if (stream.empty()) GTEST_SKIP();
   Collector demux(stream);
   EXPECT_EQ(demux.start(), 1);
@@ -248,7 +238,7 @@ TEST(Captures, OfATerrestrialMultiplexWithApplications) {
 }
 
 TEST(Captures, OfServicesWithNamesInOtherScripts) {
-  const Bytes chain = capture("sdt-charsets-sections.bin");
+  const Bytes chain = recorded_stream("sdt-charsets-sections.bin");
   if (chain.empty()) GTEST_SKIP();
   const Sections sections = sections_of_chain(chain);
   EXPECT_EQ(counts(sections), (Counts{{0x00, 3}, {0x02, 3}, {0x42, 3}}));
@@ -270,7 +260,7 @@ TEST(Captures, OfServicesWithNamesInOtherScripts) {
 }
 
 TEST(Captures, OfATerrestrialStationOfAtsc) {
-  const Bytes stream = capture("atsc-psip.ts");
+  const Bytes stream = recorded_stream("atsc-psip.ts");
   if (stream.empty()) GTEST_SKIP();
   Collector demux(stream);
   EXPECT_EQ(demux.start(), 1);
@@ -280,7 +270,7 @@ TEST(Captures, OfATerrestrialStationOfAtsc) {
 }
 
 TEST(Captures, OfSectionsOfAtsc) {
-  const Bytes chain = capture("atsc-sections.bin");
+  const Bytes chain = recorded_stream("atsc-sections.bin");
   if (chain.empty()) GTEST_SKIP();
   const Sections sections = sections_of_chain(chain);
   EXPECT_EQ(counts(sections),
