@@ -8,15 +8,12 @@
 #include <sstream>
 
 #include <quillon/sections/crc.h>
+#include <quillon/sections/section_size.h>
 #include <quillon/stream/section_reader.h>
 
 namespace quillon::bench {
 
 namespace {
-
-size_t size_of(const uint8_t* section) {
-  return ((section[1] & 0x0Fu) << 8 | section[2]) + 3u;
-}
 
 // Counts by table id in an array: a map would be measured with the rest.
 class Counter {
@@ -48,7 +45,7 @@ class Assembler : public Base {
  private:
   using Base::on_psi_section;
   void on_psi_section(int, int table_id, int, const uint8_t* section) override {
-    if (section_crc(section, size_of(section)) == good_section_crc) counter.count(table_id);
+    if (section_crc(section, section_size(section)) == good_section_crc) counter.count(table_id);
   }
 };
 

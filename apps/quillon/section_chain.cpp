@@ -1,16 +1,9 @@
 #include "apps/quillon/section_chain.h"
 
 #include <quillon/sections/crc.h>
+#include <quillon/sections/section_size.h>
 
 namespace quillon::app {
-
-namespace {
-
-size_t section_size(const uint8_t* bytes) {
-  return ((bytes[1] & 0x0Fu) << 8 | bytes[2]) + 3u;
-}
-
-}  // namespace
 
 size_t walk_section_chain(const std::vector<uint8_t>& bytes,
                           const std::function<void(const uint8_t*, size_t)>& each) {

@@ -5,6 +5,7 @@
 #include <quillon/sections/internal/require_crc.h>
 #include <quillon/sections/log.h>
 #include <quillon/sections/psi_base.h>
+#include <quillon/sections/section_size.h>
 
 namespace quillon {
 
@@ -15,8 +16,7 @@ int section_length_of(const uint8_t* section) {
 }
 
 void require_whole(const uint8_t* section, size_t size) {
-  if (size < 3 || size < static_cast<size_t>(section_length_of(section)) + 3)
-    throw error("section is shorter than its section_length");
+  if (size < 3 || size < section_size(section)) throw error("section is shorter than its section_length");
 }
 
 [[noreturn]] void throw_wrong_header_bit(const uint8_t* where) {

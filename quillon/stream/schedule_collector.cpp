@@ -13,7 +13,7 @@
 #include <quillon/descriptors/event/extended_event.h>
 #include <quillon/descriptors/event/short_event.h>
 #include <quillon/sections/byte_view.h>
-#include <quillon/sections/error.h>
+#include <quillon/stream/internal/standard_parse.h>
 #include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/schedule_collector.h>
 #include <quillon/tables/eit.h>
@@ -85,18 +85,6 @@ void fill_in(ScheduledEvent& event, ScheduledEvent&& other) {
   fill(event.contents, other.contents);
   fill(event.ratings, other.ratings);
   fill(event.advisories, other.advisories);
-}
-
-// Calls `use` with the parsed section, if it is not refused.
-template <class Table, class Use>
-void read_stored(const std::vector<uint8_t>& section, Use use) {
-  try {
-    Table table;
-    table.set_reading(Reading::standard);
-    table.Parse(section.data(), section.size(), false);
-    use(table);
-  } catch (const error&) {
-  }
 }
 
 }  // namespace
@@ -217,7 +205,7 @@ bool ScheduleCollector::State::push_atsc_text(const StreamSection& section) {
 bool ScheduleCollector::State::read_guide(const StreamSection& section) {
   std::map<int, Named> guide;
   bool is_refused = true;
-  read_stored<AtscMGT>({section.bytes, section.bytes + section.size}, [&](const AtscMGT& table) {
+  detail::with_parsed<AtscMGT>(section.bytes, section.size, [&](const AtscMGT& table) {
     is_refused = false;
     for (const AtscMGT::Table& row : table.tables) {
       const int number = row.table_type & 0x7F;
@@ -237,8 +225,8 @@ bool ScheduleCollector::State::read_guide(const StreamSection& section) {
 
 bool ScheduleCollector::State::read_time(const StreamSection& section) {
   const int before = leap_seconds_;
-  read_stored<AtscSTT>({section.bytes, section.bytes + section.size},
-                       [&](const AtscSTT& table) { leap_seconds_ = table.GPS_UTC_offset; });
+  detail::with_parsed<AtscSTT>(section.bytes, section.size,
+                               [&](const AtscSTT& table) { leap_seconds_ = table.GPS_UTC_offset; });
   return leap_seconds_ != before;
 }
 
@@ -384,11 +372,11 @@ void ScheduleCollector::State::add_events(Events& events, const Place& place, co
     }
   };
   if (place.table_id != kAtscEit) {
-    read_stored<Eit>(section.bytes, [&](const Eit& table) {
+    detail::with_parsed<Eit>(section.bytes.data(), section.bytes.size(), [&](const Eit& table) {
       for (const Eit::EventInfo& row : table.get_eventinfo()) add(event_of(row));
     });
   } else if (is_still_named(section, &Named::eit)) {
-    read_stored<AtscEIT>(section.bytes, [&](const AtscEIT& table) {
+    detail::with_parsed<AtscEIT>(section.bytes.data(), section.bytes.size(), [&](const AtscEIT& table) {
       for (const AtscEIT::Event& row : table.events) add(event_of(row, leap_seconds_));
     });
   }
@@ -411,7 +399,7 @@ void ScheduleCollector::State::add_texts(Events& events, const Stored& service) 
       event = pid != pids.end() ? events.find({event_id, pid->second}) : events.end();
     }
     if (event == events.end() || event->first.first != event_id) continue;
-    read_stored<AtscETT>(section.bytes, [&](const AtscETT& table) {
+    detail::with_parsed<AtscETT>(section.bytes.data(), section.bytes.size(), [&](const AtscETT& table) {
       event->second.long_texts.clear();
       for (const auto& message : table.extended_text_message.strings)
         event->second.long_texts.push_back({message.iso639languagecode.c_strA(), {}, message.utf8(), true});

@@ -8,6 +8,7 @@
 #include <quillon/sections/crc.h>
 #include <quillon/sections/error.h>
 #include <quillon/sections/pat.h>
+#include <quillon/sections/section_size.h>
 #include <quillon/stream/internal/seen_sections.h>
 #include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/section_reader.h>
@@ -35,10 +36,6 @@ constexpr int kLastDsmccSections = 0x0D;
 constexpr size_t kMostNames = 32768;
 constexpr size_t kHeader = 3;
 constexpr size_t kLargest = 4098;
-
-size_t section_size(const uint8_t* bytes) {
-  return ((bytes[1] & 0x0Fu) << 8 | bytes[2]) + kHeader;
-}
 
 bool carries_sections(const PmtDVB::ElementaryStream& stream) {
   const int type = stream.get_stream_type();

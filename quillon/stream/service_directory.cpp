@@ -16,8 +16,8 @@
 #include <quillon/descriptors/mpeg2/registration.h>
 #include <quillon/descriptors/service/service.h>
 #include <quillon/platform/utf8.h>
-#include <quillon/sections/error.h>
 #include <quillon/sections/pat.h>
+#include <quillon/stream/internal/standard_parse.h>
 #include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/service_directory.h>
 #include <quillon/tables/cat.h>
@@ -42,17 +42,10 @@ bool is_on(const TableId& table, int pid) {
   return table.pid < 0 || table.pid == pid;
 }
 
-// Calls `use` with each section, parsed. What one has that is refused is lost, and no more.
 template <class Table, class Use>
 void read_sections(const TableEvent& event, Use use) {
-  for (const std::vector<uint8_t>& section : event.sections) try {
-      Table table;
-      table.set_tolerant(true);
-      table.set_reading(Reading::standard);
-      table.Parse(section.data(), section.size(), false);
-      use(table);
-    } catch (const error&) {
-    }
+  for (const std::vector<uint8_t>& section : event.sections)
+    detail::with_parsed<Table>(section.data(), section.size(), use);
 }
 
 std::vector<CaStream> ca_streams(const DvbLoop& loop) {

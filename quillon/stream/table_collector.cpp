@@ -115,16 +115,14 @@ TableId TableId::of(const StreamSection& section) {
   TableId out{section.pid, section.table_id(), section.extension()};
   out.is_current = section.is_current();
   if (!section.is_long() || section.size < kSmallestLong) return out;
-  const ByteView body = ByteView(section.bytes, section.size - 4).from(8);
+  const uint32_t ids = detail::further_ids(section.bytes, section.size);
   if (detail::is_event_information(out.table_id)) {
-    out.transport_stream_id = body.u16(0);
-    out.original_network_id = body.u16(2);
+    out.transport_stream_id = static_cast<int>(ids >> 16);
+    out.original_network_id = static_cast<int>(ids & 0xFFFF);
   } else if (out.table_id == 0x42 || out.table_id == 0x46) {
-    out.original_network_id = body.u16(0);
-  } else if (out.table_id == 0x4C) {
-    out.further_id = static_cast<uint32_t>(body.u24(0));
-  } else if (out.table_id == 0xCC) {
-    out.further_id = body.u32(1);
+    out.original_network_id = static_cast<int>(ids);
+  } else {
+    out.further_id = ids;
   }
   return out;
 }

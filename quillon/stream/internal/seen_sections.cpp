@@ -11,20 +11,6 @@ namespace {
 
 constexpr size_t kFirstCapacity = 512;
 
-struct Place {
-  size_t at;
-  size_t size;
-};
-
-// The bytes that tell tables of one table id and extension apart.
-Place further_ids(int table_id) {
-  if (is_event_information(table_id)) return {8, 4};        // transport_stream_id, original_network_id
-  if (table_id == 0x42 || table_id == 0x46) return {8, 2};  // original_network_id
-  if (table_id == 0x4C) return {8, 3};                      // platform_id
-  if (table_id == 0xCC) return {9, 4};                      // ETM_id
-  return {8, 0};
-}
-
 }  // namespace
 
 SeenSections::SeenSections() : records_(kFirstCapacity) {
@@ -68,8 +54,8 @@ uint64_t SeenSections::place_of(const StreamSection& section, const SipDigest& d
     // Of the byte of the version, current_next_indicator alone: the next version is sent beside the current.
     const uint8_t ids[] = {1, bytes[0], bytes[3], bytes[4], static_cast<uint8_t>(bytes[5] & 1), bytes[6]};
     std::copy(std::begin(ids), std::end(ids), place + 2);
-    const Place further = further_ids(bytes[0]);
-    if (further.at + further.size <= section.size) std::copy_n(bytes + further.at, further.size, place + 8);
+    const uint32_t further = further_ids(bytes, section.size);
+    std::memcpy(place + 8, &further, sizeof further);
   } else {
     // A section that has no number, or cannot be relied on, has a place by its bytes.
     std::memcpy(place + 3, digest.data(), sizeof digest);
