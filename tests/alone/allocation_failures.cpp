@@ -475,7 +475,7 @@ struct Reader final : DemuxPush {
   }
 };
 
-// The bundled stream from packets to documents: all that a reader does.
+// A stream from packets to documents: all that a reader does.
 TEST(AllocationFailures, OfAWholeReader) {
   Bytes stream = sample_stream();
   stream.resize(60 * kPacketSize);  // enough for its first tables

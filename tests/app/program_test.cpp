@@ -273,15 +273,6 @@ TEST_F(Program, PrintsWhatTheReadmeShows) {
   EXPECT_EQ(printed.substr(0, shown.size()), shown);
 }
 
-TEST(SampleStream, IsTheOneThatIsBundled) {
-  const char* const folder = std::getenv("QUILLON_DATA");
-  if (!folder) GTEST_SKIP() << "QUILLON_DATA is not set";
-  const std::string bundled = whole(std::filesystem::path(folder) / "sample.ts");
-  const Bytes made = sample_stream();
-  EXPECT_EQ(bundled, std::string(made.begin(), made.end()));
-  EXPECT_LT(bundled.size(), 256u * 1024);
-}
-
 TEST(Readme, HoldsTheExampleThatIsCompiled) {
   const char* const folder = std::getenv("QUILLON_DATA");
   if (!folder) GTEST_SKIP() << "QUILLON_DATA is not set";
