@@ -18,5 +18,7 @@ bool write(const std::filesystem::path& file, const quillon::test::Bytes& stream
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
   const std::filesystem::path data = argv[1];
-  return write(data / "sample.ts", quillon::sample::dvb_sample()) ? 0 : 1;
+  const bool is_written = write(data / "sample.ts", quillon::sample::dvb_sample()) &&
+                          write(data / "sample-atsc.ts", quillon::sample::atsc_sample(data / "atsc_text"));
+  return is_written ? 0 : 1;
 }

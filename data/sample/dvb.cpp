@@ -4,7 +4,6 @@
 #include "data/sample/wire.h"
 
 #include <algorithm>
-#include <optional>
 #include <random>
 
 namespace quillon::sample {
@@ -19,7 +18,7 @@ using test::text;
 namespace {
 
 constexpr Ticks kTicksAPacket = 48'000;  // 846 kbit/s
-constexpr Ticks kLength = 11'200 * kMillisecond;
+constexpr Ticks kLength = ms(11'200);
 constexpr Ticks kMapChange = 6 * kSecond;
 
 constexpr uint16_t kTransportStream = 0x0451;
@@ -40,7 +39,7 @@ struct Component {
   ProgramStream stream;
   const Coding* coding = nullptr;  // none: it carries sections
   int packets = 1;                 // of a unit
-  Ticks period = 160 * kMillisecond;
+  Ticks period = ms(160);
   Ticks begin = 0;
 };
 
@@ -125,7 +124,7 @@ Component subtitled(uint16_t pid, const char* code) {
   const Bytes subtitling = descriptor(0x59, joined({text(code), bits({{8, 0x14, "subtitling_type"},
                                                                       {16, 1, "composition_page_id"},
                                                                       {16, 1, "ancillary_page_id"}})}));
-  return {{kPrivateData, pid, joined({subtitling, tag(0x40)})}, &subtitles, 1, 900 * kMillisecond};
+  return {{kPrivateData, pid, joined({subtitling, tag(0x40)})}, &subtitles, 1, ms(900)};
 }
 
 Component with_teletext(uint16_t pid, const char* code) {
@@ -135,7 +134,7 @@ Component with_teletext(uint16_t pid, const char* code) {
                                      {8, number, "teletext_page_number"}})});
   };
   const Bytes pages = descriptor(0x56, joined({page(1, 1, 0x00), page(2, 1, 0x50)}));
-  return {{kPrivateData, pid, joined({pages, tag(0x30)})}, &teletext, 1, 240 * kMillisecond};
+  return {{kPrivateData, pid, joined({pages, tag(0x30)})}, &teletext, 1, ms(240)};
 }
 
 Component applications(uint16_t pid) {
@@ -160,7 +159,7 @@ Component notification(uint16_t pid) {
 Component radio(uint8_t type, uint16_t pid, const Coding& coding, const char* code, int packets) {
   Component out = audio(type, pid, coding, code, type == kAac ? aac() : Bytes());
   out.packets = packets;
-  out.period = 60 * kMillisecond;
+  out.period = ms(60);
   return out;
 }
 
@@ -170,7 +169,7 @@ Component described(uint16_t pid, const char* code) {
   return {{kMpegAudio, pid, joined({language(code, kForVisuallyImpaired), tag(0x07)})},
           &mpeg_audio,
           1,
-          160 * kMillisecond,
+          ms(160),
           kMapChange};
 }
 
@@ -621,31 +620,12 @@ Bytes ca_message(int table_id, uint32_t seed) {
   return short_section(table_id, body);
 }
 
-// From `begin` on every `period`; `make` gives the sections for a time.
-template <class Make>
-std::vector<TimedSection> repeated(Ticks begin, Ticks period, Make make) {
-  std::vector<TimedSection> out;
-  for (Ticks due = begin; due < kLength; due += period)
-    for (const Bytes& section : make(due)) out.push_back({due, section});
-  return out;
-}
-
-template <class Make>
-void repeat(Multiplex& multiplex, int pid, Ticks begin, Ticks period, Make make) {
-  multiplex.add_sections(pid,
-                         repeated(begin, period, [&](Ticks due) { return std::vector<Bytes>{make(due)}; }));
-}
-
 int second_of_day(Ticks time) {
   return kFirstSecond + static_cast<int>(time / kSecond);
 }
 
 void add_to(std::vector<TimedSection>& sections, const std::vector<TimedSection>& more) {
   sections.insert(sections.end(), more.begin(), more.end());
-}
-
-constexpr Ticks ms(int count) {
-  return count * kMillisecond;
 }
 
 void add_events(Multiplex& multiplex, const std::vector<Service>& services,
@@ -659,18 +639,17 @@ void add_events(Multiplex& multiplex, const std::vector<Service>& services,
       return present_following(0x4E, kTransportStream, s.id, events, second_of_day(due), s.is_scrambled(),
                                components_of(s));
     };
-    add_to(sections, repeated(begin, ms(1700), now));
+    add_to(sections, multiplex.repeated(begin, ms(1700), now));
     const size_t next = present(events, kFirstSecond) + 1;
     const Ticks change = (events[next].minute * 60 - kFirstSecond) * kSecond;
-    if (change < kLength) changes.push_back({change, running_status(events[next], s.id)});
+    if (change < multiplex.length()) changes.push_back({change, running_status(events[next], s.id)});
     begin += ms(200);
   }
   for (const OtherService& s : others) {
     const std::vector<Event> events = events_of(s.guide, s.id);
-    add_to(sections, repeated(begin, ms(8000), [&](Ticks due) {
-             return present_following(0x4F, kOtherTransportStream, s.id, events, second_of_day(due), false,
-                                      {});
-           }));
+    add_to(sections, multiplex.repeated(begin, ms(8000), [&](Ticks due) {
+      return present_following(0x4F, kOtherTransportStream, s.id, events, second_of_day(due), false, {});
+    }));
     begin += ms(100);
   }
   // The day once, one segment of all services after the other.
@@ -686,47 +665,47 @@ void add_events(Multiplex& multiplex, const std::vector<Service>& services,
 
 void add_tables(Multiplex& multiplex, const std::vector<Service>& services,
                 const std::vector<OtherService>& others) {
-  repeat(multiplex, 0x00, ms(0), ms(90), [&](Ticks) { return associations(services); });
-  repeat(multiplex, 0x01, ms(20), ms(450), [&](Ticks) { return conditional_access(); });
+  multiplex.repeat(0x00, ms(0), ms(90), [&](Ticks) { return associations(services); });
+  multiplex.repeat(0x01, ms(20), ms(450), [&](Ticks) { return conditional_access(); });
   Ticks begin = ms(10);
   for (const Service& s : services) {
-    repeat(multiplex, s.map_pid, begin, ms(90), [&](Ticks due) { return map_of(s, due); });
+    multiplex.repeat(s.map_pid, begin, ms(90), [&](Ticks due) { return map_of(s, due); });
     begin += ms(10);
   }
-  repeat(multiplex, 0x10, ms(150), ms(5000), [&](Ticks) { return network(services, others); });
-  std::vector<TimedSection> descriptions =
-      repeated(ms(60), ms(2400), [&](Ticks) { return std::vector<Bytes>{actual_services(services)}; });
-  add_to(descriptions, repeated(ms(700), ms(5000),
-                                [&](Ticks) { return std::vector<Bytes>{services_of_the_other(others)}; }));
-  add_to(descriptions, repeated(ms(1300), ms(4000), [&, count = 0](Ticks) mutable {
-           Bytes section = bouquet(services, others);
-           if (count++ == 1) section.back() ^= 0x01;
-           return std::vector<Bytes>{section};
-         }));
+  multiplex.repeat(0x10, ms(150), ms(5000), [&](Ticks) { return network(services, others); });
+  std::vector<TimedSection> descriptions = multiplex.repeated(
+      ms(60), ms(2400), [&](Ticks) { return std::vector<Bytes>{actual_services(services)}; });
+  add_to(descriptions, multiplex.repeated(ms(700), ms(5000), [&](Ticks) {
+    return std::vector<Bytes>{services_of_the_other(others)};
+  }));
+  add_to(descriptions, multiplex.repeated(ms(1300), ms(4000), [&, count = 0](Ticks) mutable {
+    Bytes section = bouquet(services, others);
+    if (count++ == 1) section.back() ^= 0x01;
+    return std::vector<Bytes>{section};
+  }));
   multiplex.add_sections(0x11, descriptions);
-  multiplex.add_sections(0x14, repeated(ms(0), ms(5000), [](Ticks due) {
-                           const int now = second_of_day(due);
-                           return std::vector<Bytes>{time_and_date(now), time_offset(now)};
-                         }));
+  multiplex.add_sections(0x14, multiplex.repeated(ms(0), ms(5000), [](Ticks due) {
+    const int now = second_of_day(due);
+    return std::vector<Bytes>{time_and_date(now), time_offset(now)};
+  }));
   add_events(multiplex, services, others);
 }
 
 void add_service(Multiplex& multiplex, const Service& service, int place) {
   const Ticks phase = place * ms(5);
   for (const Component& c : service.components) {
-    const Media media = {c.stream.pid, c.coding ? *c.coding : subtitles, c.stream.pid == service.clock_pid(),
-                         service.is_scrambled()};
     if (!c.coding) continue;
+    const uint16_t pid = c.stream.pid;
+    const Media media = {pid, *c.coding, pid == service.clock_pid(), service.is_scrambled()};
     if (service.picture_weight > 0 && media.carries_clock)
-      add_pictures(multiplex, media, {phase, kLength, service.picture_weight, place, service.damaged});
+      add_pictures(multiplex, media, {phase, kSecond / 25, service.picture_weight, place, service.damaged});
     else
-      add_units(multiplex, media,
-                {c.begin + phase + ms(c.stream.pid % 16 * 11), kLength, c.period, c.packets});
+      add_units(multiplex, media, {c.begin + phase + ms(pid % 16 * 11), c.period, c.packets});
   }
   for (const uint16_t pid : service.ecm_pids)
-    repeat(multiplex, pid, phase, ms(400), [&](Ticks due) {
+    multiplex.repeat(pid, phase, ms(400), [&](Ticks due) {
       // Their table id alternates with the key that is in use.
-      const auto period = static_cast<uint32_t>(due / (5 * kSecond));
+      const auto period = static_cast<uint32_t>(due / kCryptoPeriod);
       return ca_message(static_cast<int>(0x80 + period % 2), period << 16 | pid);
     });
 }
@@ -736,16 +715,17 @@ void add_service(Multiplex& multiplex, const Service& service, int place) {
 Bytes dvb_sample() {
   const std::vector<Service> services = made_services();
   const std::vector<OtherService> others = made_other_services();
-  Multiplex multiplex(kTicksAPacket);
+  Multiplex multiplex(kTicksAPacket, kLength);
   add_tables(multiplex, services, others);
   int place = 0;
   for (const Service& s : services) add_service(multiplex, s, place++);
   for (const CaSystem& ca : kCaSystems)
-    repeat(multiplex, ca.emm_pid, ms(90), ms(700),
-           [&](Ticks due) { return ca_message(0x82, static_cast<uint32_t>(due / ms(1)) + ca.emm_pid); });
-  repeat(multiplex, 0x0105, ms(250), ms(900), [](Ticks) { return application_information(); });
-  repeat(multiplex, 0x0905, ms(350), ms(5000), [&](Ticks) { return ip_mac_notification(others[0].id); });
-  return multiplex.stream(kLength);
+    multiplex.repeat(ca.emm_pid, ms(90), ms(700), [&](Ticks due) {
+      return ca_message(0x82, static_cast<uint32_t>(due / ms(1)) + ca.emm_pid);
+    });
+  multiplex.repeat(0x0105, ms(250), ms(900), [](Ticks) { return application_information(); });
+  multiplex.repeat(0x0905, ms(350), ms(5000), [&](Ticks) { return ip_mac_notification(others[0].id); });
+  return multiplex.stream();
 }
 
 }  // namespace quillon::sample

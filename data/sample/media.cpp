@@ -10,11 +10,8 @@ using test::joined;
 
 namespace {
 
-constexpr Ticks kPicture = kSecond / 25;
-// Keys change so often; the scrambling control says which of the two it is.
-constexpr Ticks kCryptoPeriod = 5 * kSecond;
 // What is sent is presented so much later.
-constexpr Ticks kDelay = 400 * kMillisecond;
+constexpr Ticks kDelay = ms(400);
 
 Bytes pes_header(const Coding& coding, Ticks time, size_t unit_size) {
   const auto stamp = static_cast<uint64_t>(time / 300);
@@ -56,24 +53,7 @@ Bytes clock_field() {
                  clock_reference(0)});
 }
 
-}  // namespace
-
-// sequence_header of 720 x 576, and picture_header; zeros may be in front of any start code.
-const Coding mpeg2_video = {
-    0xE0,
-    {0, 0, 1, 0xB3, 0x2D, 0x02, 0x40, 0x33, 0x09, 0xC4, 0x23, 0x80, 0, 0, 1, 0x00, 0x00, 0x0F, 0xFF, 0xF8},
-    0x00};
-// access_unit_delimiter, and filler_data to the end of the unit.
-const Coding h264_video = {0xE0, {0, 0, 0, 1, 0x09, 0xF0, 0, 0, 1, 0x0C}, 0xFF};
-const Coding hevc_video = {0xE0, {0, 0, 0, 1, 0x46, 0x01, 0x50, 0, 0, 1, 0x4C, 0x01}, 0xFF};
-const Coding mpeg_audio = {0xC0, {0xFF, 0xFD, 0xA4, 0x04}, 0x00};
-const Coding aac_audio = {0xC0, {0xFF, 0xF1, 0x4C, 0x80, 0x15, 0x7F, 0xFC}, 0x00};
-const Coding ac3_audio = {0xBD, {0x0B, 0x77, 0x00, 0x00, 0x14, 0x40}, 0x00};
-// data_identifier; what follows are data units of stuffing. The header has one length for all lines.
-const Coding teletext = {0xBD, {0x10}, 0xFF, 0x24};
-// data_identifier, subtitle_stream_id, end_of_PES_data_field_marker.
-const Coding subtitles = {0xBD, {0x20, 0x00, 0xFF}, 0xFF};
-
+// One access unit that takes so many whole packets, spread over `time`.
 void add_unit(Multiplex& multiplex, const Media& media, Ticks due, Ticks time, int packets,
               bool lose_second) {
   const Bytes field = media.carries_clock ? clock_field() : Bytes();
@@ -99,23 +79,46 @@ void add_unit(Multiplex& multiplex, const Media& media, Ticks due, Ticks time, i
   }
 }
 
+}  // namespace
+
+// sequence_header of 720 x 576 and 1920 x 1080, and picture_header; zeros may be in front of any start code.
+const Coding mpeg2_video = {
+    0xE0,
+    {0, 0, 1, 0xB3, 0x2D, 0x02, 0x40, 0x33, 0x09, 0xC4, 0x23, 0x80, 0, 0, 1, 0x00, 0x00, 0x0F, 0xFF, 0xF8},
+    0x00};
+const Coding mpeg2_hd_video = {
+    0xE0,
+    {0, 0, 1, 0xB3, 0x78, 0x04, 0x38, 0x34, 0x09, 0xC4, 0x23, 0x80, 0, 0, 1, 0x00, 0x00, 0x0F, 0xFF, 0xF8},
+    0x00};
+// access_unit_delimiter, and filler_data to the end of the unit.
+const Coding h264_video = {0xE0, {0, 0, 0, 1, 0x09, 0xF0, 0, 0, 1, 0x0C}, 0xFF};
+const Coding hevc_video = {0xE0, {0, 0, 0, 1, 0x46, 0x01, 0x50, 0, 0, 1, 0x4C, 0x01}, 0xFF};
+const Coding mpeg_audio = {0xC0, {0xFF, 0xFD, 0xA4, 0x04}, 0x00};
+const Coding aac_audio = {0xC0, {0xFF, 0xF1, 0x4C, 0x80, 0x15, 0x7F, 0xFC}, 0x00};
+const Coding ac3_audio = {0xBD, {0x0B, 0x77, 0x00, 0x00, 0x14, 0x40}, 0x00};
+// data_identifier, and stuffing; the header has one length in all units.
+const Coding teletext = {0xBD, {0x10}, 0xFF, 0x24};
+// data_identifier, subtitle_stream_id, end_of_PES_data_field_marker.
+const Coding subtitles = {0xBD, {0x20, 0x00, 0xFF}, 0xFF};
+
 void add_pictures(Multiplex& multiplex, const Media& media, const Pictures& pictures) {
-  // What a scene asks for, in quarters; scenes last as long as each other.
+  // What each scene asks for, and how much of that, times size and weight, fills a packet.
   constexpr int kScenes[] = {3, 5, 7, 4, 2, 3, 6, 2};
-  constexpr Ticks kScene = 1300 * kMillisecond;
+  constexpr int kPacket = 19;
+  constexpr Ticks kScene = ms(1300);
   int number = 0;
-  for (Ticks due = pictures.begin; due < pictures.end; due += kPicture, ++number) {
-    const int in_group = (number + 5 * pictures.scenes_from) % 12;
+  for (Ticks due = pictures.begin; due < multiplex.length(); due += pictures.period, ++number) {
+    const int in_group = (number + 5 * pictures.first_scene) % 12;
     const int size = in_group == 0 ? 7 : in_group % 3 == 0 ? 3 : 1;
-    const auto scene = static_cast<size_t>((due / kScene + 3 * pictures.scenes_from) % 8);
-    const int packets = std::max(1, size * kScenes[scene] * pictures.weight / 19);
+    const auto scene = static_cast<size_t>((due / kScene + 3 * pictures.first_scene) % 8);
+    const int packets = std::max(1, size * kScenes[scene] * pictures.weight / kPacket);
     const bool damaged = std::ranges::find(pictures.damaged, number) != pictures.damaged.end();
-    add_unit(multiplex, media, due, kPicture, std::max(packets, damaged ? 2 : 1), damaged);
+    add_unit(multiplex, media, due, pictures.period, std::max(packets, damaged ? 2 : 1), damaged);
   }
 }
 
 void add_units(Multiplex& multiplex, const Media& media, const Units& units) {
-  for (Ticks due = units.begin; due < units.end; due += units.period)
+  for (Ticks due = units.begin; due < multiplex.length(); due += units.period)
     add_unit(multiplex, media, due, units.period, units.packets, false);
 }
 

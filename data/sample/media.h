@@ -7,6 +7,9 @@
 
 namespace quillon::sample {
 
+// Keys change so often; the scrambling control says which of two it is.
+constexpr Ticks kCryptoPeriod = 5 * kSecond;
+
 struct Coding {
   uint8_t stream_id;
   Bytes start;            // of an access unit
@@ -15,6 +18,7 @@ struct Coding {
 };
 
 extern const Coding mpeg2_video;
+extern const Coding mpeg2_hd_video;
 extern const Coding h264_video;
 extern const Coding hevc_video;
 extern const Coding mpeg_audio;
@@ -30,16 +34,13 @@ struct Media {
   bool scrambled = false;
 };
 
-// One access unit that takes so many whole packets, spread from `due` over `time`.
-void add_unit(Multiplex& multiplex, const Media& media, Ticks due, Ticks time, int packets, bool lose_second);
-
-// Pictures, 25 a second, from one time to another: groups of twelve whose size follows the scene that is
-// shown. `weight` 4 is usual. The packets of these pictures lose one each.
+// Pictures from `begin` on: groups of twelve whose size follows the scene that is shown. `weight` 4 is usual.
+// Of each of the damaged ones a packet is lost.
 struct Pictures {
   Ticks begin;
-  Ticks end;
+  Ticks period;
   int weight;
-  int scenes_from;
+  int first_scene;
   std::vector<int> damaged = {};
 };
 void add_pictures(Multiplex& multiplex, const Media& media, const Pictures& pictures);
@@ -47,7 +48,6 @@ void add_pictures(Multiplex& multiplex, const Media& media, const Pictures& pict
 // Units of one size in even time.
 struct Units {
   Ticks begin;
-  Ticks end;
   Ticks period;
   int packets = 1;
 };

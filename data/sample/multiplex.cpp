@@ -11,7 +11,7 @@ namespace quillon::sample {
 namespace {
 
 // Between the packets of one PID's sections, so that other tables find room.
-constexpr Ticks kTableSpacing = 6 * kMillisecond;
+constexpr Ticks kTableSpacing = ms(6);
 
 class Queue {
  public:
@@ -49,13 +49,13 @@ void Multiplex::add_sections(int pid, std::vector<TimedSection> sections) {
   }
 }
 
-Bytes Multiplex::stream(Ticks length) {
+Bytes Multiplex::stream() {
   Queue tables(tables_);
   Queue media(media_);
   const Bytes null = test::packet({.pid = TsPacket::null_pid}, {});
   std::array<uint8_t, TsPacket::pids> counters = {};
   Bytes out;
-  for (Ticks now = 0; now < length; now += ticks_a_packet_) {
+  for (Ticks now = 0; now < length_; now += ticks_a_packet_) {
     Bytes sent = null;
     Queue& queue = tables.has_due(now) ? tables : media;
     if (queue.has_due(now)) {

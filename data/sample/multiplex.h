@@ -5,7 +5,7 @@
 #include "tests/support/packets.h"
 
 #include <cstdint>
-#include <map>
+#include <utility>
 #include <vector>
 
 namespace quillon::sample {
@@ -15,7 +15,9 @@ using test::Bytes;
 // Of the system clock, 27 MHz.
 using Ticks = int64_t;
 constexpr Ticks kSecond = 27'000'000;
-constexpr Ticks kMillisecond = kSecond / 1000;
+constexpr Ticks ms(int count) {
+  return count * (kSecond / 1000);
+}
 
 // A section and when it is due.
 struct TimedSection {
@@ -35,16 +37,32 @@ struct TimedPacket {
 // order in which they were added.
 class Multiplex {
  public:
-  explicit Multiplex(Ticks ticks_a_packet) : ticks_a_packet_(ticks_a_packet) {}
+  Multiplex(Ticks ticks_a_packet, Ticks length) : ticks_a_packet_(ticks_a_packet), length_(length) {}
+
+  Ticks length() const { return length_; }
+  // What `make` gives for the times from `begin` on, as often as there is time.
+  template <class Make>
+  std::vector<TimedSection> repeated(Ticks begin, Ticks period, Make make) const {
+    std::vector<TimedSection> out;
+    for (Ticks due = begin; due < length_; due += period)
+      for (const Bytes& section : make(due)) out.push_back({due, section});
+    return out;
+  }
 
   // Sections of one PID; those that are due together share packets.
   void add_sections(int pid, std::vector<TimedSection> sections);
+  // One section again and again.
+  template <class Make>
+  void repeat(int pid, Ticks begin, Ticks period, Make make) {
+    add_sections(pid, repeated(begin, period, [&](Ticks due) { return std::vector<Bytes>{make(due)}; }));
+  }
   void add_media(TimedPacket packet) { media_.push_back(std::move(packet)); }
 
-  Bytes stream(Ticks length);
+  Bytes stream();
 
  private:
   const Ticks ticks_a_packet_;
+  const Ticks length_;
   std::vector<TimedPacket> tables_;
   std::vector<TimedPacket> media_;
 };

@@ -1,13 +1,14 @@
 // The bundled streams: they are what their makers give, and hold what is said of them.
 
 #include "data/sample/samples.h"
-#include "tests/stream/streams.h"
+#include "tests/stream/collected.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <limits>
+#include <map>
 #include <set>
 
+#include <quillon/atsc/mgt.h>
 #include <quillon/faces/field_sink.h>
 #include <quillon/stream/any_table.h>
 #include <quillon/stream/schedule_collector.h>
@@ -20,11 +21,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A file of the data's folder; empty if that is not known.
-Bytes bundled(const char* name) {
+// The folder of the data; none if it is not known.
+std::filesystem::path data_folder() {
   const char* const folder = std::getenv("QUILLON_DATA");
-  if (!folder) return {};
-  std::ifstream in(std::filesystem::path(folder) / name, std::ios::binary);
+  return folder ? folder : "";
+}
+
+Bytes bundled(const char* name) {
+  std::ifstream in(data_folder() / name, std::ios::binary);
   return Bytes(std::istreambuf_iterator<char>(in), {});
 }
 
@@ -76,6 +80,8 @@ struct Readers {
   }};
 };
 
+using Lines = std::vector<std::string>;
+
 constexpr std::chrono::sys_seconds kMidnight = std::chrono::sys_days(2026y / 11 / 22);
 
 const Readers& dvb() {
@@ -83,9 +89,9 @@ const Readers& dvb() {
   return readers;
 }
 
-// "eng name/provider", and the languages of its streams.
-std::vector<std::string> described(const Readers& readers) {
-  std::vector<std::string> out;
+// "name / provider: languages of its streams".
+Lines described(const Readers& readers) {
+  Lines out;
   for (const Service* service : readers.directory.services()) {
     std::string line = service->name + " / " + service->provider + ":";
     for (const ServiceStream& stream : service->streams)
@@ -107,20 +113,23 @@ std::vector<int> late(const Readers& readers) {
 }  // namespace
 
 TEST(BundledStreams, AreWhatTheirMakersGive) {
-  if (!std::getenv("QUILLON_DATA")) GTEST_SKIP() << "QUILLON_DATA is not set";
-  const Bytes stream = bundled("sample.ts");
-  EXPECT_LE(stream.size(), 1'200'000u);
-  EXPECT_TRUE(stream == sample::dvb_sample()) << "make_sample writes data/sample.ts anew";
+  if (data_folder().empty()) GTEST_SKIP() << "QUILLON_DATA is not set";
+  const Bytes dvb_stream = bundled("sample.ts");
+  EXPECT_LE(dvb_stream.size(), 1'200'000u);
+  EXPECT_TRUE(dvb_stream == sample::dvb_sample()) << "make_sample writes it anew";
+  const Bytes atsc_stream = bundled("sample-atsc.ts");
+  EXPECT_LE(atsc_stream.size(), 400'000u);
+  EXPECT_TRUE(atsc_stream == sample::atsc_sample(data_folder() / "atsc_text"))
+      << "make_sample writes it anew";
 }
 
 TEST(DvbSample, HasServicesInManyScripts) {
-  EXPECT_EQ(
-      described(dvb()),
-      (std::vector<std::string>{"Quill One / Feather: eng eng eng", "Café Radio / Feather: fra",
-                                "Südwind / Südwind Medien: deu deu deu", "Αιγαίο Σινεμά / Κυκλάδες: ell eng",
-                                "Волна Кино / Волна Медиа: rus bul bul", "قناة النخيل / شبكة النخيل: ara fra",
-                                "קול הגליל / רדיו הצפון: heb", "星河衛視 / 星河傳媒: zho yue zho",
-                                "한빛 TV / 한빛미디어:", "Rádio Açores / Ilhas FM:"}));
+  EXPECT_EQ(described(dvb()),
+            (Lines{"Quill One / Feather: eng eng eng", "Café Radio / Feather: fra",
+                   "Südwind / Südwind Medien: deu deu deu", "Αιγαίο Σινεμά / Κυκλάδες: ell eng",
+                   "Волна Кино / Волна Медиа: rus bul bul", "قناة النخيل / شبكة النخيل: ara fra",
+                   "קול הגליל / רדיו הצפון: heb", "星河衛視 / 星河傳媒: zho yue zho",
+                   "한빛 TV / 한빛미디어:", "Rádio Açores / Ilhas FM:"}));
   for (const Service* service : dvb().directory.services())
     EXPECT_EQ(service->is_actual, service->transport_stream_id == 0x0451) << service->name;
 }
@@ -210,4 +219,102 @@ TEST(DvbSample, HasAnApplicationAndData) {
 TEST(DvbSample, HasTablesOfAllKinds) {
   EXPECT_EQ(dvb().met, (std::set<int>{0x00, 0x01, 0x02, 0x40, 0x42, 0x46, 0x4A, 0x4C, 0x4E, 0x4F, 0x50, 0x70,
                                       0x71, 0x73, 0x74}));
+}
+
+// Its texts are compressed by lists of the data's folder.
+class AtscSample : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (data_folder().empty()) GTEST_SKIP() << "QUILLON_DATA is not set";
+  }
+  static const Readers& atsc() {
+    static const Readers readers(sample::atsc_sample(data_folder() / "atsc_text"), Standard::atsc);
+    return readers;
+  }
+};
+
+TEST_F(AtscSample, HasFourChannels) {
+  Lines lines;
+  for (const Service* service : atsc().directory.services()) {
+    std::string line = std::to_string(service->major_channel_number) + "-" +
+                       std::to_string(service->minor_channel_number) + " " + service->name + ":";
+    for (const ServiceStream& stream : service->streams)
+      for (const std::string& language : stream.languages) line += " " + language;
+    lines.push_back(line);
+    EXPECT_GT(static_cast<double>(atsc().statistics.pid(service->pcr_pid).clock_references),
+              atsc().statistics.seconds() * 10);
+  }
+  EXPECT_EQ(lines,
+            (Lines{"12-1 INKWELL: eng spa", "12-2 TINTA: spa eng", "12-3 SKYCAM: eng", "12-4 LUNA FM: spa"}));
+}
+
+TEST_F(AtscSample, HasAScheduleOfTwelveHours) {
+  const auto services = atsc().schedule.services();
+  EXPECT_EQ(services.size(), 4u);
+  for (const ServiceId& id : services) {
+    auto end = kMidnight + 12h;
+    for (const ScheduledEvent& event : atsc().schedule.events(id)) {
+      EXPECT_EQ(event.start, end) << id.service_id;
+      end += event.duration.value_or(0s);
+      ASSERT_FALSE(event.texts.empty());
+      EXPECT_FALSE(event.texts[0].title.empty());
+      EXPECT_EQ(event.advisories.size(), 1u);
+    }
+    EXPECT_EQ(end, kMidnight + 24h) << id.service_id;
+  }
+}
+
+TEST_F(AtscSample, TellsOfEventsInTwoLanguages) {
+  const auto valley = atsc().schedule.events({-1, -1, 0x0101});
+  ASSERT_FALSE(valley.empty());
+  ASSERT_EQ(valley[0].texts.size(), 2u);
+  EXPECT_EQ(valley[0].texts[0].title, "Good Morning Valley");
+  EXPECT_EQ(valley[0].texts[1].title, "Buenos días, valle");
+  ASSERT_EQ(valley[0].long_texts.size(), 1u);
+  EXPECT_EQ(valley[0].long_texts[0].text, "News, weather and traffic, every ten minutes.");
+  const auto tinta = atsc().schedule.events({-1, -1, 0x0102});
+  ASSERT_GT(tinta.size(), 1u);
+  EXPECT_EQ(tinta[1].texts[0].language, "spa");
+  EXPECT_EQ(tinta[1].long_texts[0].text, "¿Por qué flota un barco de papel?");
+}
+
+TEST_F(AtscSample, IsAsItsStandardWantsIt) {
+  const StreamStatistics& statistics = atsc().statistics;
+  EXPECT_NEAR(statistics.seconds(), 5, 0.1);
+  EXPECT_NEAR(statistics.bit_rate(), 564'000, 1);
+  EXPECT_EQ(atsc().damaged, std::vector<int>());
+  EXPECT_EQ(late(atsc()), std::vector<int>());
+  for (int pid = 0; pid < TsPacket::null_pid; ++pid)
+    EXPECT_EQ(statistics.pid(pid).continuity_errors, 0u) << pid;
+  EXPECT_EQ(atsc().met, (std::set<int>{0x00, 0x02, 0xC7, 0xC8, 0xCA, 0xCB, 0xCC, 0xCD}));
+  for (const char* const text :
+       {"TV-PG", "Parental Guidance Suggested", "Tinta Televisión", "Música de ayer y de hoy."})
+    EXPECT_TRUE(atsc().texts.all.contains(text)) << text;
+}
+
+// A receiver makes room by what the guide says.
+TEST_F(AtscSample, TellsTheSizesOfItsTables) {
+  AtscMGT guide;
+  std::map<int, size_t> sizes;  // by PID, as none but the base PID has two tables
+  std::set<Bytes> sections;
+  SectionReader reader([&](const StreamSection& section) {
+    const Bytes bytes(section.bytes, section.bytes + section.size);
+    if (section.table_id() == 0xC7) {
+      guide.set_reading(Reading::standard);
+      guide.Parse(section.bytes, section.size, false);
+    } else if (sections.insert(bytes).second) {
+      sizes[section.pid] += section.size;
+    }
+  });
+  read_packets(sample::atsc_sample(data_folder() / "atsc_text"),
+               [&](const TsPacket& packet) { reader.push(packet); });
+  EXPECT_EQ(guide.tables.size(), 11u);
+  for (const AtscMGT::Table& table : guide.tables) {
+    EXPECT_GT(table.number_bytes, 0);
+    // A section of the base PID is within 1024 bytes.
+    if (table.table_type_PID == kPsipPid)
+      EXPECT_LE(table.number_bytes, 1024);
+    else
+      EXPECT_EQ(static_cast<size_t>(table.number_bytes), sizes[table.table_type_PID]) << table.table_type;
+  }
 }

@@ -1,27 +1,27 @@
-#include "tests/support/bytes.h"
+#include "tests/support/huffman_encoder.h"
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
 #include <optional>
 #include <random>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include <quillon/fields/internal/atsc_text.h>
 
 using namespace quillon::detail;
 using quillon::wide_string;
 using quillon::test::Bytes;
+using Encoder = quillon::test::HuffmanEncoder;
 using quillon::test::joined;
+using quillon::test::packed_bits;
 
 namespace {
 
-constexpr int kEnd = 0;
-constexpr int kEscape = 27;
+constexpr int kEnd = Encoder::end;
+constexpr int kEscape = Encoder::escape;
 
 std::u16string utf16(const wide_string& text) {
   return std::u16string(text.begin(), text.end());
@@ -29,66 +29,6 @@ std::u16string utf16(const wide_string& text) {
 
 std::u16string scsu(const Bytes& bytes) {
   return utf16(scsu_text(bytes));
-}
-
-// Characters as they are on the wire of a title (1) or description (2), from the lists of codes.
-class Encoder {
- public:
-  explicit Encoder(int compression_type) {
-    const std::filesystem::path folder = std::getenv("QUILLON_DATA");
-    std::ifstream in(folder / "atsc_text" / (compression_type == 1 ? "title.tsv" : "description.tsv"));
-    std::string line;
-    std::getline(in, line);
-    EXPECT_EQ(line, "context\tcode\tsymbol");
-    int context = 0;
-    int symbol = 0;
-    // Where the escape has two codes, an encoder takes the later.
-    for (std::string code; in >> context >> code >> symbol;) codes_[{context, symbol}] = code;
-    EXPECT_GT(codes_.size(), 800u);
-  }
-
-  bool has_code(int context, int symbol) const { return codes_.contains({context, symbol}); }
-  std::string code(int context, int symbol) const { return codes_.at({context, symbol}); }
-
-  // The bits of a character by the shortest way.
-  std::string character(int context, int symbol) const {
-    if (context > 127) return plain(symbol);
-    if (symbol != kEscape && has_code(context, symbol)) return code(context, symbol);
-    return code(context, kEscape) + plain(symbol);
-  }
-
-  std::string unended(std::string_view text) const {
-    std::string bits;
-    int context = 0;
-    for (const char c : text) {
-      const int symbol = static_cast<unsigned char>(c);
-      bits += character(context, symbol);
-      context = symbol;
-    }
-    return bits;
-  }
-
-  std::string ended(std::string_view text) const {
-    return unended(text) + character(text.empty() ? 0 : static_cast<unsigned char>(text.back()), kEnd);
-  }
-
-  static std::string plain(int symbol) {
-    std::string bits;
-    for (int i = 7; i >= 0; --i) bits += symbol >> i & 1 ? '1' : '0';
-    return bits;
-  }
-
- private:
-  std::map<std::pair<int, int>, std::string> codes_;  // by context and symbol
-};
-
-// The last byte is filled up with `filler`.
-Bytes packed(std::string bits, char filler = '0') {
-  while (bits.size() % 8 != 0) bits += filler;
-  Bytes bytes;
-  for (size_t i = 0; i < bits.size(); i += 8)
-    bytes.push_back(static_cast<uint8_t>(std::stoi(bits.substr(i, 8), nullptr, 2)));
-  return bytes;
 }
 
 std::string one(int symbol) {
@@ -100,11 +40,11 @@ class HuffmanText : public testing::TestWithParam<int> {
  protected:
   void SetUp() override {
     if (!std::getenv("QUILLON_DATA")) GTEST_SKIP() << "QUILLON_DATA is not set";
-    encoder_.emplace(GetParam());
+    encoder_.emplace(std::filesystem::path(std::getenv("QUILLON_DATA")) / "atsc_text", GetParam());
   }
 
   std::string decoded(const Bytes& bytes) const { return huffman_text(GetParam(), bytes); }
-  std::string decoded(const std::string& bits) const { return decoded(packed(bits)); }
+  std::string decoded(const std::string& bits) const { return decoded(packed_bits(bits)); }
 
   std::optional<Encoder> encoder_;
 };
@@ -205,7 +145,8 @@ TEST_P(HuffmanText, Empty) {
 }
 
 TEST_P(HuffmanText, BytesAfterTheEndAreIgnored) {
-  EXPECT_EQ(decoded(joined({packed(encoder_->ended("The next")), {0x43, 0x28, 0xDC, 0xFF}})), "The next");
+  EXPECT_EQ(decoded(joined({packed_bits(encoder_->ended("The next")), {0x43, 0x28, 0xDC, 0xFF}})),
+            "The next");
 }
 
 // The filler of the last byte may be read as further characters, and never as fewer.
@@ -213,14 +154,14 @@ TEST_P(HuffmanText, WithoutAnEndTheBytesAreTheLimit) {
   const std::string text = "The n\xE9\xE8xt";
   const std::string bits = encoder_->unended(text);
   for (size_t cut = 0; cut <= bits.size(); cut += 8) {
-    const std::string start = decoded(packed(bits.substr(0, cut)));
+    const std::string start = decoded(packed_bits(bits.substr(0, cut)));
     EXPECT_EQ(start, text.substr(0, start.size()));
     // One more character would not have been whole.
     if (start != text) {
       EXPECT_GT(encoder_->unended(text.substr(0, start.size() + 1)).size(), cut);
     }
   }
-  for (const char filler : {'0', '1'}) EXPECT_TRUE(decoded(packed(bits, filler)).starts_with(text));
+  for (const char filler : {'0', '1'}) EXPECT_TRUE(decoded(packed_bits(bits, filler)).starts_with(text));
 }
 
 TEST(AtscText, ScsuSamples) {

@@ -9,7 +9,7 @@ file(ARCHIVE_EXTRACT INPUT ${archive} DESTINATION "${folder}/a moved root")
 file(GLOB root "${folder}/a moved root/*")
 
 foreach(file bin/quillon.exe bin/libquillon.dll bin/libstdc++-6.dll lib/libquillon.dll.a include/quillon/quillon.h
-             lib/cmake/quillon/quillon-config.cmake data/sample.ts README.md LICENSE)
+             lib/cmake/quillon/quillon-config.cmake data/sample.ts data/sample-atsc.ts README.md LICENSE)
   if(NOT EXISTS "${root}/${file}")
     message(FATAL_ERROR "${file} is not in the package")
   endif()
