@@ -1,15 +1,28 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include <quillon/faces/field_sink.h>
 
 namespace quillon::app {
 
-// The fields of an object as lines of UTF-8, "name: value", indented by two blanks a level.
+// The fields of an object as lines of UTF-8 for people, indented by two blanks a level:
+//
+//   NIT  packet 12, PID 0x0010, 1.204 s
+//     network_id: 8442 (Sample network)
+//     descriptors: 2
+//       network_name_descriptor
+//         name: "Sample"
 class FieldLines final : public FieldSink {
  public:
-  std::string take() { return std::move(text_); }
+  explicit FieldLines(bool is_coloured) : is_coloured_(is_coloured) {}
+
+  // Begins an object.
+  void head(std::string_view title, std::string_view place);
+  // What the calls until now made.
+  std::string take() { return std::exchange(text_, {}); }
 
   void number(const char* name, int64_t value, const char* meaning) override;
   void real(const char* name, double value) override;
@@ -22,10 +35,14 @@ class FieldLines final : public FieldSink {
   void end() override;
 
  private:
-  void line(const char* name, std::string_view value);
+  enum class Colour { title, name, value, meaning };
 
+  void put(Colour colour, std::string_view text);
+  void line(const char* name, std::string_view value, std::string_view meaning = {});
+
+  const bool is_coloured_;
   std::string text_;
-  size_t depth_ = 0;
+  size_t depth_ = 1;
 };
 
 }  // namespace quillon::app

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <quillon/faces/field_sink.h>
@@ -17,9 +16,8 @@ namespace quillon::app {
 //   a descriptor      an object whose first member, "descriptor", is its name
 class JsonFields final : public FieldSink {
  public:
-  JsonFields() { writer_.StartObject(); }
-  // The object, after which the writer is as new.
-  std::string take();
+  // The object and a line end, after which the writer is as new. Good until the next call.
+  std::string_view take();
 
   void number(const char* name, int64_t value, const char* meaning) override;
   void real(const char* name, double value) override;
@@ -35,11 +33,13 @@ class JsonFields final : public FieldSink {
   enum class Level { record, list, descriptors };
 
   // The items of a list have no keys.
-  void key(const char* name);
+  void key(std::string_view name, std::string_view suffix = {});
   void string(std::string_view text);
+  void begin_level(Level level, char bracket);
 
-  rapidjson::StringBuffer buffer_;
-  rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
+  // Each value has a comma after it, in whose place the end of its level goes.
+  std::string line_ = "{";
+  std::string taken_;
   std::vector<Level> levels_ = {Level::record};
 };
 

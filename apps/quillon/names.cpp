@@ -1,14 +1,14 @@
-#include "apps/quillon/names.h"
-
 #include "apps/quillon/commands.h"
-#include "apps/quillon/output.h"
+#include "apps/quillon/failure.h"
+#include "apps/quillon/text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
-#include <iostream>
 #include <iterator>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include <quillon/platform/utf8.h>
@@ -48,43 +48,36 @@ std::optional<uint32_t> number(std::string_view text) {
   return value;
 }
 
-int complain(const std::string& text) {
-  std::cerr << "quillon: " << text << std::endl;
-  return exit_bad_input;
-}
-
-int finish() {
-  std::cout.flush();
-  return std::cout ? exit_ok : complain("standard output: can't be written");
-}
-
 }  // namespace
 
-int names(const std::string& kind_name, const std::optional<std::string>& id) {
+Exit names(const Options& options, Console& console) {
   const auto kind = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                 [&kind_name](const Kind& k) { return k.name == kind_name; });
+                                 [&options](const Kind& k) { return k.name == options.kind; });
   if (kind == std::end(kKinds)) {
     std::string known;
     for (const Kind& k : kKinds) known += (known.empty() ? "" : ", ") + std::string(k.name);
-    return complain("no registry is called " + kind_name + "; there are " + known);
+    console.message("no registry is called " + options.kind + "; there are " + known);
+    return exit_usage;
   }
-  const auto print = [&kind](uint32_t value, const char* name) {
-    std::cout << hex(value, kind->digits) << ' ' << platform::to_utf8(1252, name) << '\n';
+  const auto print = [&](uint32_t value, const char* name) {
+    console.print(hex(value, kind->digits) + ' ' + platform::to_utf8(1252, name) + '\n');
   };
-
-  if (!id) {
+  if (!options.id) {
     for (const registry_row& row : get_registry_rows(kind->registry))
       print(static_cast<uint32_t>(row.id), row.name);
-    return finish();
+    return exit_ok;
   }
-  const std::optional<uint32_t> value = number(*id);
-  if (!value) return complain(*id + " is no id");
+  const std::optional<uint32_t> value = number(*options.id);
+  if (!value) {
+    console.message(*options.id + " is no id: a number is wanted, as 11 or 0x0B00");
+    return exit_usage;
+  }
   init();
   const char* const name = kind->name_of(static_cast<int>(*value));
   if (std::strcmp(name, "<unknown>") == 0)
-    return complain(std::string(kind->name) + " " + hex(*value, kind->digits) + " is not registered");
+    throw Failure(std::string(kind->name) + " " + hex(*value, kind->digits) + " is not registered");
   print(*value, name);
-  return finish();
+  return exit_ok;
 }
 
 }  // namespace quillon::app

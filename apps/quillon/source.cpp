@@ -1,5 +1,6 @@
 #include "apps/quillon/source.h"
 
+#include "apps/quillon/datagrams.h"
 #include "apps/quillon/failure.h"
 #include "apps/quillon/open_file.h"
 #include "apps/quillon/stop.h"
@@ -19,7 +20,10 @@ OpenFile open_named(const std::string& name) {
       std::filesystem::is_directory(std::filesystem::path(std::u8string(name.begin(), name.end())), failed))
     throw Failure(name + ": is a folder; name the files in it");
   OpenFile file(name, failed);
-  if (failed == std::errc::no_such_file_or_directory) throw Failure(name_of(name) + ": not found");
+  if (failed == std::errc::no_such_file_or_directory)
+    throw Failure(name_of(name) + (name.find("://") == std::string::npos
+                                       ? ": not found"
+                                       : ": not found; addresses begin with udp:// or rtp://"));
   if (failed == std::errc::permission_denied)
     throw Failure(name_of(name) + ": may not be read: permission denied");
   if (failed) throw Failure(name_of(name) + ": can't be opened: " + failed.message());
@@ -108,6 +112,7 @@ class FileSource final : public Source {
 }  // namespace
 
 std::unique_ptr<Source> open_source(const std::string& input, bool follow) {
+  if (is_address(input)) return open_datagrams(input);
   return std::make_unique<FileSource>(input, follow);
 }
 

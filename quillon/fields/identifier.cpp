@@ -3,6 +3,7 @@
 
 #include <quillon/fields/identifier.h>
 #include <quillon/platform/or_empty.h>
+#include <quillon/report/internal/line.h>
 #include <quillon/sections/error.h>
 
 namespace quillon {
@@ -36,7 +37,8 @@ LengthPrefixedString::LengthPrefixedString(ByteView bytes, int, int& consumed)
 
 void LengthPrefixedString::dump_state(const char* label, std::ostream& stream) const {
   stream << label << "_length: " << length_ << std::endl;
-  stream << label << ": " << value_.c_str() << std::endl;
+  report::Line line(stream);
+  line.label(label, ": ", {}).add(value_.c_str()).end();
 }
 
 MultilingualNameInfo::MultilingualNameInfo(ByteView bytes, int available, int& consumed) {
@@ -51,7 +53,7 @@ MultilingualNameInfo::MultilingualNameInfo(ByteView bytes, int available, int& c
 void MultilingualNameInfo::_dump_state(std::ostream& stream) const {
   stream << "MultilingualNameInfo::ISO_639_language_code: " << language_code_ << std::endl;
   const bool is_utf8 = name_.get_reading() == Reading::standard;
-  stream << "MultilingualNameInfo::name: " << (is_utf8 ? name_.utf8().c_str() : name_.c_strA()) << std::endl;
+  report::line(stream, "MultilingualNameInfo::name: ", is_utf8 ? name_.utf8().c_str() : name_.c_strA());
 }
 
 }  // namespace quillon

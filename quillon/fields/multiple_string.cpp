@@ -4,6 +4,7 @@
 #include <quillon/fields/internal/atsc_text.h>
 #include <quillon/fields/multiple_string.h>
 #include <quillon/platform/utf8.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon {
 
@@ -183,7 +184,7 @@ void ATSCMultipleStringStructure::dump_state(std::ostream& stream) const {
 }
 
 void ATSCMultipleStringStructure::String::dump_state(std::ostream& stream) const {
-  stream << "iso639languagecode: " << iso639languagecode.c_strA() << std::endl;
+  report::line(stream, "iso639languagecode: ", iso639languagecode.c_strA());
   stream << "number_segments: " << number_segments << std::endl;
   for (const Segment& segment : segments) segment.dump_state(stream);
 }

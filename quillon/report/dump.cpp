@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include <quillon/report/dump.h>
+#include <quillon/report/internal/line.h>
 
 namespace quillon {
 
@@ -19,6 +20,11 @@ void dump_row(std::ostream& stream, const uint8_t* row, int size) {
 }
 
 }  // namespace
+
+std::ostream& texts_on_one_line(std::ostream& stream) {
+  stream.iword(report::on_one_line()) = 1;
+  return stream;
+}
 
 void dump_block(std::ostream& stream, const uint8_t* data, int size) {
   const int full = size / kRow * kRow;

@@ -13,6 +13,10 @@ namespace quillon {
 // `data` may be null.
 QUILLON_API void dump_block(std::ostream& stream, const uint8_t* data, int size);
 
+// For a stream whose lines people, or other programs, rely on: from then on control characters in the texts
+// of reports, line ends among them, are printed as "\n", "\r", "\t" or "\x1B".
+QUILLON_API std::ostream& texts_on_one_line(std::ostream& stream);
+
 namespace report {
 
 inline void block(std::ostream& stream, const std::vector<uint8_t>& bytes) {

@@ -18,6 +18,7 @@
 #include <quillon/platform/utf8.h>
 #include <quillon/sections/pat.h>
 #include <quillon/stream/internal/standard_parse.h>
+#include <quillon/stream/internal/stream_content.h>
 #include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/service_directory.h>
 #include <quillon/tables/cat.h>
@@ -72,6 +73,11 @@ std::vector<std::string> languages_of(const DvbLoop& loop) {
   return out;
 }
 
+const char* content_of(const ServiceStream& stream, const DvbLoop* loop) {
+  const char* const content = detail::stream_content(stream.stream_type, stream.format_identifier, loop);
+  return content ? content : stream.stream_type_text;
+}
+
 ServiceStream stream_of(const PmtDVB::ElementaryStream& row) {
   ServiceStream out;
   out.pid = row.get_elementary_pid();
@@ -81,6 +87,7 @@ ServiceStream stream_of(const PmtDVB::ElementaryStream& row) {
     out.format_identifier = registrations.front().get_format_identifier();
   if (const auto& identifiers = row.get_stream_identifier_descriptors(); !identifiers.empty())
     out.component_tag = identifiers.front().component_tag;
+  out.content = content_of(out, &row);
   out.languages = languages_of(row);
   out.ca = ca_streams(row);
   return out;
@@ -130,6 +137,7 @@ Service service_of(const VirtualChannel& channel, int transport_stream_id) {
       stream.pid = element.elementary_PID;
       stream.stream_type = element.stream_type;
       stream.stream_type_text = atsc_stream_type_text(stream);
+      stream.content = content_of(stream, nullptr);
       if (*element.language.c_strA()) stream.languages.emplace_back(element.language.c_strA());
       out.streams.push_back(std::move(stream));
     }

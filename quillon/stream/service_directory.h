@@ -23,7 +23,10 @@ struct CaStream {
 struct ServiceStream {
   int pid = 0;
   int stream_type = 0;
-  const char* stream_type_text = "";   // in the edition in force
+  const char* stream_type_text = "";  // in the edition in force
+  // "H.264 video", "AC-3 audio", "subtitles": what it carries, by its type and descriptors; stream_type_text
+  // where these do not say.
+  const char* content = "";
   uint32_t format_identifier = 0;      // of its registration; 0 without one
   int component_tag = -1;              // -1 without one
   std::vector<std::string> languages;  // ISO 639-2, of sound, subtitles and teletext, as they are sent

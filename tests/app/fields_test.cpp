@@ -19,11 +19,11 @@ namespace {
 std::string json_of(const auto& object) {
   app::JsonFields fields;
   object.walk(fields);
-  return fields.take();
+  return std::string(fields.take());
 }
 
 std::string lines_of(const auto& object) {
-  app::FieldLines lines;
+  app::FieldLines lines(false);
   object.walk(lines);
   return lines.take();
 }
@@ -82,7 +82,7 @@ void expect_whole(Walk walk) {
   app::JsonFields fields;
   walk(fields);
   rapidjson::Document document;
-  const std::string text = fields.take();
+  const std::string text(fields.take());
   document.Parse<rapidjson::kParseValidateEncodingFlag>(text.data(), text.size());
   ASSERT_FALSE(document.HasParseError()) << text;
   size_t values = 0, containers = 0;
@@ -116,7 +116,7 @@ TEST(JsonFields, AreInUtf8AndEscaped) {
   EXPECT_EQ(
       json_of(DescriptorShortEvent(view(bytes))),
       "{\"descriptor_id\":77,\"descriptor_id_meaning\":\"short_event_descriptor\",\"descriptor_length\":10,"
-      "\"language_code\":\"deu\",\"event_name\":\"a\\\"\\u0001\u00E9\",\"text\":\"b\"}");
+      "\"language_code\":\"deu\",\"event_name\":\"a\\\"\\u0001\u00E9\",\"text\":\"b\"}\n");
 }
 
 TEST(JsonFields, GiveTimesByIso8601AndNullForNone) {
@@ -131,19 +131,19 @@ TEST(JsonFields, GiveTimesByIso8601AndNullForNone) {
   fields.duration("a", Duration(duration));
   fields.duration("b", Duration(duration + 3));
   fields.real("c", 1.5);
-  EXPECT_EQ(fields.take(), "{\"a\":\"01:45:07\",\"b\":null,\"c\":1.5}");
-  EXPECT_EQ(fields.take(), "{}");
+  EXPECT_EQ(fields.take(), "{\"a\":\"01:45:07\",\"b\":null,\"c\":1.5}\n");
+  EXPECT_EQ(fields.take(), "{}\n");
 }
 
 TEST(FieldLines, AreIndentedAndSteerNoTerminal) {
   const Bytes bytes = descriptor(0x4D, joined({text("deu"), counted("a\x1B[2J\x9B"), counted("b")}));
   EXPECT_EQ(lines_of(DescriptorShortEvent(view(bytes))),
-            "descriptor_id: 77, short_event_descriptor\n"
-            "descriptor_length: 12\n"
-            "language_code: deu\n"
-            "event_name: a [2J\u203A\n"
-            "text: b\n");
-  app::FieldLines lines;
+            "  descriptor_id: 77 (short_event_descriptor)\n"
+            "  descriptor_length: 12\n"
+            "  language_code: \"deu\"\n"
+            "  event_name: \"a\\x1B[2J\u203A\"\n"
+            "  text: \"b\"\n");
+  app::FieldLines lines(false);
   lines.begin_list("rows", 1);
   lines.begin("row", "Row");
   const uint8_t data[] = {0x0A, 0xFF};
@@ -155,11 +155,11 @@ TEST(FieldLines, AreIndentedAndSteerNoTerminal) {
   lines.end();
   lines.number("count", -1, nullptr);
   EXPECT_EQ(lines.take(),
-            "rows: 1\n"
-            "  row:\n"
-            "    data: 0aff\n"
-            "    none:\n"
-            "    name: x y \n"
-            "    rate: 0.25\n"
-            "count: -1\n");
+            "  rows: 1\n"
+            "    row\n"
+            "      data: 0aff\n"
+            "      none: none\n"
+            "      name: \"x\\u0085y\\x7F\"\n"
+            "      rate: 0.25\n"
+            "  count: -1\n");
 }

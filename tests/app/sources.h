@@ -6,6 +6,9 @@
 #include "apps/quillon/source.h"
 #include "tests/support/bytes.h"
 
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/udp.hpp>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -58,7 +61,13 @@ class Sources : public testing::Test {
     return "none";
   }
 
+  // Of UDP, one that was free just now.
+  uint16_t free_port(const boost::asio::ip::address& address = boost::asio::ip::address_v4::loopback()) {
+    return boost::asio::ip::udp::socket(context_, {address, 0}).local_endpoint().port();
+  }
+
   std::filesystem::path folder_;
+  boost::asio::io_context context_;
 };
 
 }  // namespace quillon::test

@@ -27,3 +27,15 @@ run("${root}/bin/quillon" --version)
 if(NOT output STREQUAL "quillon ${VERSION}\n")
   message(FATAL_ERROR "the installed program says: ${output}")
 endif()
+
+# The manual and the completions, where those who read them look.
+foreach(file share/man/man1/quillon.1 share/bash-completion/completions/quillon share/zsh/site-functions/_quillon
+             share/fish/vendor_completions.d/quillon.fish)
+  if(NOT EXISTS "${root}/${file}")
+    message(FATAL_ERROR "${file} is not installed")
+  endif()
+  file(STRINGS "${root}/${file}" names REGEX "summary")
+  if(NOT names)
+    message(FATAL_ERROR "${file} names no command")
+  endif()
+endforeach()

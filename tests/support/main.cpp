@@ -57,6 +57,9 @@ void write_corpus(const fs::path& folder) {
 int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "");
   std::setlocale(LC_CTYPE, "C");  // the letters of reports
+#if defined(LC_MESSAGES)
+  std::setlocale(LC_MESSAGES, "C");  // the words of the system, as in the program, which sets no locale
+#endif
   if (argc == 3 && std::string_view(argv[1]) == "--write-corpus") {
     try {
       write_corpus(argv[2]);

@@ -29,7 +29,7 @@ void catch_stop_signals() {
   }
 }
 
-bool stop_requested() {
+bool is_interrupted() {
   return requested;
 }
 

@@ -24,7 +24,7 @@ void catch_stop_signals() {
   SetConsoleCtrlHandler(on_event, TRUE);
 }
 
-bool stop_requested() {
+bool is_interrupted() {
   return requested;
 }
 

@@ -1,5 +1,6 @@
 #include <quillon/descriptors/event/local_time_offset.h>
 #include <quillon/faces/internal/describe.h>
+#include <quillon/report/internal/line.h>
 #include <quillon/sections/internal/rows.h>
 
 namespace quillon {
@@ -18,7 +19,7 @@ QUILLON_XML_RECORD_FACES_OF(DescriptorLocalTimeOffset::LocalTime)
 // In decimal from the first line on, and the stream stays so.
 void DescriptorLocalTimeOffset::LocalTime::dump_state(std::ostream& stream) const {
   stream << std::dec;
-  stream << "country_code: " << country_code_.c_str() << std::endl;
+  report::line(stream, "country_code: ", country_code_.c_str());
   stream << "country_region_id: " << country_region_id_ << std::endl;
   stream << "local_time_offset_polarity: " << local_time_offset_polarity_ << std::endl;
   stream << "local_time_offset: " << local_time_offset_ << std::endl;

@@ -18,69 +18,11 @@ std::error_code last_error() {
   return {errno, std::generic_category()};
 }
 
-// A file that is written; closed and, while it has only a temporary name, removed by its destructor.
-class OutputFile {
- public:
-  OutputFile() = default;
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  ~OutputFile() {
-    if (handle_ >= 0) ::close(handle_);
-    if (!temporary_.empty()) ::unlink(temporary_.c_str());
-  }
-
-  std::error_code open(const fs::path& file) {
-    // Appending: standard output may be a file that others write to, at an offset of its own.
-    handle_ = ::open(file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
-    return handle_ < 0 ? last_error() : std::error_code();
-  }
-
-  std::error_code create_in(const fs::path& folder) {
-    static std::atomic<unsigned> number = 0;
-    do {
-      fs::path name = folder / (".quillon-" + std::to_string(getpid()) + "-" + std::to_string(++number));
-      handle_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-      if (handle_ >= 0) temporary_ = std::move(name);
-    } while (handle_ < 0 && errno == EEXIST);
-    return handle_ < 0 ? last_error() : std::error_code();
-  }
-
-  std::error_code take_after(const struct stat& old) {
-    // Only a superuser may give a file away, and only then can the owner be another.
-    if (::fchown(handle_, old.st_uid, old.st_gid) != 0 && errno != EPERM) return last_error();
-    return ::fchmod(handle_, old.st_mode & 0777) != 0 ? last_error() : std::error_code();
-  }
-
-  std::error_code write(std::string_view text) {
-    while (!text.empty()) {
-      const ssize_t written = ::write(handle_, text.data(), text.size());
-      if (written >= 0)
-        text.remove_prefix(static_cast<size_t>(written));
-      else if (errno != EINTR)
-        return last_error();
-    }
-    return {};
-  }
-
-  std::error_code close() {
-    const int handle = handle_;
-    handle_ = -1;
-    return ::close(handle) != 0 ? last_error() : std::error_code();
-  }
-
-  // The content is on the disk before the file gets the name, so that a power failure loses neither.
-  std::error_code move_to(const fs::path& file) {
-    if (::fsync(handle_) != 0) return last_error();
-    if (const std::error_code failed = close()) return failed;
-    if (::rename(temporary_.c_str(), file.c_str()) != 0) return last_error();
-    temporary_.clear();
-    return {};
-  }
-
- private:
-  int handle_ = -1;
-  fs::path temporary_;
-};
+std::error_code take_after(int file, const struct stat& old) {
+  // Only a superuser may give a file away, and only then can the owner be another.
+  if (::fchown(file, old.st_uid, old.st_gid) != 0 && errno != EPERM) return last_error();
+  return ::fchmod(file, old.st_mode & 0777) != 0 ? last_error() : std::error_code();
+}
 
 // Under /proc a link is an open file of some process, whatever it seems to lead to.
 bool is_open_file(const fs::path& resolved) {
@@ -101,13 +43,6 @@ std::error_code follow(fs::path& file) {
     file = folder / target;
   }
   return std::make_error_code(std::errc::too_many_symbolic_link_levels);
-}
-
-std::error_code write_directly(const fs::path& file, std::string_view text) {
-  OutputFile out;
-  if (const std::error_code failed = out.open(file)) return failed;
-  if (const std::error_code failed = out.write(text)) return failed;
-  return out.close();
 }
 
 }  // namespace
@@ -133,20 +68,64 @@ std::error_code InputFile::read(char* to, size_t size, size_t& got) {
   return {};
 }
 
-std::error_code write_whole(const fs::path& file, std::string_view text) {
+WholeFile::~WholeFile() {
+  if (handle_ >= 0) ::close(handle_);
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+std::error_code WholeFile::open(const fs::path& file) {
   struct stat old;
   const bool exists = ::stat(file.c_str(), &old) == 0;
   if (!exists && errno != ENOENT) return last_error();
-  if (exists && !S_ISREG(old.st_mode)) return write_directly(file, text);
-  fs::path target = file;
-  if (const std::error_code failed = follow(target)) return failed;
-  if (is_open_file(target)) return write_directly(file, text);
-  OutputFile out;
-  if (const std::error_code failed = out.create_in(target.parent_path())) return failed;
-  if (exists)
-    if (const std::error_code failed = out.take_after(old)) return failed;
-  if (const std::error_code failed = out.write(text)) return failed;
-  return out.move_to(target);
+  if (exists && !S_ISREG(old.st_mode)) return open_directly(file);
+  target_ = file;
+  if (const std::error_code failed = follow(target_)) return failed;
+  if (is_open_file(target_)) return open_directly(file);
+  if (const std::error_code failed = create_in(target_.parent_path())) return failed;
+  return exists ? take_after(handle_, old) : std::error_code();
+}
+
+std::error_code WholeFile::open_directly(const fs::path& file) {
+  // Appending: standard output may be a file that others write to, at an offset of its own.
+  handle_ = ::open(file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+  return handle_ < 0 ? last_error() : std::error_code();
+}
+
+std::error_code WholeFile::create_in(const fs::path& folder) {
+  static std::atomic<unsigned> number = 0;
+  do {
+    fs::path name = folder / (".quillon-" + std::to_string(getpid()) + "-" + std::to_string(++number));
+    handle_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (handle_ >= 0) temporary_ = std::move(name);
+  } while (handle_ < 0 && errno == EEXIST);
+  return handle_ < 0 ? last_error() : std::error_code();
+}
+
+std::error_code WholeFile::write(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(handle_, text.data(), text.size());
+    if (written >= 0)
+      text.remove_prefix(static_cast<size_t>(written));
+    else if (errno != EINTR)
+      return last_error();
+  }
+  return {};
+}
+
+// The content is on the disk before the file gets the name, so that a power failure loses neither.
+std::error_code WholeFile::finish() {
+  if (temporary_.empty()) return close();
+  if (::fsync(handle_) != 0) return last_error();
+  if (const std::error_code failed = close()) return failed;
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) return last_error();
+  temporary_.clear();
+  return {};
+}
+
+std::error_code WholeFile::close() {
+  const int handle = handle_;
+  handle_ = -1;
+  return ::close(handle) != 0 ? last_error() : std::error_code();
 }
 
 }  // namespace quillon::platform

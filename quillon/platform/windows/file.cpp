@@ -39,72 +39,6 @@ bool is_device(const fs::path& file) {
   return size < MAX_PATH && std::wstring_view(whole, size).substr(0, 4) == L"\\\\.\\";
 }
 
-// A file that is written; closed and, while it has only a temporary name, removed by its destructor.
-class OutputFile {
- public:
-  OutputFile() = default;
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  ~OutputFile() {
-    if (handle_ >= 0) ::_close(handle_);
-    if (!temporary_.empty()) ::_wunlink(temporary_.c_str());
-  }
-
-  std::error_code open(const fs::path& file) {
-    handle_ = ::_wopen(file.c_str(), _O_WRONLY | _O_APPEND | _O_BINARY | _O_NOINHERIT);
-    return handle_ < 0 ? last_error() : std::error_code();
-  }
-
-  std::error_code create_in(const fs::path& folder) {
-    static std::atomic<unsigned> number = 0;
-    do {
-      fs::path name =
-          folder / (".quillon-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number));
-      handle_ = ::_wopen(name.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
-                         _S_IREAD | _S_IWRITE);
-      if (handle_ >= 0) temporary_ = std::move(name);
-    } while (handle_ < 0 && errno == EEXIST);
-    return handle_ < 0 ? last_error() : std::error_code();
-  }
-
-  std::error_code write(std::string_view text) {
-    while (!text.empty()) {
-      const int written =
-          ::_write(handle_, text.data(), static_cast<unsigned>(std::min(text.size(), kPiece)));
-      if (written < 0) return last_error();
-      text.remove_prefix(static_cast<size_t>(written));
-    }
-    return {};
-  }
-
-  std::error_code close() {
-    const int handle = handle_;
-    handle_ = -1;
-    return ::_close(handle) != 0 ? last_error() : std::error_code();
-  }
-
-  // The content is on the disk before the file gets the name, so that a power failure loses neither.
-  std::error_code move_to(const fs::path& file) {
-    if (::_commit(handle_) != 0) return last_error();
-    if (const std::error_code failed = close()) return failed;
-    if (!MoveFileExW(temporary_.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-      return last_system_error();
-    temporary_.clear();
-    return {};
-  }
-
- private:
-  int handle_ = -1;
-  fs::path temporary_;
-};
-
-std::error_code write_directly(const fs::path& file, std::string_view text) {
-  OutputFile out;
-  if (const std::error_code failed = out.open(file)) return failed;
-  if (const std::error_code failed = out.write(text)) return failed;
-  return out.close();
-}
-
 }  // namespace
 
 InputFile::~InputFile() {
@@ -129,18 +63,62 @@ std::error_code InputFile::read(char* to, size_t size, size_t& got) {
   return {};
 }
 
-std::error_code write_whole(const fs::path& file, std::string_view text) {
+WholeFile::~WholeFile() {
+  if (handle_ >= 0) ::_close(handle_);
+  if (!temporary_.empty()) ::_wunlink(temporary_.c_str());
+}
+
+std::error_code WholeFile::open(const fs::path& file) {
   std::error_code failed;
   const fs::file_status status = fs::status(file, failed);
   if (status.type() == fs::file_type::directory) return std::make_error_code(std::errc::is_a_directory);
-  if (is_device(file) || (fs::exists(status) && !fs::is_regular_file(status)))
-    return write_directly(file, text);
-  fs::path target = fs::weakly_canonical(file, failed);
-  if (failed) target = file;
-  OutputFile out;
-  if (const std::error_code problem = out.create_in(target.parent_path())) return problem;
-  if (const std::error_code problem = out.write(text)) return problem;
-  return out.move_to(target);
+  if (is_device(file) || (fs::exists(status) && !fs::is_regular_file(status))) return open_directly(file);
+  target_ = fs::weakly_canonical(file, failed);
+  if (failed) target_ = file;
+  return create_in(target_.parent_path());
+}
+
+std::error_code WholeFile::open_directly(const fs::path& file) {
+  handle_ = ::_wopen(file.c_str(), _O_WRONLY | _O_APPEND | _O_BINARY | _O_NOINHERIT);
+  return handle_ < 0 ? last_error() : std::error_code();
+}
+
+std::error_code WholeFile::create_in(const fs::path& folder) {
+  static std::atomic<unsigned> number = 0;
+  do {
+    fs::path name =
+        folder / (".quillon-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number));
+    handle_ = ::_wopen(name.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
+                       _S_IREAD | _S_IWRITE);
+    if (handle_ >= 0) temporary_ = std::move(name);
+  } while (handle_ < 0 && errno == EEXIST);
+  return handle_ < 0 ? last_error() : std::error_code();
+}
+
+std::error_code WholeFile::write(std::string_view text) {
+  while (!text.empty()) {
+    const int written = ::_write(handle_, text.data(), static_cast<unsigned>(std::min(text.size(), kPiece)));
+    if (written < 0) return last_error();
+    text.remove_prefix(static_cast<size_t>(written));
+  }
+  return {};
+}
+
+// The content is on the disk before the file gets the name, so that a power failure loses neither.
+std::error_code WholeFile::finish() {
+  if (temporary_.empty()) return close();
+  if (::_commit(handle_) != 0) return last_error();
+  if (const std::error_code failed = close()) return failed;
+  if (!MoveFileExW(temporary_.c_str(), target_.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    return last_system_error();
+  temporary_.clear();
+  return {};
+}
+
+std::error_code WholeFile::close() {
+  const int handle = handle_;
+  handle_ = -1;
+  return ::_close(handle) != 0 ? last_error() : std::error_code();
 }
 
 }  // namespace quillon::platform

@@ -13,7 +13,34 @@ namespace {
 
 constexpr auto kBeyondBase = std::ios_base::showbase | std::ios_base::showpos;
 
+bool is_control(char c) {
+  return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
+std::string escaped(std::string_view text) {
+  constexpr std::string_view kNamed = "nrt";
+  constexpr std::string_view kControls = "\n\r\t";
+  std::string out;
+  for (const char c : text) {
+    const size_t named = kControls.find(c);
+    if (!is_control(c)) {
+      out += c;
+    } else if (named != kControls.npos) {
+      out.append("\\").append(1, kNamed[named]);
+    } else {
+      constexpr const char* kDigits = "0123456789ABCDEF";
+      out.append("\\x").append(1, kDigits[c >> 4]).append(1, kDigits[c & 0x0F]);
+    }
+  }
+  return out;
+}
+
 }  // namespace
+
+int on_one_line() {
+  static const int index = std::ios_base::xalloc();
+  return index;
+}
 
 Line::Line(std::ostream& stream)
     : stream_(stream),
@@ -32,6 +59,11 @@ Line& Line::label(std::string_view before, std::string_view name, std::string_vi
 }
 
 Line& Line::add(std::string_view text) {
+  const bool escapes = std::any_of(text.begin(), text.end(), is_control) && stream_.iword(on_one_line()) != 0;
+  return escapes ? add_as_is(escaped(text)) : add_as_is(text);
+}
+
+Line& Line::add_as_is(std::string_view text) {
   if (plain_)
     put(text);
   else

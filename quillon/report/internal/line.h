@@ -9,6 +9,9 @@
 
 namespace quillon::report {
 
+// Where a stream holds whether texts keep to their lines (texts_on_one_line).
+int on_one_line();
+
 // A line that is put together first and inserted at once, with the text that the stream's operators would
 // print part by part. Where the stream's state holds more than a base, the operators do print it.
 class Line {
@@ -30,6 +33,7 @@ class Line {
   void end();
 
  private:
+  Line& add_as_is(std::string_view text);
   void put(std::string_view text);
 
   std::ostream& stream_;

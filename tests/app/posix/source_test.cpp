@@ -95,6 +95,13 @@ TEST_F(Sources, SaysThatAFileMayNotBeRead) {
   EXPECT_EQ(failure_of(path("a.ts")), path("a.ts") + ": may not be read: permission denied");
 }
 
+TEST_F(Sources, SaysThatAnAddressIsNoneOfThisMachine) {
+  const std::string foreign = "udp://192.0.2.1:" + std::to_string(free_port());  // for examples, and nobody's
+  EXPECT_EQ(failure_of(foreign), foreign +
+                                     ": can't be bound: Cannot assign requested address; name an address of "
+                                     "this machine, or none for all");
+}
+
 // Each runs in a process of its own, as a request to stop is for good.
 class StopDeathTest : public Sources {
  protected:
@@ -120,6 +127,8 @@ TEST_F(StopDeathTest, EndsAWait) {
   for (int i = 0; i < 5; ++i) {
     EXPECT_EXIT(stop_while_reading(path("pipe"), false), testing::ExitedWithCode(0), "");
     EXPECT_EXIT(stop_while_reading(file, true), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(stop_while_reading("udp://127.0.0.1:" + std::to_string(free_port()), false),
+                testing::ExitedWithCode(0), "");
   }
 }
 

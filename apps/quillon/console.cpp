@@ -1,0 +1,109 @@
+#include "apps/quillon/console.h"
+
+#include "apps/quillon/failure.h"
+#include "apps/quillon/text.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace quillon::app {
+
+namespace {
+
+bool asks_for_colours() {
+  const char* const none = std::getenv("NO_COLOR");
+  const char* const terminal = std::getenv("TERM");
+  return (!none || !*none) && !(terminal && std::string_view(terminal) == "dumb");
+}
+
+void write_message(const std::string& line) {
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace
+
+Console::Console(bool verbose)
+    : verbose_(verbose),
+      is_terminal_(isatty(STDOUT_FILENO) != 0),
+      is_coloured_(is_terminal_ && asks_for_colours()),
+      shows_progress_(!is_terminal_ && isatty(STDERR_FILENO) != 0) {}
+
+Console::~Console() {
+  clear_progress();
+}
+
+void Console::print(std::string_view text) {
+  buffer_ += text;
+  if (buffer_.size() >= kBuffer) flush();
+}
+
+void Console::flush() {
+  const bool written = std::fwrite(buffer_.data(), 1, buffer_.size(), stdout) == buffer_.size();
+  buffer_.clear();
+  if (std::fflush(stdout) != 0 || !written) throw Failure("standard output: can't be written");
+}
+
+void Console::message(std::string_view text) {
+  clear_progress();
+  if (is_terminal_) flush();
+  write_message(visible(text) + '\n');
+}
+
+void Console::trouble(const std::string& input, const std::string& place, const std::string& what) {
+  const std::string name = input + ": " + what;
+  const bool is_known = kinds_.contains(name);
+  if (!is_known && kinds_.size() == kMostKinds && !verbose_) {
+    ++others_;
+    return;
+  }
+  if (verbose_ ? lines_++ < kMostLines : !is_known) {
+    if (!is_known && kinds_.size() < kMostKinds) kinds_[name];
+    message(input + ": " + place + ": " + what);
+    return;
+  }
+  if (verbose_) {
+    ++others_;
+    return;
+  }
+  Kind& kind = kinds_[name];
+  ++kind.unsaid;
+  kind.last_place = place;
+}
+
+void Console::sum_up_troubles() {
+  for (const auto& [name, kind] : kinds_)
+    if (kind.unsaid > 0)
+      message(name + ": " + grouped(kind.unsaid) + " more, the last in " + kind.last_place);
+  if (others_ > 0)
+    message(grouped(others_) +
+            (verbose_ ? " further messages" : " troubles of other kinds; --verbose tells them"));
+  kinds_.clear();
+  others_ = 0;
+}
+
+void Console::progress(uint64_t done, uint64_t total) {
+  constexpr uint64_t step = uint64_t{1} << 20;
+  if (!shows_progress_ || (done >= progress_at_ && done - progress_at_ < step)) return;
+  progress_at_ = done;
+  const Clock::time_point now = Clock::now();
+  const double seconds = std::chrono::duration<double>(now - begun_).count();
+  if (seconds < 1 || now - progress_time_ < std::chrono::milliseconds(200)) return;
+  progress_time_ = now;
+  progress_shown_ = true;
+  const double rate = static_cast<double>(done) / seconds;
+  char text[120];
+  int size =
+      std::snprintf(text, sizeof text, "\r%.1f MB, %.1f MB/s", static_cast<double>(done) / 1e6, rate / 1e6);
+  if (total > done)
+    size += std::snprintf(text + size, sizeof text - static_cast<size_t>(size), ", %.0f s to go",
+                          static_cast<double>(total - done) / rate);
+  write_message(std::string(text, static_cast<size_t>(size)) + "\033[K");
+}
+
+void Console::clear_progress() {
+  if (progress_shown_) write_message("\r\033[K");
+  progress_shown_ = false;
+}
+
+}  // namespace quillon::app

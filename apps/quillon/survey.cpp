@@ -1,0 +1,131 @@
+#include "apps/quillon/survey.h"
+
+#include "apps/quillon/text.h"
+
+#include <algorithm>
+
+#include <quillon/atsc/stt.h>
+#include <quillon/descriptors/service/names.h>
+#include <quillon/sections/error.h>
+#include <quillon/tables/nit.h>
+#include <quillon/tables/tdt.h>
+#include <quillon/tables/tot.h>
+
+namespace quillon::app {
+
+namespace {
+
+constexpr int kActualNetwork = 0x40;
+// GPS time began on 6 January 1980.
+constexpr std::chrono::sys_days kGpsEpoch = std::chrono::year(1980) / 1 / 6;
+
+template <class Values, class Value>
+void insert_once(Values& values, Value value) {
+  if (std::find(values.begin(), values.end(), value) == values.end()) values.push_back(value);
+}
+
+}  // namespace
+
+Survey::Survey(const Choice& choice) {
+  Choice sections = choice;
+  sections.services.clear();
+  if (!text_of(sections).empty()) all_ = std::make_unique<All>();
+}
+
+void Survey::learn(const Input& input, const StreamSection& section, bool is_wanted) {
+  if (section.has_crc && !section.crc_ok) return;
+  const double now = input.statistics.seconds();
+  if (all_) {
+    all_->collector.push(section);
+    all_->collector.advance(now);
+  }
+  if (!is_wanted) return;
+  collector.push(section);
+  collector.advance(now);
+}
+
+void Survey::push(const Input& input, const StreamSection& section) {
+  ++sections;
+  if (section.has_crc && !section.crc_ok) {
+    ++crc_errors[section.pid];
+    return;
+  }
+  schedule.push(section);
+  SeenTable& table = tables[TableId::of(section)];
+  const double now = input.statistics.seconds();
+  if (table.sections++ == 0) table.first = now;
+  table.last = now;
+  if (table.versions.empty() || table.versions.back() != section.version()) table.section_numbers.clear();
+  insert_once(table.versions, section.version());
+  table.last_section_number = section.last_section_number();
+  const auto at =
+      std::lower_bound(table.section_numbers.begin(), table.section_numbers.end(), section.section_number());
+  if (at == table.section_numbers.end() || *at != section.section_number())
+    table.section_numbers.insert(at, section.section_number());
+  if (!section.repeated) examine(input, section);
+}
+
+void Survey::examine(const Input& input, const StreamSection& section) {
+  const std::unique_ptr<AnyTable> table = AnyTable::for_table_id(section.table_id(), input.standard);
+  if (!table) return;
+  table->set_reading(Reading::standard);
+  const std::string title = table_title(section.table_id(), input.standard);
+  try {
+    table->Parse(section.bytes, section.size, false);
+  } catch (const error& e) {
+    ++refused[title + ": " + failure_text(e.what(), e.get_code())];
+    return;
+  }
+  for (const DescriptorFailure& failure : table->get_descriptor_failures())
+    ++refused[title + ", descriptor " + hex(static_cast<unsigned>(failure.tag), 2) + ": " +
+              failure_text(failure.text, failure.code)];
+  const auto set_time = [&](std::chrono::sys_seconds utc) {
+    time = utc;
+    time_at = input.statistics.seconds();
+  };
+  if (const Nit* const network = table->as<Nit>(); network && section.table_id() == kActualNetwork) {
+    for (const DescriptorNetworkName& name : network->get_network_name_descriptors())
+      network_name = name.get_network_name().utf8();
+  } else if (const Tdt* const clock = table->as<Tdt>()) {
+    if (clock->get_utc_time().is_defined()) set_time(clock->get_utc_time().get_time_point());
+  } else if (const Tot* const offset = table->as<Tot>()) {
+    if (offset->get_utc_time().is_defined()) set_time(offset->get_utc_time().get_time_point());
+  } else if (const AtscSTT* const system = table->as<AtscSTT>()) {
+    set_time(kGpsEpoch + std::chrono::seconds(static_cast<uint32_t>(system->system_time)) -
+             std::chrono::seconds(system->GPS_UTC_offset));
+  }
+}
+
+std::optional<std::chrono::sys_seconds> Survey::time_now(const Input& input) const {
+  if (!time) return std::nullopt;
+  return *time + std::chrono::seconds(static_cast<int64_t>(input.statistics.seconds() - time_at));
+}
+
+Exit Surveyor::run(Needs needs) {
+  needs.repeats = needs.statistics = true;
+  return read_inputs(options_, console_, *this, needs);
+}
+
+void Surveyor::begin(const Input&) {
+  survey_.emplace(options_.choice);
+}
+
+void Surveyor::end(const Input& input) {
+  if (options_.inputs.size() > 1) {
+    console_.print((is_first_ ? "" : "\n") + input.name + ":\n");
+    is_first_ = false;
+  }
+  print(input, *survey_);
+  console_.flush();
+}
+
+std::vector<const Service*> Surveyor::wanted_services(const Survey& survey) const {
+  std::vector<const Service*> out;
+  for (const Service* const service : survey.directory.services())
+    if (is_wanted(options_.choice, *service)) out.push_back(service);
+  if (out.empty() && !options_.choice.services.empty())
+    console_.message("no service is " + text_of(options_.choice));
+  return out;
+}
+
+}  // namespace quillon::app

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "apps/quillon/feed.h"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <quillon/stream/schedule_collector.h>
+#include <quillon/stream/service_directory.h>
+#include <quillon/stream/table_collector.h>
+
+namespace quillon::app {
+
+// A table as it was met, in all its versions.
+struct SeenTable {
+  uint64_t sections = 0;             // each time that one was sent
+  std::vector<int> section_numbers;  // of the version that came last, in order
+  int last_section_number = 0;
+  std::vector<int> versions;  // in the order in which they came first
+  double first = 0;           // seconds by the stream's clock
+  double last = 0;
+};
+
+// What one input is found to hold, of the sections that are wanted.
+struct Survey {
+  explicit Survey(const Choice& choice);
+  Survey(const Survey&) = delete;
+  Survey& operator=(const Survey&) = delete;
+
+  ServiceDirectory directory;
+  TableCollector collector{[this](const TableEvent& event) { directory.push(event); }};
+  ScheduleCollector schedule;
+  std::map<TableId, SeenTable> tables;
+  uint64_t sections = 0;                         // each time that one was sent
+  std::map<int, uint64_t> crc_errors;            // by PID
+  std::map<std::string, uint64_t> refused;       // sections, and descriptors, by table and reason
+  std::string network_name;                      // of the network table of the stream itself
+  std::optional<std::chrono::sys_seconds> time;  // UTC, that the stream stated last
+  double time_at = 0;                            // when it did, in seconds by the stream's clock
+
+  void learn(const Input& input, const StreamSection& section, bool is_wanted);
+  void push(const Input& input, const StreamSection& section);
+  // What the stream's time is at its end.
+  std::optional<std::chrono::sys_seconds> time_now(const Input& input) const;
+  // What services are called and what PIDs carry, also by sections that are not wanted.
+  const ServiceDirectory& all_services() const { return all_ ? all_->directory : directory; }
+
+ private:
+  struct All {
+    ServiceDirectory directory;
+    TableCollector collector{[this](const TableEvent& event) { directory.push(event); }};
+  };
+
+  void examine(const Input& input, const StreamSection& section);
+
+  std::unique_ptr<All> all_;  // where they are more than the wanted ones
+};
+
+// Makes a survey of each input.
+class Surveyor : public Receiver {
+ public:
+  Surveyor(const Options& options, Console& console) : options_(options), console_(console) {}
+
+  // `needs` beside what every survey needs.
+  Exit run(Needs needs = {});
+
+  void begin(const Input& input) override;
+  void learn(const Input& input, const StreamSection& section, bool is_wanted) override {
+    survey_->learn(input, section, is_wanted);
+  }
+  void section(const Input& input, const StreamSection& section) override { survey_->push(input, section); }
+  void end(const Input& input) override;
+
+ protected:
+  ~Surveyor() override = default;
+
+  // The input at its end.
+  virtual void print(const Input& input, const Survey& survey) = 0;
+  std::vector<const Service*> wanted_services(const Survey& survey) const;
+  // Of the input that is read.
+  const Survey& survey() const { return *survey_; }
+
+  const Options& options_;
+  Console& console_;
+
+ private:
+  std::optional<Survey> survey_;
+  bool is_first_ = true;
+};
+
+}  // namespace quillon::app

@@ -1,0 +1,73 @@
+#include "apps/quillon/target.h"
+
+#include "apps/quillon/failure.h"
+#include "apps/quillon/open_file.h"
+#include "apps/quillon/text.h"
+
+#include <filesystem>
+
+namespace quillon::app {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t kBuffer = size_t{1} << 20;
+
+}  // namespace
+
+fs::path path_of(const std::string& argument) {
+  return std::u8string(argument.begin(), argument.end());
+}
+
+namespace {
+
+// Whatever they are called; standard input may be a file, too. A pipe is not opened: its writer would see
+// that.
+bool is_same_file(const std::string& input, const std::string& output) {
+  std::error_code failed;
+  if (input != "-" && !fs::is_regular_file(path_of(input), failed)) return false;
+  if (!fs::is_regular_file(path_of(output), failed)) return false;
+  const OpenFile in(input, failed);
+  if (failed || !in.is_regular()) return false;
+  const OpenFile out(output, failed);
+  return !failed && in.identity() == out.identity();
+}
+
+}  // namespace
+
+void refuse_inputs(const Options& options, const std::string& file, const char* option) {
+  for (const std::string& input : options.inputs)
+    if (is_same_file(input, file))
+      throw Failure(visible(file) + ": is the input; name another file with " + option);
+}
+
+Target::Target(const Options& options, Console& console) : name_(options.output), console_(console) {
+  if (name_.empty() || name_ == "-") return;
+  refuse_inputs(options, name_, "-o");
+  file_ = std::make_unique<platform::WholeFile>();
+  check(file_->open(path_of(name_)));
+}
+
+void Target::write(std::string_view text) {
+  if (!file_) return console_.print(text);
+  buffer_ += text;
+  if (buffer_.size() >= kBuffer) flush();
+}
+
+void Target::flush() {
+  if (!file_) return console_.flush();
+  check(file_->write(buffer_));
+  buffer_.clear();
+}
+
+void Target::finish() {
+  flush();
+  if (file_) check(file_->finish());
+}
+
+void Target::check(std::error_code failed) const {
+  if (failed) throw Failure("can't write " + visible(name_) + ": " + failed.message());
+}
+
+}  // namespace quillon::app
