@@ -180,16 +180,25 @@ for (const input of inputs) {
     for (const colorScheme of ["light", "dark"]) {
       it(`has no violation that axe knows, ${colorScheme}`, async () => {
         const checked = await open(file, { colorScheme, bypassCSP: true });
-        // Some sections are open, and an event.
+        // The first section of each table is open, and an event; many of a kind tell no more than a few.
         await checked.page.evaluate(() => {
-          for (const group of [...document.querySelectorAll(".group")].slice(0, 4)) {
+          for (const group of document.querySelectorAll(".group")) {
             group.open = true;
-            group.querySelector(".section").open = true;
+            const [first, ...others] = group.querySelectorAll(".section");
+            for (const other of others) other.remove();
+            first.open = true;
+            for (const field of [...first.querySelectorAll("li")].slice(40)) field.remove();
+          }
+          for (const card of [...document.querySelectorAll(".card")].slice(20)) {
+            document.querySelector(`[popovertarget="${card.id}"]`).parentElement.remove();
+            card.remove();
           }
           document.querySelector(".card")?.showPopover();
         });
         await checked.page.evaluate(axe);
-        const result = await checked.page.evaluate(() => window.axe.run(document, { resultTypes: ["violations"] }));
+        // Colours are all that the other scheme changes.
+        const options = { resultTypes: ["violations"], ...(colorScheme === "dark" && { runOnly: ["color-contrast"] }) };
+        const result = await checked.page.evaluate((o) => window.axe.run(document, o), options);
         assert.deepEqual(
           result.violations.map((v) => [v.id, v.nodes.length, v.nodes[0].html.slice(0, 300), v.nodes[0].failureSummary]),
           []);

@@ -275,7 +275,8 @@ void write_notifications(Page& page) {
   for (const auto& [key, section] : sections) {
     page.out.element("h3", "Platform " + with_meaning(section["platform_id"]));
     write_descriptors(page.out, section);
-    Table table(page, "Targets of platform " + section["platform_id"].value, {"#", "Target", "Operation"});
+    Table table(page, "Targets of platform " + section["platform_id"].value,
+                {"#Pair", "Target", "Operation"});
     int count = 0;
     for (const Field& pair : section["targetoperationaldescriptors"].items)
       Table::Row(table)
