@@ -110,10 +110,11 @@ TEST_F(Program, LetsNoNameSteerAPage) {
   // In UTF-8, as the first byte says: a control character, a line end, an override of the direction.
   file("s.ts", stream_with("p",
                            "\x15"
-                           "a\x1B"
+                           "a\x1B\xC2\x9B"
                            "b\nc\xE2\x80\xAE"
                            "d"));
   const std::string page = run("html s.ts").out;
+  EXPECT_EQ(page.find('\x1B'), std::string::npos);
   EXPECT_EQ(page.find("\xC2\x9B"), std::string::npos);
   EXPECT_EQ(page.find("\xE2\x80\xAE"), std::string::npos);
   EXPECT_NE(page.find("\\u202Ed"), std::string::npos);

@@ -18,7 +18,7 @@ const browser = await chromium.launch({
   executablePath: process.env.QUILLON_BROWSER ?? "/usr/bin/chromium",
   args: ["--no-sandbox"],
 });
-const page = await browser.newPage({ viewport: { width: 1360, height: 1000 }, bypassCSP: true });
+const page = await browser.newPage({ viewport: { width: 1280, height: 1000 }, bypassCSP: true });
 await page.goto(pathToFileURL(file).href);
 // What people look at first: all but the tables of figures.
 await page.addStyleTag({
@@ -27,7 +27,7 @@ await page.addStyleTag({
     ".rates, .shares { display: block } .picture > svg { height: 14rem } .treemap { height: 19rem }",
 });
 const height = await page.evaluate(() => document.querySelector("#schedule").getBoundingClientRect().bottom + 16);
-await page.setViewportSize({ width: 1360, height: Math.ceil(height) });
+await page.setViewportSize({ width: 1280, height: Math.ceil(height) });
 const shot = await page.screenshot();
 const picture = await page.evaluate(async (data) => {
   const image = new Image();
@@ -37,7 +37,7 @@ const picture = await page.evaluate(async (data) => {
   canvas.width = image.width;
   canvas.height = image.height;
   canvas.getContext("2d").drawImage(image, 0, 0);
-  return canvas.toDataURL("image/webp", 0.8).split(",")[1];
+  return canvas.toDataURL("image/webp", 0.6).split(",")[1];
 }, shot.toString("base64"));
 writeFileSync(join(folder, "page.png"), shot);
 writeFileSync(join(root, "docs/page.webp"), Buffer.from(picture, "base64"));
