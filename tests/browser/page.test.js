@@ -218,6 +218,17 @@ for (const input of inputs) {
       }
     }
 
+    it("has room for names of 10,000 letters", async () => {
+      const narrow = await open(file, { viewport: { width: 400, height: 1000 } });
+      const width = await narrow.page.evaluate(() => {
+        for (const name of [...document.querySelectorAll("h1 bdi, dd bdi, th bdi, td bdi, .who bdi, .lines bdi")].slice(0, 60))
+          name.textContent = "W".repeat(10000);
+        return document.documentElement.scrollWidth;
+      });
+      assert.equal(width, 400);
+      await narrow.close();
+    });
+
     it("said nothing, and asked for nothing", () => {
       assert.deepEqual(opened.troubles, []);
     });

@@ -18,7 +18,9 @@ using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
 // Of those there are the ones nearest to now are shown.
-constexpr size_t kMostEvents = 3000;
+constexpr size_t kMostEvents = 2000;
+// What the texts of events may take.
+constexpr size_t kMostMarkup = size_t{1} << 20;
 
 struct Row {
   std::string number;
@@ -43,34 +45,6 @@ std::string title_of(const ScheduledEvent& event) {
 
 seconds length_of(const ScheduledEvent& event) {
   return event.duration.value_or(seconds(0));
-}
-
-std::vector<Row> rows_of(const Survey& survey) {
-  std::map<ServiceId, const Service*> known;
-  for (const Service* const service : survey.directory.services()) known.try_emplace(service->id(), service);
-  std::vector<Row> rows;
-  for (const ServiceId& service : survey.schedule.services()) {
-    std::vector<ScheduledEvent> events = survey.schedule.events(service);
-    if (events.empty()) continue;
-    const auto found = known.find(service);
-    if (found != known.end())
-      rows.push_back({number_of(*found->second), name_of(*found->second), std::move(events)});
-    else
-      rows.push_back({std::to_string(service.service_id), "", std::move(events)});
-  }
-  return rows;
-}
-
-// Of all events, the time of the one in the middle.
-std::optional<sys_seconds> middle_of(const std::vector<Row>& rows) {
-  std::vector<sys_seconds> starts;
-  for (const Row& row : rows)
-    for (const ScheduledEvent& event : row.events)
-      if (event.start) starts.push_back(*event.start);
-  if (starts.empty()) return std::nullopt;
-  const auto middle = starts.begin() + static_cast<std::ptrdiff_t>(starts.size() / 2);
-  std::nth_element(starts.begin(), middle, starts.end());
-  return *middle;
 }
 
 // What a time line can show: nine days around now, and the events nearest to it. Gives how many are left out.
@@ -100,6 +74,46 @@ size_t cut(std::vector<Row>& rows, sys_seconds now) {
   }
   std::erase_if(rows, [](const Row& row) { return row.events.empty(); });
   return all - left;
+}
+
+struct Rows {
+  std::vector<Row> rows;
+  size_t left_out = 0;
+};
+
+Rows rows_of(const Survey& survey, sys_seconds now) {
+  std::map<ServiceId, const Service*> known;
+  for (const Service* const service : survey.directory.services()) known.try_emplace(service->id(), service);
+  Rows out;
+  size_t held = 0;
+  for (const ServiceId& service : survey.schedule.services()) {
+    std::vector<ScheduledEvent> events = survey.schedule.events(service);
+    const auto found = known.find(service);
+    held += events.size();
+    if (found != known.end())
+      out.rows.push_back({number_of(*found->second), name_of(*found->second), std::move(events)});
+    else
+      out.rows.push_back({std::to_string(service.service_id), "", std::move(events)});
+    // Cut now and then, so that no more are held than a page needs.
+    if (held > 2 * kMostEvents) {
+      out.left_out += cut(out.rows, now);
+      held = kMostEvents;
+    }
+  }
+  out.left_out += cut(out.rows, now);
+  return out;
+}
+
+// Of all events, the time of the one in the middle.
+std::optional<sys_seconds> middle_of(const ScheduleCollector& schedule) {
+  std::vector<sys_seconds> starts;
+  for (const ServiceId& service : schedule.services())
+    for (const ScheduledEvent& event : schedule.events(service))
+      if (event.start) starts.push_back(*event.start);
+  if (starts.empty()) return std::nullopt;
+  const auto middle = starts.begin() + static_cast<std::ptrdiff_t>(starts.size() / 2);
+  std::nth_element(starts.begin(), middle, starts.end());
+  return *middle;
 }
 
 void write_texts(Markup& out, const ScheduledEvent& event) {
@@ -157,7 +171,10 @@ void write_card(Markup& out, const Row& row, const ScheduledEvent& event, const 
         out.begin("li").name(text.utf8()).end();
     out.end();
   }
-  write_texts(out, event);
+  if (out.size() < kMostMarkup)
+    write_texts(out, event);
+  else
+    out.element("p", {{"class", "note"}}, "The texts of this event are left out, as the page has many.");
   out.element("button", {{"type", "button"}, {"popovertarget", id}, {"popovertargetaction", "hide"}}, "Close")
       .end();
 }
@@ -165,11 +182,10 @@ void write_card(Markup& out, const Row& row, const ScheduledEvent& event, const 
 }  // namespace
 
 void write_schedule(Page& page) {
-  std::vector<Row> rows = rows_of(page.survey);
   const std::optional<sys_seconds> now = page.survey.time;
-  const std::optional<sys_seconds> middle = now ? now : middle_of(rows);
+  const std::optional<sys_seconds> middle = now ? now : middle_of(page.survey.schedule);
   if (!middle) return;
-  const size_t left_out = cut(rows, *middle);
+  const auto [rows, left_out] = rows_of(page.survey, *middle);
   if (rows.empty()) return;
 
   sys_seconds begin = sys_seconds::max();

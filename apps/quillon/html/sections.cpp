@@ -10,7 +10,7 @@ namespace quillon::app::html {
 namespace {
 
 // What the sections of an input may take of its page.
-constexpr size_t kMostMarkup = size_t{7} << 19;
+constexpr size_t kMostMarkup = size_t{3} << 20;
 
 void write_fields(Markup& out, const Field& of) {
   out.begin("ul");

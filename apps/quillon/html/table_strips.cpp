@@ -7,8 +7,8 @@ namespace quillon::app::html {
 namespace {
 
 constexpr size_t kMostStrips = 4096;
-constexpr size_t kMostGaps = 64;
-constexpr size_t kMostVersions = 64;
+constexpr size_t kMostGaps = 32;
+constexpr size_t kMostVersions = 32;
 // The clock is that of the last reference, which is up to 100 ms old.
 constexpr double kTolerance = 0.1;
 

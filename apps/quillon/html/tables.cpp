@@ -7,7 +7,7 @@ namespace quillon::app::html {
 
 namespace {
 
-constexpr size_t kMostRows = 400;
+constexpr size_t kMostRows = 300;
 
 std::string ids_of(const TableId& id) {
   std::string out = hex(static_cast<unsigned>(id.extension), 4);
