@@ -27,7 +27,7 @@ constexpr Look kLooks[] = {{"c-video", "Video"},
 // By the words of the directory for it.
 Carries kind_of(const ServiceStream& stream) {
   const std::string_view content = stream.content;
-  const auto has = [content](const char* word) { return content.find(word) != content.npos; };
+  const auto has = [content](const char* word) { return content.find(word) != std::string_view::npos; };
   if (has("video") || has("Video")) return Carries::video;
   if (has("audio") || has("Audio")) return Carries::audio;
   if (has("subtitles") || has("teletext")) return Carries::text;

@@ -90,7 +90,7 @@ std::string decimal(double value, int digits) {
       std::to_chars(std::begin(place), std::end(place), value, std::chars_format::fixed, digits);
   if (result != std::errc()) return "?";
   std::string_view text(place, static_cast<size_t>(end - place));
-  if (text.find('.') != text.npos) {
+  if (text.find('.') != std::string_view::npos) {
     text = text.substr(0, text.find_last_not_of('0') + 1);
     if (text.ends_with('.')) text.remove_suffix(1);
   }

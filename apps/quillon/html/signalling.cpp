@@ -103,7 +103,7 @@ void write_title(Markup& out, const std::string& id, const std::string& name) {
 }
 
 std::string text_of_hex(std::string_view digits) {
-  if (digits.find_first_not_of("0123456789abcdef") != digits.npos) return {};
+  if (digits.find_first_not_of("0123456789abcdef") != std::string_view::npos) return {};
   std::string out;
   for (size_t at = 0; at + 2 <= digits.size(); at += 2)
     out += static_cast<char>(std::stoi(std::string(digits.substr(at, 2)), nullptr, 16));

@@ -88,8 +88,10 @@ void write_tables(Page& page) {
     Table table(page, "Tables and how often they are sent",
                 {"Table", "PID", "Ids", "Versions", "#Sent", "#Mean", "#Longest", "#Asked for", "When"},
                 "strips");
-    for (const auto& [id, strip] : strips) {
+    for (const auto& entry : strips) {
       if (rows++ == kMostRows) break;
+      const TableId& id = entry.first;
+      const TableStrip& strip = entry.second;
       const bool is_timed = has_clock && strip.intervals > 0;
       const double asked = TableCollector::longest_interval(id);
       Table::Row(table)
