@@ -29,7 +29,7 @@ foreach(text style script)
 endforeach()
 file(WRITE ${MADE} "// Made from apps/quillon/html/page.css and page.js; changes belong there.
 
-#include \"apps/quillon/html/document.h\"
+#include \"apps/quillon/html/page_files.h\"
 
 namespace quillon::app::html {
 

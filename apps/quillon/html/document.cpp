@@ -1,5 +1,7 @@
 #include "apps/quillon/html/document.h"
 
+#include "apps/quillon/html/page_files.h"
+
 namespace quillon::app::html {
 
 std::string document_begin(std::string_view input) {

@@ -7,12 +7,6 @@
 
 namespace quillon::app::html {
 
-// The style sheet and the script of a document, as files beside this one have them, and what a browser is to
-// know the script by (Content Security Policy).
-extern const std::string_view kPageStyle;
-extern const std::string_view kPageScript;
-extern const std::string_view kPageScriptHash;
-
 std::string document_begin(std::string_view input);
 // One input.
 std::string article(Page& page);
