@@ -1,4 +1,4 @@
-"""Reading: where the bytes come from, and when."""
+"""ReadingName: where the bytes come from, and when."""
 
 from __future__ import annotations
 
@@ -9,7 +9,7 @@ from types import TracebackType
 from typing import Any, Protocol, Union
 
 from ._quillon import Reader, Section
-from ._types import Event, Reading, Service, ServiceId, Standard, Statistics
+from ._types import Event, ReadingName, Service, ServiceId, StandardName, Statistics
 
 Buffer = Union[bytes, bytearray, memoryview]
 
@@ -24,6 +24,7 @@ Source = Union[str, "os.PathLike[str]", Buffer, Readable, Iterable[Buffer]]
 
 _PIECE = 1 << 18
 _LOOK_AHEAD = 64 << 20
+_END: Any = object()
 
 
 class Stream:
@@ -39,19 +40,18 @@ class Stream:
         self._prepare: Callable[[], None] | None = None
         self._pieces: Iterator[Buffer] = iter(())
         self._ready: Iterator[Section] = iter(())
+        self._next_chunk: Callable[[], Any] = lambda: _END
         self._ended = False
         if isinstance(source, (str, os.PathLike)):
             self._file = builtins.open(source, "rb", buffering=0)
             self._take_file(self._file)
         elif (view := _view_of(source)) is not None:
-            self._next_chunk: Callable[[], Buffer | None] = lambda: None
-            self._pieces = _pieces_of(view)
-            self._prepare = lambda: self._look_ahead(_pieces_of(view[:_LOOK_AHEAD]))
+            self._take_bytes(view)
         elif hasattr(source, "read"):
             self._take_file(source)
         elif isinstance(source, Iterable):
             chunks = iter(source)
-            self._next_chunk = lambda: next(chunks, None)
+            self._next_chunk = lambda: next(chunks, _END)
         else:
             raise TypeError(
                 f"a stream can't be read from {type(source).__name__}: "
@@ -97,7 +97,7 @@ class Stream:
             return self
 
     @property
-    def standard(self) -> Standard:
+    def standard(self) -> StandardName:
         """Whose tables the stream holds, as far as is known: "dvb" or "atsc"."""
         return self._reader.standard
 
@@ -124,7 +124,7 @@ class Stream:
         for piece in self._pieces:
             return self._reader._feed(piece, wanted)
         chunk = self._next_chunk()
-        if chunk is None:
+        if chunk is _END:
             self.close()
             return self._reader._finish(wanted)
         view = memoryview(chunk)
@@ -134,23 +134,27 @@ class Stream:
         self._pieces = _pieces_of(view.cast("B"))
         return []
 
-    def _look_ahead(self, pieces: Iterable[Buffer]) -> None:
-        for piece in pieces:
-            self._reader._look_ahead(piece)
+    def _take_bytes(self, view: memoryview) -> None:
+        def look_ahead() -> None:
+            for piece in _pieces_of(view[:_LOOK_AHEAD]):
+                self._reader._look_ahead(piece)
+
+        self._pieces = _pieces_of(view)
+        self._prepare = look_ahead
 
     def _take_file(self, file: Any) -> None:
         # A buffered reader would wait for whole pieces, where a pipe has a few bytes.
         read = getattr(file, "read1", file.read)
 
-        def next_chunk() -> bytes | None:
-            chunk: bytes | None = read(_PIECE)
+        def next_chunk() -> Any:
+            chunk = read(_PIECE)
             if chunk is None:
                 raise BlockingIOError("the file has no bytes yet and does not wait for them; make it blocking")
-            return chunk or None
+            return chunk or _END
 
         def look_ahead() -> None:
             start = file.tell()
-            while file.tell() - start < _LOOK_AHEAD and (chunk := next_chunk()) is not None:
+            while file.tell() - start < _LOOK_AHEAD and (chunk := next_chunk()) is not _END:
                 self._reader._look_ahead(chunk)
             file.seek(start)
 
@@ -178,8 +182,8 @@ def open(
     tables: Iterable[int | str] = (),
     repeats: bool = False,
     every_pid: bool = False,
-    standard: Standard | None = None,
-    reading: Reading = "standard",
+    standard: StandardName | None = None,
+    reading: ReadingName = "standard",
 ) -> Stream:
     """Opens a transport stream, or a chain of bare sections, for reading.
 

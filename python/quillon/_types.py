@@ -6,8 +6,8 @@ import datetime
 from dataclasses import dataclass
 from typing import Any, Literal, NamedTuple
 
-Standard = Literal["dvb", "atsc"]
-Reading = Literal["standard", "kept"]
+StandardName = Literal["dvb", "atsc"]
+ReadingName = Literal["standard", "kept"]
 
 
 class Error(Exception):

@@ -18,6 +18,8 @@ namespace {
 
 // What holds no packets or sections for so long has none: a device may give zeros for ever.
 constexpr uint64_t kPatience = uint64_t{64} << 20;
+// In fewer bytes than three packets of the largest stride, a section in a packet may look like one without.
+constexpr size_t kFirstLook = 3 * 208;
 constexpr char kNothing[] = "the input holds no transport packets, nor sections";
 
 // -1 is what is not known.
@@ -211,7 +213,7 @@ template <class OnPacket, class OnSection>
 void Cutter::push(std::span<const uint8_t> bytes, OnPacket on_packet, OnSection on_section) {
   if (content_ != app::Content::unknown) return cut(bytes, on_packet, on_section);
   first_.insert(first_.end(), bytes.begin(), bytes.end());
-  if (first_.size() < next_look_) return;
+  if (first_.size() < std::max(next_look_, kFirstLook)) return;
   // Not at each of many small pieces, as a look goes through all of them.
   next_look_ = first_.size() + first_.size() / 4 + 1;
   content_ = app::content_of(first_);
