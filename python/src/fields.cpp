@@ -3,10 +3,10 @@
 #include "apps/quillon/text.h"
 
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <datetime.h>
 #include <string>
-#include <unordered_map>
 
 #include <quillon/fields/time.h>
 
@@ -48,24 +48,49 @@ PyObject* new_datetime(int year, int month, int day, int hour, int minute, int s
                                       api.DateTimeType);
 }
 
-// Names live as long as the program, and so do their strings: each is made once.
-struct Keys {
-  PyObject* name;
-  PyObject* meaning = nullptr;
-};
-
-Keys& keys_of(const char* name) {
-  static auto& known = *new std::unordered_map<const char*, Keys>;
-  const auto found = known.find(name);
-  if (found != known.end()) return found->second;
-  return known.emplace(name, Keys{checked(PyUnicode_InternFromString(name))}).first->second;
+// A place for each of many texts, by where it is; those that share one take turns.
+template <class Entry, size_t bits>
+Entry& place_of(const char* text) {
+  static Entry entries[size_t{1} << bits];
+  const uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(text)) * 0x9E3779B97F4A7C15;
+  return entries[mixed >> (64 - bits)];
 }
 
-PyObject* meaning_key(const char* name) {
-  Keys& keys = keys_of(name);
-  if (!keys.meaning)
-    keys.meaning = checked(PyUnicode_InternFromString((std::string(name) + "_meaning").c_str()));
-  return keys.meaning;
+// The keys of a field, by its name, which is where it is as long as the program runs.
+struct Keys {
+  const char* name = nullptr;
+  PyObject* key = nullptr;
+  PyObject* meaning_key = nullptr;
+};
+
+const Keys& keys_of(const char* name) {
+  Keys& keys = place_of<Keys, 12>(name);
+  if (keys.name != name) {
+    auto key = py::reinterpret_steal<py::object>(checked(PyUnicode_InternFromString(name)));
+    PyObject* const meaning_key =
+        checked(PyUnicode_InternFromString((std::string(name) + "_meaning").c_str()));
+    Py_XDECREF(keys.key);
+    Py_XDECREF(keys.meaning_key);
+    keys = {name, key.release().ptr(), meaning_key};
+  }
+  return keys;
+}
+
+// A meaning as a string. Few are met often, and most of them at the same place; but what is there may change.
+PyObject* new_meaning(const char* meaning) {
+  struct Meaning {
+    PyObject* string = nullptr;
+    const char* text = "";
+  };
+  Meaning& last = place_of<Meaning, 10>(meaning);
+  if (!last.string || std::strcmp(last.text, meaning) != 0) {
+    auto string = py::reinterpret_steal<py::object>(checked(new_str(meaning)));
+    const char* const text = PyUnicode_AsUTF8(string.ptr());
+    if (!text) throw py::error_already_set();
+    Py_XDECREF(last.string);
+    last = {string.release().ptr(), text};
+  }
+  return Py_NewRef(last.string);
 }
 
 void set(PyObject* dict, PyObject* key, PyObject* value) {
@@ -103,7 +128,7 @@ void DictFields::put(const char* name, PyObject* value) {
   const auto owned = py::reinterpret_steal<py::object>(checked(value));
   const Level& level = levels_.back();
   if (level.kind == Kind::record)
-    set(level.container, keys_of(name).name, value);
+    set(level.container, keys_of(name).key, value);
   else if (PyList_Append(level.container, value) != 0)
     throw py::error_already_set();
 }
@@ -111,7 +136,8 @@ void DictFields::put(const char* name, PyObject* value) {
 void DictFields::number(const char* name, int64_t value, const char* meaning) {
   put(name, PyLong_FromLongLong(value));
   if (!meaning || levels_.back().kind != Kind::record) return;
-  set(levels_.back().container, meaning_key(name), to_str(meaning).ptr());
+  const auto text = py::reinterpret_steal<py::object>(new_meaning(meaning));
+  set(levels_.back().container, keys_of(name).meaning_key, text.ptr());
 }
 
 void DictFields::real(const char* name, double value) {
@@ -144,7 +170,9 @@ void DictFields::begin_level(const char* name, PyObject* container, Kind kind) {
 void DictFields::begin(const char* name, const char*) {
   const bool is_descriptor = levels_.back().kind == Kind::descriptors;
   begin_level(name, PyDict_New(), Kind::record);
-  if (is_descriptor) set(levels_.back().container, keys_of("descriptor").name, keys_of(name).name);
+  if (!is_descriptor) return;
+  const auto title = py::reinterpret_borrow<py::object>(keys_of(name).key);
+  set(levels_.back().container, keys_of("descriptor").key, title.ptr());
 }
 
 void DictFields::begin_list(const char* name, size_t) {

@@ -6,6 +6,7 @@ import io
 import os
 import pickle
 import random
+import re
 import resource
 import subprocess
 import sys
@@ -703,6 +704,26 @@ def test_the_stub_has_what_the_module_has() -> None:
 
 def test_version() -> None:
     assert quillon.__version__.count(".") == 2
+
+
+def test_what_the_readme_shows(
+    sample: Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
+) -> None:
+    class Connection:
+        chunks = [sample.read_bytes(), b""]
+
+        def recv(self, size: int) -> bytes:
+            return self.chunks.pop(0)
+
+    monkeypatch.chdir(TOP)
+    text = (TOP / "python" / "README.md").read_text(encoding="utf-8")
+    code = re.findall(r"^```python\n(.*?)^```", text, re.MULTILINE | re.DOTALL)
+    assert len(code) == 4
+    exec("\n".join(code), {"connection": Connection(), "data": sample.read_bytes()})
+    out = capsys.readouterr().out
+    assert "4097 Quill One ['H.264 video', 'AAC audio'" in out
+    assert "2026-11-22 00:00:00+00:00 The Lamplighter" in out
+    assert out.count("<quillon.Section eit") == 2 * len(list(quillon.open(sample, tables=["eit"])))
 
 
 def test_example_rates(sample: Path, tmp_path: Path) -> None:
