@@ -46,6 +46,17 @@ std::string name_of(const Service& service) {
   return service.name.empty() ? "program " + std::to_string(service.service_id) : service.name;
 }
 
+const char* running_text(int running_status) {
+  constexpr const char* texts[] = {"undefined", "not running", "starts in a few seconds",
+                                   "pausing",   "running",     "off-air"};
+  return running_status >= 0 && running_status < 6 ? texts[running_status] : nullptr;
+}
+
+const char* running_remark(int running_status) {
+  const char* const text = running_status == 0 ? nullptr : running_text(running_status);
+  return text ? text : "";
+}
+
 std::string text_of(const ServiceStream& stream) {
   std::string out = stream.content;
   if (!stream.languages.empty()) out += " (" + joined(stream.languages, ", ") + ")";

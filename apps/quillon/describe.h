@@ -15,6 +15,10 @@ namespace quillon::app {
 std::string number_of(const Service& service);
 // "Café Radio", or "program 4097".
 std::string name_of(const Service& service);
+// "running" (EN 300 468, table 6); null of what is reserved or not known.
+const char* running_text(int running_status);
+// The same, but empty where it says nothing.
+const char* running_remark(int running_status);
 // "AAC audio (fre, eng)"
 std::string text_of(const ServiceStream& stream);
 // "H.264 video, 2 x AAC audio (eng)"

@@ -1,6 +1,7 @@
 #include "apps/quillon/service_watch.h"
 
 #include "apps/quillon/choice.h"
+#include "apps/quillon/describe.h"
 #include "apps/quillon/text.h"
 
 #include <string>
@@ -26,13 +27,6 @@ std::string label_of(const Service& service) {
   return out;
 }
 
-// EN 300 468, table 6.
-const char* status_text(int running_status) {
-  constexpr const char* texts[] = {"undefined", "not running", "starts in a few seconds",
-                                   "pausing",   "running",     "off-air"};
-  return running_status >= 0 && running_status < 6 ? texts[running_status] : nullptr;
-}
-
 std::string number_text(int number) {
   return number < 0 ? "unknown" : std::to_string(number);
 }
@@ -41,8 +35,8 @@ std::string pid_text(int pid) {
   return pid < 0 ? "unknown" : hex(static_cast<unsigned>(pid), 4);
 }
 
-std::string running_text(int status) {
-  const char* const text = status_text(status);
+std::string running_or_number(int status) {
+  const char* const text = running_text(status);
   return text ? text : number_text(status);
 }
 
@@ -98,7 +92,7 @@ class Changes {
     if (old_.name != now_.name) sink.text("name", "name", old_.name, now_.name);
     if (old_.provider != now_.provider) sink.text("provider", "provider", old_.provider, now_.provider);
     number("service_type", "type", &Service::service_type);
-    number("running_status", "status", &Service::running_status, running_text);
+    number("running_status", "status", &Service::running_status, running_or_number);
     number("free_ca_mode", "scrambled", &Service::free_ca_mode, scrambled_text);
     number("eit_schedule_flag", "schedule of events", &Service::eit_schedule_flag);
     number("eit_present_following_flag", "present and following event", &Service::eit_present_following_flag);
@@ -234,7 +228,7 @@ void ServiceWatch::tell_new(Known& known) {
   const auto text = [&] {
     std::string out = label_of(service) + ": new";
     if (*service.service_type_text) out += std::string(", ") + visible(service.service_type_text);
-    if (service.running_status > 0) out.append(", ").append(running_text(service.running_status));
+    if (service.running_status > 0) out.append(", ").append(running_or_number(service.running_status));
     if (service.free_ca_mode > 0) out += ", scrambled";
     if (!service.streams.empty()) out += ", streams " + hex_list(pids_of(service.streams));
     return out;
@@ -243,7 +237,7 @@ void ServiceWatch::tell_new(Known& known) {
     add_ids(fields, service);
     fields.text("provider", service.provider);
     add_known(fields, "service_type", service.service_type, service.service_type_text);
-    add_known(fields, "running_status", service.running_status, status_text(service.running_status));
+    add_known(fields, "running_status", service.running_status, running_text(service.running_status));
     add_known(fields, "free_ca_mode", service.free_ca_mode);
     add_known(fields, "map_pid", service.map_pid);
     add_known(fields, "pcr_pid", service.pcr_pid);

@@ -11,11 +11,6 @@ namespace quillon::app {
 
 namespace {
 
-const char* running_text(int status) {
-  constexpr const char* texts[] = {"", "not running", "starts soon", "pausing", "running", "off air"};
-  return status >= 0 && status < 6 ? texts[status] : "";
-}
-
 class Services final : public Surveyor {
  public:
   using Surveyor::Surveyor;
@@ -34,7 +29,7 @@ class Services final : public Surveyor {
     std::string type = service.service_type_text;
     std::replace(type.begin(), type.end(), '_', ' ');
     add(type);
-    add(running_text(service.running_status));
+    add(running_remark(service.running_status));
     if (service.free_ca_mode == 1) add("scrambled");
     if (service.hidden == 1) add("hidden");
     if (!service.is_actual)

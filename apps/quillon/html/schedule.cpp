@@ -28,11 +28,6 @@ struct Row {
   std::vector<ScheduledEvent> events;
 };
 
-const char* running_text(int status) {
-  constexpr const char* kTexts[] = {"", "not running", "starts in a few seconds", "pausing", "running"};
-  return status >= 0 && status < 5 ? kTexts[status] : "";
-}
-
 std::string clock_text(sys_seconds time) {
   return day_and_time(time, false).substr(11);
 }
@@ -148,7 +143,7 @@ void write_card(Markup& out, const Row& row, const ScheduledEvent& event, const 
       .name(row.name)
       .text(", " + day_and_time(*event.start, false) + " to " + clock_text(*event.start + length_of(event)) +
             " UTC, " + length_text(length_of(event)));
-  if (const char* const running = running_text(event.running_status); *running)
+  if (const char* const running = running_remark(event.running_status); *running)
     out.text(std::string(", ") + running);
   if (event.free_ca_mode > 0) out.text(", scrambled");
   out.text(", event " + std::to_string(event.event_id)).end();
@@ -251,7 +246,7 @@ void write_schedule(Page& page) {
           .end()
           .element("small",
                    clock_text(*event.start) + (event.running_status > 1
-                                                   ? std::string(" ") + running_text(event.running_status)
+                                                   ? std::string(" ") + running_remark(event.running_status)
                                                    : std::string()))
           .end()
           .end();

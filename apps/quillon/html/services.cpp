@@ -8,12 +8,6 @@ namespace quillon::app::html {
 
 namespace {
 
-const char* running_text(int status) {
-  constexpr const char* kTexts[] = {"",        "not running", "starts in a few seconds",
-                                    "pausing", "running",     "off the air"};
-  return status >= 0 && status < 6 ? kTexts[status] : "";
-}
-
 void write_streams(Markup& out, const Service& service) {
   if (service.streams.empty()) return;
   out.begin("ul", {{"class", "streams"}});
@@ -35,7 +29,7 @@ void write_list(Page& page, const std::vector<const Service*>& services, const c
                 "services");
     for (size_t i = 0; i < services.size() && i < most; ++i) {
       const Service& service = *services[i];
-      std::string state = running_text(service.running_status);
+      std::string state = running_remark(service.running_status);
       if (service.hidden > 0) state += state.empty() ? "hidden" : ", hidden";
       if (service.free_ca_mode > 0) state += state.empty() ? "access controlled" : ", access controlled";
       Table::Row(table)
