@@ -67,7 +67,11 @@ class Golden : public Program {
   }
 
   // In the folder of the test, so that messages have names that are the same everywhere.
-  void bring(const fs::path& stream) { fs::copy_file(stream, folder_ / stream.filename()); }
+  // Windows does not remove what may not be written.
+  void bring(const fs::path& stream) {
+    fs::copy_file(stream, folder_ / stream.filename());
+    fs::permissions(folder_ / stream.filename(), fs::perms::owner_write, fs::perm_options::add);
+  }
 
   // A line a command: its exit code, and what it prints.
   std::string digests(const std::string& stream) {
