@@ -67,6 +67,7 @@ std::string text_of(const std::vector<CaStream>& ca) {
   std::set<int> systems;
   for (const CaStream& stream : ca) systems.insert(stream.ca_system_id);
   std::vector<std::string> parts;
+  parts.reserve(systems.size());
   for (const int system : systems)
     parts.push_back(hex(static_cast<unsigned>(system), 4) + " " +
                     platform::to_utf8(1252, get_ca_system_id(system)));
@@ -82,6 +83,7 @@ std::string text_of(const std::vector<ServiceStream>& streams) {
     same == counts.end() ? void(counts.emplace_back(text, 1)) : void(++same->second);
   }
   std::vector<std::string> parts;
+  parts.reserve(counts.size());
   for (const auto& [text, count] : counts)
     parts.push_back(count == 1 ? text : std::to_string(count) + " x " + text);
   return joined(parts, ", ");

@@ -167,8 +167,7 @@ class Feed {
       packets.feed(piece.data(), piece.size());
       push();
       came(piece.size());
-      if (packets.packets() == 0 && input_.bytes >= kPatience) return false;
-      return true;
+      return packets.packets() > 0 || input_.bytes < kPatience;
     });
     packets.finish();
     push();

@@ -39,7 +39,7 @@ void append_escaped(std::string& line, char c) {
   constexpr std::string_view controls = "\b\f\n\r\t";
   constexpr std::string_view letters = "bfnrt";
   line += '\\';
-  if (const size_t named = controls.find(c); named != controls.npos) {
+  if (const size_t named = controls.find(c); named != std::string_view::npos) {
     line += letters[named];
   } else if (static_cast<unsigned char>(c) < 0x20) {
     line += "u00";

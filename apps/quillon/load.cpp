@@ -68,7 +68,8 @@ class Loader {
       ++number;
       if (what.empty()) continue;
       failed = true;
-      console_.trouble(name, "element " + std::to_string(number), element + ": " + what);
+      console_.trouble(name, "element " + std::to_string(number),
+                       std::string(element).append(": ").append(what));
     }
     if (failed) console_.message(name + ": some tables could not be loaded");
     return !failed;

@@ -48,7 +48,7 @@ bool takes_files(const CommandRow& command) {
 }  // namespace
 
 std::string manual_page() {
-  std::string out = ".TH QUILLON 1 \"\" \"quillon " + std::string(version()) + "\" \"User Commands\"\n";
+  std::string out = R"(.TH QUILLON 1 "" "quillon )" + std::string(version()) + "\" \"User Commands\"\n";
   out += ".SH NAME\nquillon \\- what an MPEG\\-2 transport stream says of itself, table by table\n";
   out += ".SH SYNOPSIS\n";
   for (const CommandRow& row : command_rows())

@@ -46,12 +46,14 @@ std::string scrambled_text(int mode) {
 
 std::vector<int> pids_of(const std::vector<ServiceStream>& streams) {
   std::vector<int> out;
+  out.reserve(streams.size());
   for (const ServiceStream& stream : streams) out.push_back(stream.pid);
   return out;
 }
 
 std::vector<int> systems_of(const std::vector<CaStream>& streams) {
   std::vector<int> out;
+  out.reserve(streams.size());
   for (const CaStream& stream : streams) out.push_back(stream.ca_system_id);
   return out;
 }

@@ -83,14 +83,14 @@ void Survey::examine(const Input& input, const StreamSection& section) {
     time = utc;
     time_at = input.statistics.seconds();
   };
-  if (const Nit* const network = table->as<Nit>(); network && section.table_id() == kActualNetwork) {
+  if (const auto* const network = table->as<Nit>(); network && section.table_id() == kActualNetwork) {
     for (const DescriptorNetworkName& name : network->get_network_name_descriptors())
       network_name = name.get_network_name().utf8();
-  } else if (const Tdt* const clock = table->as<Tdt>()) {
+  } else if (const auto* const clock = table->as<Tdt>()) {
     if (clock->get_utc_time().is_defined()) set_time(clock->get_utc_time().get_time_point());
-  } else if (const Tot* const offset = table->as<Tot>()) {
+  } else if (const auto* const offset = table->as<Tot>()) {
     if (offset->get_utc_time().is_defined()) set_time(offset->get_utc_time().get_time_point());
-  } else if (const AtscSTT* const system = table->as<AtscSTT>()) {
+  } else if (const auto* const system = table->as<AtscSTT>()) {
     set_time(kGpsEpoch + std::chrono::seconds(static_cast<uint32_t>(system->system_time)) -
              std::chrono::seconds(system->GPS_UTC_offset));
   }

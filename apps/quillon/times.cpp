@@ -18,7 +18,7 @@ std::optional<int> take(std::string_view& text, size_t digits, std::string_view 
   const auto [end, result] = std::from_chars(text.data(), text.data() + digits, value);
   if (result != std::errc() || end != text.data() + digits) return std::nullopt;
   text.remove_prefix(digits);
-  if (!text.empty() && separators.find(text.front()) != separators.npos) text.remove_prefix(1);
+  if (!text.empty() && separators.find(text.front()) != std::string_view::npos) text.remove_prefix(1);
   return value;
 }
 

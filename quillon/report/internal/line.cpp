@@ -25,7 +25,7 @@ std::string escaped(std::string_view text) {
     const size_t named = kControls.find(c);
     if (!is_control(c)) {
       out += c;
-    } else if (named != kControls.npos) {
+    } else if (named != std::string_view::npos) {
       out.append("\\").append(1, kNamed[named]);
     } else {
       constexpr const char* kDigits = "0123456789ABCDEF";
