@@ -21,7 +21,7 @@ bool DemuxIstream::read_buf(uint8_t* buffer, int size, int& bytes_read) {
   return stream_.good();
 }
 
-void DemuxPush::fetch(const uint8_t* packet, int left) const {
+void DemuxPush::fetch(const uint8_t* packet, ptrdiff_t left) const {
   if (left <= kHeadersAhead) return;
   __builtin_prefetch(packet + kHeadersAhead);
   const uint8_t* const next = packet + kPayloadsAhead;
@@ -31,11 +31,15 @@ void DemuxPush::fetch(const uint8_t* packet, int left) const {
 }
 
 int DemuxPush::push_data(uint8_t* data, int length) {
+  return push(data, length);
+}
+
+int DemuxPush::push(const uint8_t* data, ptrdiff_t length) {
   if (length % packet_size != 0) {
-    log_write(1, "Buffer length %d not a multiple of 188 bytes", length);
+    log_write(1, "Buffer length %ld not a multiple of 188 bytes", static_cast<long>(length));
     return -1;
   }
-  for (int at = 0; at < length; at += packet_size) {
+  for (ptrdiff_t at = 0; at < length; at += packet_size) {
     const uint8_t* const packet = data + at;
     fetch(packet, length - at);
     if (packet[0] != sync_byte) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
+#include <span>
 
 #include <quillon/demux/demux.h>
 
@@ -25,11 +27,17 @@ class QUILLON_API DemuxPush : public Demux {
   // packet without sync byte, with those before it processed. `data` may be null for a length of 0. From the
   // second packet on, on_adaption_field_header_ gets an address in the first packet: kept, hooks rely on it.
   int push_data(uint8_t* data, int length);
+  // The same for bytes that are constant. Those that come in other pieces than whole packets go through a
+  // PacketReader: `demux.push_data({packet.data, packet.size})`.
+  int push_data(std::span<const uint8_t> packets) {
+    return push(packets.data(), static_cast<ptrdiff_t>(packets.size()));
+  }
 
  private:
   bool read_buf(uint8_t*, int, int&) override { return false; }
+  int push(const uint8_t* data, ptrdiff_t length);
   // Starts to fetch packets after this one from memory; there are `left` bytes from this one on.
-  void fetch(const uint8_t* packet, int left) const;
+  void fetch(const uint8_t* packet, ptrdiff_t left) const;
 };
 
 // Reads one packet a PID in turn, from a device that delivers each PID separately. No PID may be added while

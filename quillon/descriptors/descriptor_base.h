@@ -8,6 +8,7 @@
 
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
+#include <quillon/sections/dom_handles.h>
 #include <quillon/sections/error.h>
 #include <quillon/sections/walkable.h>
 
@@ -47,8 +48,12 @@ class QUILLON_API DescriptorBase {
   // "failed to get attribute map", "failed to get descriptor_id", "failed to get descriptor_length", "failed"
   // for any other attribute, and the texts of the lists.
   void Parse(void* node);
+  void Parse(xml::DomElement element) { Parse(element.get()); }
   // Saves them; false at the first attribute or element that can't be added.
   bool SaveSection(void* document, void* node) const;
+  bool SaveSection(xml::DomDocument document, xml::DomElement element) const {
+    return SaveSection(document.get(), element.get());
+  }
   // Empties what the class says it empties, often nothing.
   void reset() { _reset(); }
 

@@ -3,11 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <span>
 #include <string>
 #include <vector>
 
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
+#include <quillon/sections/dom_handles.h>
 #include <quillon/sections/error.h>
 #include <quillon/sections/walkable.h>
 
@@ -77,11 +79,18 @@ class QUILLON_API PsiTableBase : public PsiBase1, public TolerantTable {
   void Parse(const uint8_t* section, bool keep_raw) override;
   // The same, within `size` bytes: throws "section is shorter than its section_length" before it reads on.
   void Parse(const uint8_t* section, size_t size, bool keep_raw);
+  void Parse(std::span<const uint8_t> section, bool keep_raw = false) {
+    Parse(section.data(), section.size(), keep_raw);
+  }
   // Throws error: "failed to get attribute map", "failed to get " and the name of a header's attribute, and
   // what the table's body throws.
   void ParseDOM(void* node) override;
+  void ParseDOM(xml::DomElement element) { ParseDOM(element.get()); }
   // False at the first attribute or element that can't be added.
   bool SaveSection(void* document, void* node) const override;
+  bool SaveSection(xml::DomDocument document, xml::DomElement element) const {
+    return SaveSection(document.get(), element.get());
+  }
 
   virtual const char* get_table_id_text() const = 0;
 
@@ -156,8 +165,15 @@ class QUILLON_API PsiBase : public PsiBase1, public TolerantTable {
   void Parse(const uint8_t* section, bool keep_raw) override;
   // The same, within `size` bytes: throws "section is shorter than its section_length" before it reads on.
   void Parse(const uint8_t* section, size_t size, bool keep_raw);
+  void Parse(std::span<const uint8_t> section, bool keep_raw = false) {
+    Parse(section.data(), section.size(), keep_raw);
+  }
   void ParseDOM(void* node) override;
+  void ParseDOM(xml::DomElement element) { ParseDOM(element.get()); }
   bool SaveSection(void* document, void* node) const override;
+  bool SaveSection(xml::DomDocument document, xml::DomElement element) const {
+    return SaveSection(document.get(), element.get());
+  }
 
  private:
   virtual bool is_syntax_indicator_valid(int indicator) const = 0;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <typeinfo>
 
@@ -50,6 +51,14 @@ class QUILLON_API AnyTable {
   virtual const char* get_table_id_text() const = 0;
   virtual bool is_parsed() const = 0;
   virtual const DescriptorFailures& get_descriptor_failures() const = 0;
+
+  void Parse(std::span<const uint8_t> section, bool keep_raw = false) {
+    Parse(section.data(), section.size(), keep_raw);
+  }
+  void ParseDOM(xml::DomElement element) { ParseDOM(element.get()); }
+  bool SaveSection(xml::DomDocument document, xml::DomElement element) const {
+    return SaveSection(document.get(), element.get());
+  }
 
  protected:
   AnyTable() = default;

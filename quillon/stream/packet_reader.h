@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <istream>
+#include <span>
 #include <type_traits>
 #include <vector>
 
@@ -73,6 +74,7 @@ class QUILLON_API PacketReader {
   // Takes the next piece, which must last until next gives false. Throws error("the last piece was not read
   // to its end") where it has not yet; and error("the input was finished").
   void feed(const uint8_t* data, size_t size);
+  void feed(std::span<const uint8_t> piece) { feed(piece.data(), piece.size()); }
   // States that no more comes: next gives what is left.
   void finish() { finished_ = true; }
   // The next packet, good until the next call of next or feed; false if more bytes are needed.

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include <quillon/platform/api.h>
@@ -24,6 +25,7 @@ struct StreamSection {
   bool crc_ok;    // it has one, and it is right
   bool repeated;  // the section that was last in its place of its table had the same bytes
 
+  std::span<const uint8_t> span() const { return {bytes, size}; }
   int table_id() const { return bytes[0]; }
   bool is_long() const { return bytes[1] & 0x80; }
   // Those of a long section of 8 bytes or more; 0 otherwise.
@@ -93,6 +95,7 @@ class QUILLON_API SectionReader {
   }
   // A section of a chain without packets. One whose length is not `size` is passed over.
   void push_section(const uint8_t* bytes, size_t size);
+  void push_section(std::span<const uint8_t> section) { push_section(section.data(), section.size()); }
 
   // Asks for a PID as the options do, and takes that back. One outside 0 to 0x1FFE carries no sections.
   void add_pid(int pid);

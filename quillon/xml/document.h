@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <quillon/platform/api.h>
+#include <quillon/sections/dom_handles.h>
 
 namespace quillon::xml {
 
@@ -15,8 +16,10 @@ namespace quillon::xml {
 // lives.
 //
 //   quillon::xml::Document d;
-//   pat.SaveSection(d.dom(), d.create_root("pat"));
+//   pat.SaveSection(d, d.add_root("pat"));
 //   d.to_file("pat.xml");
+//   ...
+//   pat.ParseDOM(quillon::xml::Document::from_file("pat.xml").root_element());
 //
 // The order of attributes is kept, and text between elements is dropped, since attributes carry all data. The
 // tree holds any UTF-16; XML 1.0 has no place for most control characters. Such a character is written as
@@ -56,16 +59,30 @@ class QUILLON_API Document {
   // there before is as it was. A pipe or a device, which can't be replaced, is written to directly.
   void to_file(const std::filesystem::path& file) const;
 
-  // The IXMLDOMDocument*, for SaveSection.
+  // For SaveSection.
+  operator DomDocument() const { return DomDocument(dom()); }
+  // Makes the root; throws error if there is one, and for what is not a name in UTF-8.
+  DomElement add_root(std::string_view name) { return DomElement(create_root(name)); }
+  // Makes a child element of `parent`; throws error for what is not a name. Here as below, what is null or
+  // not an element of this document throws error.
+  DomElement append_element(DomElement parent, std::string_view name) {
+    return DomElement(append_element(parent.get(), name));
+  }
+  // For ParseDOM; null if there is none.
+  DomElement root_element() const { return DomElement(root()); }
+  // The child elements of an element, in document order.
+  std::vector<DomElement> children(DomElement element) const {
+    const std::vector<void*> nodes = children(element.get());
+    return std::vector<DomElement>(nodes.begin(), nodes.end());
+  }
+  std::string name(DomElement element) const { return name(element.get()); }
+
+  // The same without types: an IXMLDOMDocument*, IXMLDOMElement*s that are made, and IXMLDOMNode*s of
+  // elements that are there.
   void* dom() const;
-  // Makes the root, an IXMLDOMElement*; throws error if there is one, and for what is not a name in UTF-8.
   void* create_root(std::string_view name);
-  // Makes a child element of `parent`, an IXMLDOMElement*; throws error for what is not a name. Here as
-  // below, a node that is null or not an element of this document throws error.
   void* append_element(void* parent, std::string_view name);
-  // The root element as a node, for ParseDOM; null if there is none.
   void* root() const;
-  // The child elements of a node, in document order.
   std::vector<void*> children(void* node) const;
   std::string name(void* node) const;
 

@@ -6,8 +6,10 @@
 
 #include <deque>
 #include <map>
+#include <span>
 
 #include <quillon/demux/sources.h>
+#include <quillon/stream/packet_reader.h>
 
 using namespace quillon;
 using namespace quillon::test;
@@ -227,6 +229,47 @@ TEST(DemuxPush, MayBePushedByItsHooks) {
 TEST(DemuxPush, HasAReadLoopThatEndsAtOnce) {
   PushDemux demux;
   EXPECT_EQ(demux.start(), 1);
+}
+
+TEST(DemuxPush, TakesConstantBytes) {
+  const Bytes section = section_of(kTable, 500);
+  const Bytes stream = packets({section, section_of(kTable, 20)});
+  PushDemux demux;
+  EXPECT_EQ(demux.push_data(std::span<const uint8_t>(stream)), 0);
+  PushDemux by_pointer;
+  EXPECT_EQ(by_pointer.push(stream), 0);
+  EXPECT_EQ(demux.calls, by_pointer.calls);
+  EXPECT_EQ(demux.sections(), by_pointer.sections());
+  EXPECT_EQ(demux.sections().at(0), section);
+
+  EXPECT_EQ(demux.push_data(std::span<const uint8_t>()), 0);
+  EXPECT_EQ(demux.push_data({stream.data(), kPacketSize - 1}), -1);
+  EXPECT_EQ(demux.push_data(Bytes(kPacketSize)), 2);
+  EXPECT_EQ(demux.calls, by_pointer.calls);
+}
+
+// Whole packets come of any pieces.
+TEST(DemuxPush, TakesAnySplitThroughAPacketReader) {
+  const Bytes stream = packets({section_of(kTable, 500), section_of(kTable, 20), section_of(kTable, 999)});
+  PushDemux at_once;
+  EXPECT_EQ(at_once.push_data(stream), 0);
+  ASSERT_EQ(at_once.sections().size(), 3u);
+  for (const size_t size : {size_t{1}, size_t{7}, kPacketSize, size_t{400}}) {
+    PushDemux demux;
+    PacketReader reader;
+    TsPacket packet;
+    const auto push_all = [&] {
+      while (reader.next(packet)) EXPECT_EQ(demux.push_data({packet.data, TsPacket::size}), 0);
+    };
+    for (size_t at = 0; at < stream.size(); at += size) {
+      reader.feed(std::span(stream).subspan(at, std::min(size, stream.size() - at)));
+      push_all();
+    }
+    reader.finish();
+    push_all();
+    EXPECT_EQ(demux.calls, at_once.calls) << size;
+    EXPECT_EQ(demux.sections(), at_once.sections()) << size;
+  }
 }
 
 // A device that delivers each PID apart

@@ -62,8 +62,8 @@ template struct HandOut<OfDescriptors, &DescriptorBase::_save_section, &Descript
 template <class Base>
 void expect_common_slots() {
   EXPECT_EQ(place_of(static_cast<MemberOf<void(const uint8_t*, bool), Base>>(&Base::Parse)), 0);
-  EXPECT_EQ(place_of(&Base::ParseDOM), 1);
-  EXPECT_EQ(place_of(&Base::SaveSection), 2);
+  EXPECT_EQ(place_of(static_cast<MemberOf<void(void*), Base>>(&Base::ParseDOM)), 1);
+  EXPECT_EQ(place_of(static_cast<MemberOf<bool(void*, void*) const, Base>>(&Base::SaveSection)), 2);
 }
 
 }  // namespace
