@@ -328,30 +328,56 @@ bool DescriptorLoop::_parse_descriptors(void* node) {
   return true;
 }
 
-void DescriptorLoop::_walk_descriptors(FieldSink& sink, Reading reading) const {
-  size_t all = 0;
-  const std::vector<uint8_t>* arrivals = nullptr;
-  if (slots_)
-    for (const Slots::Slot& slot : *slots_) {
-      if (detail::holds_descriptors(slot)) all += slot.kind->ops->size(slot.vector);
-      if (slot.kind == &detail::kArrivals)
-        arrivals = &detail::as_vector<uint8_t>(static_cast<const void*>(slot.vector));
-    }
-  sink.begin_list("descriptors", all);
-  const auto walk_one = [&sink, reading](const Slots::Slot& slot, size_t i) {
-    sink.begin(slot.kind->saved, slot.kind->ops->class_name);
-    slot.kind->ops->walk(slot.vector, i, sink, reading);
-    sink.end();
+const char* AnyDescriptor::element() const {
+  return kind_->saved;
+}
+const char* AnyDescriptor::class_name() const {
+  return kind_->ops->class_name;
+}
+void AnyDescriptor::walk(FieldSink& sink, Reading reading) const {
+  kind_->ops->walk(*descriptor_, sink, reading);
+}
+
+DescriptorRange::iterator::iterator(const Family& family, const Slots* slots)
+    : family_(&family), slots_(slots) {
+  if (!slots) return;
+  for (const Slots::Slot& slot : *slots) {
+    if (detail::holds_descriptors(slot)) left_ += slot.kind->ops->size(slot.vector);
+    if (slot.kind == &detail::kArrivals)
+      arrivals_ = &detail::as_vector<uint8_t>(static_cast<const void*>(slot.vector));
+  }
+  if (left_ > 0) find();
+}
+
+DescriptorRange::iterator& DescriptorRange::iterator::operator++() {
+  if (--left_ > 0) find();
+  return *this;
+}
+
+void DescriptorRange::iterator::find() {
+  const auto give = [this](const Slots::Slot& slot) {
+    kind_ = slot.kind;
+    descriptor_ = &kind_->ops->at(slot.vector, given_[family_->place_of(*kind_)]++);
   };
-  std::array<size_t, Family::max_kinds> walked{};
-  if (arrivals)
-    for (const uint8_t kind : *arrivals)
-      if (const Slots::Slot* const slot = slots_->find(family_->kinds[kind])) walk_one(*slot, walked[kind]++);
-  if (slots_)
-    for (const Slots::Slot& slot : *slots_)
-      if (detail::holds_descriptors(slot))
-        for (size_t i = walked[family_->place_of(*slot.kind)]; i < slot.kind->ops->size(slot.vector); ++i)
-          walk_one(slot, i);
+  while (arrivals_ && arrival_ < arrivals_->size())
+    if (const Slots::Slot* const slot = slots_->find(family_->kinds[(*arrivals_)[arrival_++]]))
+      return give(*slot);
+  for (;; ++slot_) {
+    const Slots::Slot& slot = slots_->begin()[slot_];
+    if (detail::holds_descriptors(slot) &&
+        given_[family_->place_of(*slot.kind)] < slot.kind->ops->size(slot.vector))
+      return give(slot);
+  }
+}
+
+void DescriptorLoop::_walk_descriptors(FieldSink& sink, Reading reading) const {
+  const DescriptorRange range = descriptors();
+  sink.begin_list("descriptors", range.size());
+  for (const AnyDescriptor& descriptor : range) {
+    sink.begin(descriptor.element(), descriptor.class_name());
+    descriptor.walk(sink, reading);
+    sink.end();
+  }
   sink.end();
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include <quillon/descriptors/any_descriptor.h>
 #include <quillon/platform/api.h>
 #include <quillon/sections/byte_view.h>
 #include <quillon/sections/psi_base.h>
@@ -12,12 +13,6 @@
 namespace quillon {
 
 class DescriptorGeneral;
-class FieldSink;
-
-namespace detail {
-struct Family;
-class Slots;
-}  // namespace detail
 
 // What a row needs to know of its table.
 struct RowContext {
@@ -30,6 +25,10 @@ struct RowContext {
 // accessor gave while a class was absent stays the shared empty vector after a later parse.
 class QUILLON_API DescriptorLoop {
  public:
+  // All of them, in wire order.
+  DescriptorRange descriptors() const& { return DescriptorRange(*family_, slots_); }
+  void descriptors() const&& = delete;  // they would end before the range
+
   // Below tag 128 those without a class, or whose class refused them.
   const std::vector<DescriptorGeneral>& get_general_descriptors() const;
   // From tag 128 up those without a class.

@@ -40,7 +40,7 @@ struct VectorOps {
   const DescriptorBase& (*at)(const void* vector, size_t i) = nullptr;
   void (*append_parsed)(void* vector, ByteView descriptor) = nullptr;
   void (*append_loaded)(void* vector, void* node) = nullptr;
-  void (*walk)(const void* vector, size_t i, FieldSink& sink, Reading reading) = nullptr;
+  void (*walk)(const DescriptorBase& descriptor, FieldSink& sink, Reading reading) = nullptr;
   const char* class_name = nullptr;
 };
 
@@ -65,8 +65,8 @@ consteval VectorOps make_descriptor_ops() {
     loaded.Parse(node);
     as_vector<T>(vector).push_back(std::move(loaded));
   };
-  out.walk = [](const void* vector, size_t i, FieldSink& sink, Reading reading) {
-    as_vector<T>(vector)[i].walk(sink, reading);
+  out.walk = [](const DescriptorBase& descriptor, FieldSink& sink, Reading reading) {
+    static_cast<const T&>(descriptor).walk(sink, reading);
   };
   out.class_name = faces::class_name<T>;
   return out;
@@ -84,7 +84,7 @@ struct Kind {
 
 // A family of loops: its kinds in the order in which a save writes them, and which tag goes to which.
 struct Family {
-  static constexpr size_t max_kinds = 96;
+  static constexpr size_t max_kinds = DescriptorRange::max_kinds;
 
   std::array<Kind, max_kinds> kinds{};
   size_t kind_count = 0;
