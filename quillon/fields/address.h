@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 
 #include <quillon/platform/api.h>
@@ -51,5 +52,16 @@ class QUILLON_API IPv6Address {
  private:
   uint8_t bytes_[size] = {};
 };
+
+// Their text.
+inline std::ostream& operator<<(std::ostream& stream, const MACAddress& address) {
+  return stream << address.text();
+}
+inline std::ostream& operator<<(std::ostream& stream, const IPv4Address& address) {
+  return stream << address.text();
+}
+inline std::ostream& operator<<(std::ostream& stream, const IPv6Address& address) {
+  return stream << address.text();
+}
 
 }  // namespace quillon

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <iosfwd>
+#include <ostream>
 #include <string>
 
 #include <quillon/fields/language.h>
@@ -40,6 +40,10 @@ class QUILLON_API ApplicationIdentifier {
   QUILLON_WALK;
 };
 
+inline std::ostream& operator<<(std::ostream& stream, const ApplicationIdentifier& identifier) {
+  return stream << identifier.application_identifier_as_text();
+}
+
 // A length byte and that many bytes, kept as they are, or UTF-8 in the standard reading (TS 102 809, 5.3.4).
 // Any value is accepted.
 class QUILLON_API LengthPrefixedString {
@@ -67,6 +71,10 @@ class QUILLON_API LengthPrefixedString {
   WireText value_;
 };
 
+inline std::ostream& operator<<(std::ostream& stream, const LengthPrefixedString& string) {
+  return stream << string.get_value();
+}
+
 // A name in one language (EN 300 468, 6.2.22): the code, a length byte and the text.
 class QUILLON_API MultilingualNameInfo {
  public:
@@ -92,5 +100,10 @@ class QUILLON_API MultilingualNameInfo {
   CodeCharacters language_code_;
   Text name_;
 };
+
+// The name.
+inline std::ostream& operator<<(std::ostream& stream, const MultilingualNameInfo& info) {
+  return stream << info.get_name();
+}
 
 }  // namespace quillon

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ostream>
+
 #include <quillon/platform/or_empty.h>
 #include <quillon/sections/byte_view.h>
 
@@ -26,6 +28,10 @@ class ISO639LanguageCode {
  private:
   char code_[4] = {};
 };
+
+inline std::ostream& operator<<(std::ostream& stream, const ISO639LanguageCode& code) {
+  return stream << code.c_strA();
+}
 
 // The three characters of a language or country code as they are on the wire, and a NUL.
 class CodeCharacters {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <iosfwd>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -86,5 +86,10 @@ class QUILLON_API ATSCMultipleStringStructure {
 
   QUILLON_WALK;
 };
+
+// In UTF-8.
+inline std::ostream& operator<<(std::ostream& stream, const ATSCMultipleStringStructure::String& string) {
+  return stream << string.utf8();
+}
 
 }  // namespace quillon

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -136,5 +137,10 @@ class QUILLON_API Text {
   bool has_selection_ = false;
   Reading reading_ = Reading::kept;
 };
+
+// In UTF-8.
+inline std::ostream& operator<<(std::ostream& stream, const Text& text) {
+  return stream << text.utf8();
+}
 
 }  // namespace quillon

@@ -8,6 +8,7 @@
 
 #include <quillon/fields/address.h>
 #include <quillon/fields/identifier.h>
+#include <quillon/fields/multiple_string.h>
 #include <quillon/fields/time.h>
 #include <quillon/xml/attributes.h>
 
@@ -435,4 +436,46 @@ TEST(Values, NeedAnElement) {
   EXPECT_EQ(failure([&] { ApplicationIdentifier().Parse(node); }), "-1: failed");
   EXPECT_EQ(failure([&] { LengthPrefixedString().Parse(node); }), "-1: failed");
   EXPECT_EQ(failure([&] { MultilingualNameInfo().Parse(node); }), "-1: failed");
+}
+
+// What is printed of the other values: their text, in any base, and in a field of the stream's width.
+TEST(Values, ArePrintedAsTheirText) {
+  const auto of_bytes = []<class Address>(Address address) {
+    Bytes bytes(Address::size);
+    for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(0xA9 + i);
+    address.parse(ByteView(bytes.data(), bytes.size(), Reading::standard));
+    return address;
+  };
+  EXPECT_EQ(printed(of_bytes(MACAddress())), "a9:aa:ab:ac:ad:ae|255");
+  EXPECT_EQ(printed(of_bytes(IPv4Address())), "169.170.171.172|255");
+  EXPECT_EQ(printed(of_bytes(IPv4Address()), std::hex), "169.170.171.172|ff");
+  EXPECT_EQ(printed(of_bytes(IPv6Address())), "a9aa:abac:adae:afb0:b1b2:b3b4:b5b6:b7b8|255");
+
+  const Bytes latin5 = {0x01, 0xBF, 0xE0};  // Cyrillic
+  EXPECT_EQ(printed(Text(3, view(latin5))), "\u041f\u0440|255");
+  EXPECT_EQ(printed(Text()), "|255");
+  std::ostringstream wide;
+  wide << std::setw(5) << Text(2, view(text("Hi")));
+  EXPECT_EQ(wide.str(), "   Hi");
+
+  ISO639LanguageCode code;
+  code.set_textA("deu");
+  EXPECT_EQ(printed(code), "deu|255");
+  EXPECT_EQ(printed(CodeCharacters(view(text("fra")))), "fra|255");
+
+  ApplicationIdentifier application;
+  application.organisation_id = 0x2A;
+  application.application_id = 1;
+  EXPECT_EQ(printed(application), "0000002A 0001|255");
+  int consumed = 0;
+  EXPECT_EQ(printed(LengthPrefixedString(view(counted("path")), 255, consumed)), "path|255");
+  const Bytes name = joined({text("ell"), {4, 0x03, 0xC1, 0xE3, 0xDC}});
+  EXPECT_EQ(printed(MultilingualNameInfo(view(name), static_cast<int>(name.size()), consumed)),
+            "\u0391\u03b3\u03ac|255");
+
+  const Bytes strings = joined({{1}, text("eng"), {1, 0x00, 0x04, 2, 0x1F, 0x20}});  // a page of Cyrillic
+  ATSCMultipleStringStructure structure;
+  int length = static_cast<int>(strings.size());
+  structure.parse(view(strings), length);
+  EXPECT_EQ(printed(structure.strings.at(0)), "\u041f\u0420|255");
 }
