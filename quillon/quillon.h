@@ -1,6 +1,6 @@
 #pragma once
 
-// Everything that an application needs.
+// Everything.
 
 #include <quillon/platform/api.h>
 
@@ -27,10 +27,13 @@
 #include <quillon/faces/field_sink.h>
 #include <quillon/fields/dvb_text.h>
 #include <quillon/platform/debug_output.h>
+#include <quillon/platform/utf8.h>
 #include <quillon/report/dump.h>
 #include <quillon/report/registries.h>
+#include <quillon/sections/crc.h>
 #include <quillon/sections/log.h>
 #include <quillon/sections/pat.h>
+#include <quillon/sections/section_size.h>
 #include <quillon/stream/any_table.h>
 #include <quillon/stream/packet_reader.h>
 #include <quillon/stream/schedule_collector.h>
@@ -39,6 +42,7 @@
 #include <quillon/stream/service_id.h>
 #include <quillon/stream/stream_statistics.h>
 #include <quillon/stream/table_collector.h>
+#include <quillon/stream/table_kinds.h>
 #include <quillon/tables/bat.h>
 #include <quillon/tables/cat.h>
 #include <quillon/tables/eit.h>
@@ -50,5 +54,10 @@
 #include <quillon/tables/tot.h>
 #include <quillon/version.h>
 #include <quillon/xml/document.h>
+
+#if !defined(_WIN32)  // where it is the system's own, whose headers define much else
+#include <quillon/xml/attributes.h>
+#include <quillon/xml/dom.h>
+#endif
 
 #endif
