@@ -14,6 +14,8 @@
 
 namespace quillon {
 
+class DescriptorLoop;
+
 namespace detail {
 
 struct Family;
@@ -91,7 +93,7 @@ class QUILLON_API AnyDescriptor {
 //
 //   for (const AnyDescriptor& d : event.descriptors()) std::cout << d.tag() << " " << d.element() << "\n";
 //
-// A forward range of C++20, which takes no heap. It ends with its loop, and with each change of that.
+// A forward range of C++20, which takes no heap. Its iterators end with each change of the loop.
 class DescriptorRange {
  public:
   static constexpr size_t max_kinds = 96;
@@ -116,9 +118,10 @@ class DescriptorRange {
     bool operator==(std::default_sentinel_t) const { return left_ == 0; }
 
    private:
+    friend class DescriptorLoop;
     friend class DescriptorRange;
 
-    iterator(const detail::Family& family, const detail::Slots* slots);
+    explicit iterator(const DescriptorLoop& loop);
     void find();
 
     const detail::Family* family_ = nullptr;
@@ -132,17 +135,15 @@ class DescriptorRange {
     const DescriptorBase* descriptor_ = nullptr;
   };
 
-  DescriptorRange(const detail::Family& family, const detail::Slots* slots)
-      : family_(&family), slots_(slots) {}
+  explicit DescriptorRange(const DescriptorLoop& loop) : loop_(&loop) {}
 
-  iterator begin() const { return iterator(*family_, slots_); }
+  iterator begin() const { return iterator(*loop_); }
   std::default_sentinel_t end() const { return {}; }
   size_t size() const { return begin().left_; }
   bool empty() const { return size() == 0; }
 
  private:
-  const detail::Family* family_;
-  const detail::Slots* slots_;
+  const DescriptorLoop* loop_;
 };
 
 }  // namespace quillon

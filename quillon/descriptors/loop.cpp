@@ -338,10 +338,9 @@ void AnyDescriptor::walk(FieldSink& sink, Reading reading) const {
   kind_->ops->walk(*descriptor_, sink, reading);
 }
 
-DescriptorRange::iterator::iterator(const Family& family, const Slots* slots)
-    : family_(&family), slots_(slots) {
-  if (!slots) return;
-  for (const Slots::Slot& slot : *slots) {
+DescriptorRange::iterator::iterator(const DescriptorLoop& loop) : family_(loop.family_), slots_(loop.slots_) {
+  if (!slots_) return;
+  for (const Slots::Slot& slot : *slots_) {
     if (detail::holds_descriptors(slot)) left_ += slot.kind->ops->size(slot.vector);
     if (slot.kind == &detail::kArrivals)
       arrivals_ = &detail::as_vector<uint8_t>(static_cast<const void*>(slot.vector));
@@ -371,11 +370,11 @@ void DescriptorRange::iterator::find() {
 }
 
 void DescriptorLoop::_walk_descriptors(FieldSink& sink, Reading reading) const {
-  const DescriptorRange range = descriptors();
-  sink.begin_list("descriptors", range.size());
-  for (const AnyDescriptor& descriptor : range) {
-    sink.begin(descriptor.element(), descriptor.class_name());
-    descriptor.walk(sink, reading);
+  DescriptorRange::iterator at = descriptors().begin();
+  sink.begin_list("descriptors", at.left_);
+  for (; at != std::default_sentinel; ++at) {
+    sink.begin((*at).element(), (*at).class_name());
+    (*at).walk(sink, reading);
     sink.end();
   }
   sink.end();

@@ -26,7 +26,7 @@ struct RowContext {
 class QUILLON_API DescriptorLoop {
  public:
   // All of them, in wire order.
-  DescriptorRange descriptors() const& { return DescriptorRange(*family_, slots_); }
+  DescriptorRange descriptors() const& { return DescriptorRange(*this); }
   void descriptors() const&& = delete;  // they would end before the range
 
   // Below tag 128 those without a class, or whose class refused them.
@@ -82,6 +82,8 @@ class QUILLON_API DescriptorLoop {
   const std::vector<Descriptor>& vector_of(int tag) const;
 
  private:
+  friend class DescriptorRange::iterator;
+
   const detail::Family* family_;
   detail::Slots* slots_ = nullptr;  // null where nothing is held
 };

@@ -81,3 +81,17 @@ TEST(RowMemory, AnEmptyRowTakesNothingOfItsOwn) {
   const size_t without = heap_of_parse<Eit>(eit({event({})}));
   EXPECT_EQ(without, sizeof(Eit::EventInfo));
 }
+
+TEST(RowMemory, GoingThroughDescriptorsTakesNone) {
+  const Bytes content = descriptor(0x54, Bytes{0x10, 0x00});
+  const Bytes section = eit({event(joined({content, short_event(), content}))});
+  Eit table;
+  table.Parse(section);
+  size_t events = 0;
+  const auto count = [&events](const DescriptorShortEvent&) { ++events; };
+  EXPECT_EQ(heap_of([&] {
+              for (const AnyDescriptor& d : table.get_eventinfo()[0].descriptors()) d.visit(count);
+            }),
+            0u);
+  EXPECT_EQ(events, 1u);
+}

@@ -5,8 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
-#include <ranges>
-#include <set>
+#include <sstream>
 
 #include <quillon/appsignal/ait.h>
 #include <quillon/appsignal/ait_classes.h>
@@ -189,11 +188,6 @@ TEST(DescriptorRange, IsGoneThroughAgainAndByAlgorithms) {
   const DescriptorRange range = loop.descriptors();
   EXPECT_EQ(std::ranges::distance(range), 4);
   EXPECT_EQ(std::ranges::count_if(range, [](AnyDescriptor d) { return d.tag() >= 0x80; }), 2);
-  std::vector<int> own;
-  for (const AnyDescriptor d :
-       loop.descriptors() | std::views::filter([](AnyDescriptor d) { return d.tag() < 0x80; }))
-    own.push_back(d.tag());
-  EXPECT_EQ(own, (std::vector<int>{0x52, 0x52}));
   auto one = range.begin();
   const auto before = one++;
   EXPECT_EQ((*before).tag(), 0x52);

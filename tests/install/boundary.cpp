@@ -119,6 +119,11 @@ void loops(const Stream& stream) {
     eit.Parse(section.data(), section.size(), true);
     for (const auto& event : eit.get_eventinfo()) {
       expect(!event.get_short_event_descriptors().empty(), "an event has a short event descriptor");
+      size_t events = 0;
+      for (const quillon::AnyDescriptor& d : event.descriptors())
+        d.visit([&events](const quillon::DescriptorShortEvent&) { ++events; });
+      expect(events == event.get_short_event_descriptors().size(),
+             "a loop's descriptors are visited by type");
       const quillon::Eit::EventInfo copy = event;
       expect(report(copy) == report(event), "a copied row has its descriptors");
 
