@@ -1,4 +1,5 @@
-# Builds the README's example against the installed library: by the CMake package, and by pkg-config.
+# Builds the README's example against the installed library, by the CMake package and by pkg-config, and all examples by
+# their own list.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 set(without -DCMAKE_DISABLE_FIND_PACKAGE_Boost=ON)
@@ -8,6 +9,9 @@ endif()
 configure(${CMAKE_CURRENT_LIST_DIR}/package ${folder}/build "-DCMAKE_PREFIX_PATH=${root}" -DVERSION=${VERSION} ${without})
 run(${CMAKE_COMMAND} --build ${folder}/build)
 run(${folder}/build/programs ${SOURCE}/data/sample.ts)
+configure(${SOURCE}/examples ${folder}/examples "-DCMAKE_PREFIX_PATH=${root}" ${without})
+run(${CMAKE_COMMAND} --build ${folder}/examples)
+run(${folder}/examples/services ${SOURCE}/data/sample.ts)
 
 file(GLOB_RECURSE package "${root}/*.pc")
 cmake_path(GET package PARENT_PATH package_folder)
