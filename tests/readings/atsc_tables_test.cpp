@@ -1,6 +1,7 @@
 // The tables of ATSC in both readings.
 
 #include "tests/readings/readings.h"
+#include "tests/support/table_cases.h"
 
 #include <gtest/gtest.h>
 
@@ -35,31 +36,31 @@ const Bytes channel = joined(
 
 }  // namespace
 
+const Bytes eit_section = long_section(
+    0xCB, joined({bits({{8, 0, "protocol_version"},
+                        {8, 2, "num_events_in_section"},
+                        {2, 3, "reserved"},
+                        {14, 0x1234, "event_id"},
+                        {32, 1450000000, "start_time"},
+                        {2, 3, "reserved"},
+                        {2, 1, "ETM_location"},
+                        {20, 7200, "length_in_seconds"},
+                        {8, 15, "title_length"}}),
+                  title, bits({{4, 15, "reserved"}, {12, 3, "descriptors_length"}}), descriptor(0x80, {0xFF}),
+                  bits({{2, 3, "reserved"},
+                        {14, 0x1235, "event_id"},
+                        {32, 0xC0000000, "start_time"},
+                        {2, 3, "reserved"},
+                        {2, 0, "ETM_location"},
+                        {20, 1800, "length_in_seconds"},
+                        {8, 0, "title_length"},
+                        {4, 15, "reserved"},
+                        {12, 0, "descriptors_length"}})}));
+
 TEST(StandardAtscTables, EitHasTitles) {
-  const Bytes section = long_section(
-      0xCB,
-      joined({bits({{8, 0, "protocol_version"},
-                    {8, 2, "num_events_in_section"},
-                    {2, 3, "reserved"},
-                    {14, 0x1234, "event_id"},
-                    {32, 1450000000, "start_time"},
-                    {2, 3, "reserved"},
-                    {2, 1, "ETM_location"},
-                    {20, 7200, "length_in_seconds"},
-                    {8, 15, "title_length"}}),
-              title, bits({{4, 15, "reserved"}, {12, 3, "descriptors_length"}}), descriptor(0x80, {0xFF}),
-              bits({{2, 3, "reserved"},
-                    {14, 0x1235, "event_id"},
-                    {32, 0xC0000000, "start_time"},
-                    {2, 3, "reserved"},
-                    {2, 0, "ETM_location"},
-                    {20, 1800, "length_in_seconds"},
-                    {8, 0, "title_length"},
-                    {4, 15, "reserved"},
-                    {12, 0, "descriptors_length"}})}));
-  EXPECT_EQ(body_of<AtscEIT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscEIT>(eit_section, Reading::kept),
             "-1: AtscTVCT::Channel: descriptor start end mismatch\n");
-  EXPECT_EQ(body_of<AtscEIT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscEIT>(eit_section, Reading::standard),
             "protocol_version: 0\n"
             "num_events_in_section: 2\n"
             "events: list of 2\n"
@@ -102,21 +103,22 @@ TEST(StandardAtscTables, EitHasTitles) {
             "    descriptors: list of 0\n");
 }
 
+const Bytes mgt_section = long_section(0xC7, joined({bits({{8, 0, "protocol_version"},
+                                                           {16, 1, "tables_defined"},
+                                                           {16, 0x1405, "table_type"},
+                                                           {3, 7, "reserved"},
+                                                           {13, 0x1D00, "table_type_PID"},
+                                                           {3, 7, "reserved"},
+                                                           {5, 3, "table_type_version_number"},
+                                                           {32, 0xC0010203, "number_bytes"},
+                                                           {4, 15, "reserved"},
+                                                           {12, 0, "table_type_descriptors_length"},
+                                                           {4, 15, "reserved"},
+                                                           {12, 3, "descriptors_length"}}),
+                                                     descriptor(0x80, {1}), descriptor(0x80, {2})}));
+
 TEST(StandardAtscTables, MgtCountsAllBytesAndBoundsItsLoop) {
-  const Bytes section = long_section(0xC7, joined({bits({{8, 0, "protocol_version"},
-                                                         {16, 1, "tables_defined"},
-                                                         {16, 0x1405, "table_type"},
-                                                         {3, 7, "reserved"},
-                                                         {13, 0x1D00, "table_type_PID"},
-                                                         {3, 7, "reserved"},
-                                                         {5, 3, "table_type_version_number"},
-                                                         {32, 0xC0010203, "number_bytes"},
-                                                         {4, 15, "reserved"},
-                                                         {12, 0, "table_type_descriptors_length"},
-                                                         {4, 15, "reserved"},
-                                                         {12, 3, "descriptors_length"}}),
-                                                   descriptor(0x80, {1}), descriptor(0x80, {2})}));
-  EXPECT_EQ(body_of<AtscMGT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscMGT>(mgt_section, Reading::kept),
             "protocol_version: 0\n"
             "tables_defined: 1\n"
             "tables: list of 1\n"
@@ -137,7 +139,7 @@ TEST(StandardAtscTables, MgtCountsAllBytesAndBoundsItsLoop) {
             "    descriptor_id: 128 (stuffing_descriptor()\n"
             "    descriptor_length: 1\n"
             "    data: 02\n");
-  EXPECT_EQ(body_of<AtscMGT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscMGT>(mgt_section, Reading::standard),
             "protocol_version: 0\n"
             "tables_defined: 1\n"
             "tables: list of 1\n"
@@ -156,12 +158,13 @@ TEST(StandardAtscTables, MgtCountsAllBytesAndBoundsItsLoop) {
             "    data: 01\n");
 }
 
+const Bytes tvct_section =
+    long_section(0xC8, joined({bits({{8, 0, "protocol_version"}, {8, 1, "num_channels_in_section"}}), channel,
+                               bits({{6, 63, "reserved"}, {10, 3, "additional_descriptors_length"}}),
+                               descriptor(0x80, {1}), descriptor(0x80, {2})}));
+
 TEST(StandardAtscTables, TvctBoundsItsLoop) {
-  const Bytes section = long_section(
-      0xC8, joined({bits({{8, 0, "protocol_version"}, {8, 1, "num_channels_in_section"}}), channel,
-                    bits({{6, 63, "reserved"}, {10, 3, "additional_descriptors_length"}}),
-                    descriptor(0x80, {1}), descriptor(0x80, {2})}));
-  EXPECT_EQ(body_of<AtscTVCT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscTVCT>(tvct_section, Reading::kept),
             "protocol_version: 0\n"
             "num_channels_in_section: 1\n"
             "channels: list of 1\n"
@@ -195,7 +198,7 @@ TEST(StandardAtscTables, TvctBoundsItsLoop) {
             "    descriptor_id: 128 (stuffing_descriptor()\n"
             "    descriptor_length: 1\n"
             "    data: 02\n");
-  EXPECT_EQ(body_of<AtscTVCT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscTVCT>(tvct_section, Reading::standard),
             "protocol_version: 0\n"
             "num_channels_in_section: 1\n"
             "channels: list of 1\n"
@@ -227,13 +230,14 @@ TEST(StandardAtscTables, TvctBoundsItsLoop) {
             "    data: 01\n");
 }
 
+const Bytes cvct_section =
+    long_section(0xC9, joined({bits({{8, 0, "protocol_version"}, {8, 1, "num_channels_in_section"}}), channel,
+                               bits({{6, 63, "reserved"}, {10, 0, "additional_descriptors_length"}})}));
+
 TEST(StandardAtscTables, CvctHasItsFieldsInTheirPlaces) {
-  const Bytes section = long_section(
-      0xC9, joined({bits({{8, 0, "protocol_version"}, {8, 1, "num_channels_in_section"}}), channel,
-                    bits({{6, 63, "reserved"}, {10, 0, "additional_descriptors_length"}})}));
-  EXPECT_EQ(body_of<AtscCVCT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscCVCT>(cvct_section, Reading::kept),
             "-1: AtscTVCT::Channel: descriptor start end mismatch\n");
-  EXPECT_EQ(body_of<AtscCVCT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscCVCT>(cvct_section, Reading::standard),
             "protocol_version: 0\n"
             "num_channels_in_section: 1\n"
             "channels: list of 1\n"
@@ -263,24 +267,25 @@ TEST(StandardAtscTables, CvctHasItsFieldsInTheirPlaces) {
             "descriptors: list of 0\n");
 }
 
+const Bytes rrt_section =
+    long_section(0xCA,
+                 joined({{0},
+                         counted(title_text),
+                         bits({{8, 2, "dimensions_defined"}}),
+                         counted(title_text),
+                         bits({{3, 7, "reserved"}, {1, 1, "graduated_scale"}, {4, 1, "values_defined"}}),
+                         counted(title_text),
+                         counted(title_text),
+                         {0},
+                         bits({{3, 7, "reserved"}, {1, 0, "graduated_scale"}, {4, 0, "values_defined"}}),
+                         bits({{6, 63, "reserved"}, {10, 3, "descriptors_length"}}),
+                         descriptor(0x80, {1})}),
+                 {.extension = 0xFF01});
+
 TEST(StandardAtscTables, RrtHasTextsAndDimensions) {
-  const Bytes section =
-      long_section(0xCA,
-                   joined({{0},
-                           counted(title_text),
-                           bits({{8, 2, "dimensions_defined"}}),
-                           counted(title_text),
-                           bits({{3, 7, "reserved"}, {1, 1, "graduated_scale"}, {4, 1, "values_defined"}}),
-                           counted(title_text),
-                           counted(title_text),
-                           {0},
-                           bits({{3, 7, "reserved"}, {1, 0, "graduated_scale"}, {4, 0, "values_defined"}}),
-                           bits({{6, 63, "reserved"}, {10, 3, "descriptors_length"}}),
-                           descriptor(0x80, {1})}),
-                   {.extension = 0xFF01});
-  EXPECT_EQ(body_of<AtscRRT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscRRT>(rrt_section, Reading::kept),
             "-1: AtscRRT::Dimension: descriptor start end mismatch\n");
-  EXPECT_EQ(body_of<AtscRRT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscRRT>(rrt_section, Reading::standard),
             "protocol_version: 0\n"
             "rating_region_name_length: 15\n"
             "rating_region_name_text: ATSCMultipleStringStructure\n"
@@ -365,39 +370,39 @@ TEST(StandardAtscTables, RrtHasTextsAndDimensions) {
             "    data: 01\n");
 }
 
+const Bytes dcct_section = long_section(
+    0xD3,
+    joined({bits({{8, 0, "protocol_version"},
+                  {8, 1, "dcc_test_count"},
+                  {1, 1, "dcc_context"},
+                  {3, 7, "reserved"},
+                  {10, 7, "dcc_from_major_channel_number"},
+                  {10, 2, "dcc_from_minor_channel_number"},
+                  {4, 15, "reserved"},
+                  {10, 9, "dcc_to_major_channel_number"},
+                  {10, 3, "dcc_to_minor_channel_number"},
+                  {32, 1450000000, "dcc_start_time"},
+                  {32, 1450003600, "dcc_end_time"},
+                  {8, 2, "dcc_term_count"},
+                  {8, 1, "dcc_selection_type"},
+                  {64, 0x8000000000000001, "dcc_selection_id"},
+                  {6, 63, "reserved"},
+                  {10, 3, "dcc_term_descriptors_length"}}),
+            descriptor(0x80, {1}),
+            bits({{8, 2, "dcc_selection_type"},
+                  {64, 2, "dcc_selection_id"},
+                  {6, 63, "reserved"},
+                  {10, 0, "dcc_term_descriptors_length"},
+                  {6, 63, "reserved"},
+                  {10, 3, "dcc_test_descriptors_length"}}),
+            descriptor(0x80, {2}), bits({{6, 63, "reserved"}, {10, 3, "dcc_additional_descriptors_length"}}),
+            descriptor(0x80, {3})}),
+    {.extension = 0x0105});
+
 TEST(StandardAtscTables, DcctHasItsFieldsInTheirPlaces) {
-  const Bytes section =
-      long_section(0xD3,
-                   joined({bits({{8, 0, "protocol_version"},
-                                 {8, 1, "dcc_test_count"},
-                                 {1, 1, "dcc_context"},
-                                 {3, 7, "reserved"},
-                                 {10, 7, "dcc_from_major_channel_number"},
-                                 {10, 2, "dcc_from_minor_channel_number"},
-                                 {4, 15, "reserved"},
-                                 {10, 9, "dcc_to_major_channel_number"},
-                                 {10, 3, "dcc_to_minor_channel_number"},
-                                 {32, 1450000000, "dcc_start_time"},
-                                 {32, 1450003600, "dcc_end_time"},
-                                 {8, 2, "dcc_term_count"},
-                                 {8, 1, "dcc_selection_type"},
-                                 {64, 0x8000000000000001, "dcc_selection_id"},
-                                 {6, 63, "reserved"},
-                                 {10, 3, "dcc_term_descriptors_length"}}),
-                           descriptor(0x80, {1}),
-                           bits({{8, 2, "dcc_selection_type"},
-                                 {64, 2, "dcc_selection_id"},
-                                 {6, 63, "reserved"},
-                                 {10, 0, "dcc_term_descriptors_length"},
-                                 {6, 63, "reserved"},
-                                 {10, 3, "dcc_test_descriptors_length"}}),
-                           descriptor(0x80, {2}),
-                           bits({{6, 63, "reserved"}, {10, 3, "dcc_additional_descriptors_length"}}),
-                           descriptor(0x80, {3})}),
-                   {.extension = 0x0105});
-  EXPECT_EQ(body_of<AtscDCCT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscDCCT>(dcct_section, Reading::kept),
             "-1: AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch\n");
-  EXPECT_EQ(body_of<AtscDCCT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscDCCT>(dcct_section, Reading::standard),
             "dcc_subtype: 1\n"
             "dcc_id: 5\n"
             "protocol_version: 0\n"
@@ -441,34 +446,35 @@ TEST(StandardAtscTables, DcctHasItsFieldsInTheirPlaces) {
             "    data: 03\n");
 }
 
+const Bytes dccsct_section = long_section(
+    0xD4,
+    joined({bits({{8, 0, "protocol_version"},
+                  {8, 4, "updates_defined"},
+                  {8, 1, "update_type"},
+                  {8, 16, "update_data_length"},
+                  {8, 0x21, "genre_category_code"}}),
+            title, bits({{6, 63, "reserved"}, {10, 0, "dccsct_descriptors_length"}}),
+            bits({{8, 2, "update_type"}, {8, 16, "update_data_length"}, {8, 5, "dcc_state_location_code"}}),
+            title, bits({{6, 63, "reserved"}, {10, 0, "dccsct_descriptors_length"}}),
+            bits({{8, 3, "update_type"},
+                  {8, 18, "update_data_length"},
+                  {8, 6, "state_code"},
+                  {6, 63, "reserved"},
+                  {10, 0x155, "dcc_county_location_code"}}),
+            title, bits({{6, 63, "reserved"}, {10, 3, "dccsct_descriptors_length"}}), descriptor(0x80, {1}),
+            bits({{8, 9, "update_type"},
+                  {8, 1, "update_data_length"},
+                  {8, 0xAB, "data"},
+                  {6, 63, "reserved"},
+                  {10, 0, "dccsct_descriptors_length"},
+                  {6, 63, "reserved"},
+                  {10, 3, "dccsct_additional_descriptors_length"}}),
+            descriptor(0x80, {2})}));
+
 TEST(StandardAtscTables, DccsctHasTextsAndItsDescriptorsFollowTheirLength) {
-  const Bytes section = long_section(
-      0xD4,
-      joined({bits({{8, 0, "protocol_version"},
-                    {8, 4, "updates_defined"},
-                    {8, 1, "update_type"},
-                    {8, 16, "update_data_length"},
-                    {8, 0x21, "genre_category_code"}}),
-              title, bits({{6, 63, "reserved"}, {10, 0, "dccsct_descriptors_length"}}),
-              bits({{8, 2, "update_type"}, {8, 16, "update_data_length"}, {8, 5, "dcc_state_location_code"}}),
-              title, bits({{6, 63, "reserved"}, {10, 0, "dccsct_descriptors_length"}}),
-              bits({{8, 3, "update_type"},
-                    {8, 18, "update_data_length"},
-                    {8, 6, "state_code"},
-                    {6, 63, "reserved"},
-                    {10, 0x155, "dcc_county_location_code"}}),
-              title, bits({{6, 63, "reserved"}, {10, 3, "dccsct_descriptors_length"}}), descriptor(0x80, {1}),
-              bits({{8, 9, "update_type"},
-                    {8, 1, "update_data_length"},
-                    {8, 0xAB, "data"},
-                    {6, 63, "reserved"},
-                    {10, 0, "dccsct_descriptors_length"},
-                    {6, 63, "reserved"},
-                    {10, 3, "dccsct_additional_descriptors_length"}}),
-              descriptor(0x80, {2})}));
-  EXPECT_EQ(body_of<AtscDCCSCT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscDCCSCT>(dccsct_section, Reading::kept),
             "-1: AtscDCCT::DCCTest::DCCTerm: descriptor start end mismatch\n");
-  EXPECT_EQ(body_of<AtscDCCSCT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscDCCSCT>(dccsct_section, Reading::standard),
             "protocol_version: 0\n"
             "updates_defined: 4\n"
             "updates: list of 4\n"
@@ -589,33 +595,34 @@ TEST(StandardAtscTables, DccsctHasTextsAndItsDescriptorsFollowTheirLength) {
             "    data: 02\n");
 }
 
+const Bytes ett_section = long_section(0xCC, joined({bits({{8, 0, "protocol_version"},
+                                                           {16, 0xC001, "source_id"},
+                                                           {14, 0x1234, "event_id"},
+                                                           {2, 2, "an event"},
+                                                           {8, 1, "number_strings"}}),
+                                                     text("eng"),
+                                                     bits({{8, 4, "number_segments"},
+                                                           {8, 2, "compression_type"},
+                                                           {8, 0, "mode"},
+                                                           {8, 8, "number_bytes"},
+                                                           {64, 0x9cecfea3332ff580, "Lorem ipsum."},
+                                                           {8, 0, "compression_type"},
+                                                           {8, 0x3E, "mode"},
+                                                           {8, 3, "number_bytes"},
+                                                           {8, 0x12, "SC2"},
+                                                           {8, 0x9C, "Cyrillic"},
+                                                           {8, 0xBE, "Cyrillic"},
+                                                           {8, 0, "compression_type"},
+                                                           {8, 0x3F, "mode"},
+                                                           {8, 4, "number_bytes"},
+                                                           {32, 0xD83DDE00, "UTF-16"},
+                                                           {8, 0, "compression_type"},
+                                                           {8, 0x12, "mode"},
+                                                           {8, 1, "number_bytes"},
+                                                           {8, 'x', "reserved"}})}));
+
 TEST(StandardAtscTables, EttIsDecompressed) {
-  const Bytes section = long_section(0xCC, joined({bits({{8, 0, "protocol_version"},
-                                                         {16, 0xC001, "source_id"},
-                                                         {14, 0x1234, "event_id"},
-                                                         {2, 2, "an event"},
-                                                         {8, 1, "number_strings"}}),
-                                                   text("eng"),
-                                                   bits({{8, 4, "number_segments"},
-                                                         {8, 2, "compression_type"},
-                                                         {8, 0, "mode"},
-                                                         {8, 8, "number_bytes"},
-                                                         {64, 0x9cecfea3332ff580, "Lorem ipsum."},
-                                                         {8, 0, "compression_type"},
-                                                         {8, 0x3E, "mode"},
-                                                         {8, 3, "number_bytes"},
-                                                         {8, 0x12, "SC2"},
-                                                         {8, 0x9C, "Cyrillic"},
-                                                         {8, 0xBE, "Cyrillic"},
-                                                         {8, 0, "compression_type"},
-                                                         {8, 0x3F, "mode"},
-                                                         {8, 4, "number_bytes"},
-                                                         {32, 0xD83DDE00, "UTF-16"},
-                                                         {8, 0, "compression_type"},
-                                                         {8, 0x12, "mode"},
-                                                         {8, 1, "number_bytes"},
-                                                         {8, 'x', "reserved"}})}));
-  EXPECT_EQ(body_of<AtscETT>(section, Reading::kept),
+  EXPECT_EQ(body_of<AtscETT>(ett_section, Reading::kept),
             "protocol_version: 0\n"
             "ETM_id: 3221309650\n"
             "source_id: 49153\n"
@@ -652,7 +659,7 @@ TEST(StandardAtscTables, EttIsDecompressed) {
             "          number_bytes: 1\n"
             "          compressed_string_bytes: 78\n"
             "          decoded_text: \"\"\n");
-  EXPECT_EQ(body_of<AtscETT>(section, Reading::standard),
+  EXPECT_EQ(body_of<AtscETT>(ett_section, Reading::standard),
             "protocol_version: 0\n"
             "ETM_id: 3221309650\n"
             "source_id: 49153\n"
@@ -691,3 +698,9 @@ TEST(StandardAtscTables, EttIsDecompressed) {
             "          decoded_text: \"\"\n"
             "      text: \"Lorem ipsum.Мо😀\"\n");
 }
+
+static const StandardSections standard_sections = {
+    {"atsc_eit", eit_section},       {"atsc_mgt", mgt_section}, {"atsc_tvct", tvct_section},
+    {"atsc_cvct", cvct_section},     {"atsc_rrt", rrt_section}, {"atsc_dcct", dcct_section},
+    {"atsc_dccsct", dccsct_section}, {"atsc_ett", ett_section},
+};

@@ -28,9 +28,10 @@ struct DescriptorCase {
   std::string (*report_of)(ByteView);
   std::string (*saved_of)(ByteView);
   std::string (*resaved_of)(const std::string& xml);
+  std::string (*report_of_loaded)(const std::string& xml);
   bool (*save_to)(ByteView, void* document, void* node);
   void (*load_from)(void* node);
-  void (*walk_to)(ByteView, FieldSink& sink);
+  void (*walk_to)(ByteView, FieldSink& sink);  // in the view's reading
   void (*exercise)(ByteView);  // every face, whatever comes of it; throws error as the class does
 };
 
@@ -48,9 +49,10 @@ DescriptorCase case_of(std::string name, Family family, Bytes bytes, std::string
           [](ByteView view) { return test::report(T(view)); },
           [](ByteView view) { return saved(T(view)); },
           [](const std::string& text) { return saved(loaded<T>(text)); },
+          [](const std::string& text) { return test::report(loaded<T>(text)); },
           [](ByteView view, void* document, void* node) { return T(view).SaveSection(document, node); },
           [](void* node) { T().Parse(node); },
-          [](ByteView view, FieldSink& sink) { T(view).walk(sink); },
+          [](ByteView view, FieldSink& sink) { T(view).walk(sink, view.reading()); },
           [](ByteView view) {
             T object(view);
             test::report(object);

@@ -9,6 +9,11 @@ std::vector<TableCase>& registry() {
   return cases;
 }
 
+std::vector<StandardSection>& standard_registry() {
+  static std::vector<StandardSection> sections;
+  return sections;
+}
+
 std::string text_of(const AnyTable& table, bool& result) {
   xml::Document document;
   result = table.SaveSection(document.dom(), document.create_root("d"));
@@ -23,6 +28,14 @@ TableCases::TableCases(std::initializer_list<TableCase> cases) {
 
 const std::vector<TableCase>& TableCases::all() {
   return registry();
+}
+
+StandardSections::StandardSections(std::initializer_list<StandardSection> sections) {
+  standard_registry().insert(standard_registry().end(), sections.begin(), sections.end());
+}
+
+const std::vector<StandardSection>& StandardSections::all() {
+  return standard_registry();
 }
 
 Outcome outcome_of(const TableCase& table, const Bytes& section, bool tolerant) {

@@ -79,4 +79,15 @@ class TableCases {
   static const std::vector<TableCase>& all();
 };
 
+// Sections that only the standard reading takes, or takes for what they are; they register themselves too.
+struct StandardSection {
+  std::string element;
+  Bytes section;
+};
+class StandardSections {
+ public:
+  StandardSections(std::initializer_list<StandardSection> sections);
+  static const std::vector<StandardSection>& all();
+};
+
 }  // namespace quillon::test
