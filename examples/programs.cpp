@@ -7,7 +7,7 @@
 void print_program(const quillon::StreamSection& section) try {
   if (section.table_id() != 0x02) return;
   quillon::PmtDVB map;
-  map.Parse(section.bytes, section.size, false);
+  map.Parse(section.span());
   std::cout << "program " << map.get_program_number() << ":\n";
   for (const auto& row : map.get_pmt_stream_info())
     std::cout << "  PID " << row.get_elementary_pid() << ", " << row.get_stream_type_cstr() << "\n";
