@@ -20,6 +20,8 @@ namespace quillon {
 // adds to them.
 class QUILLON_API Ait : public PsiTableBase, public AitLoop {
  public:
+  // An application, and what becomes of it.
+  //
   //   organisation_id                      32
   //   application_id                       16
   //   application_control_code              8

@@ -44,6 +44,7 @@ class QUILLON_API DescriptorAitApplication final : public DescriptorAitBase {
 // The name of an application, in one language or more (TS 102 812, 10.7.4.1).
 class QUILLON_API DescriptorAitApplicationName final : public DescriptorAitBase {
  public:
+  // The name in one language.
   class QUILLON_API ApplicationNameInfo {
    public:
     ApplicationNameInfo() = default;
@@ -99,6 +100,7 @@ class QUILLON_API DescriptorAitApplicationIcons final : public DescriptorAitBase
 // The applications that may run together with the service without being listed for it (TS 102 812, 10.7.5).
 class QUILLON_API DescriptorAitExternalApplicationAuthorisation final : public DescriptorAitBase {
  public:
+  // An application that may run, and its priority.
   class QUILLON_API AitExternalApplicationAuthorisationInfo {
    public:
     AitExternalApplicationAuthorisationInfo() = default;

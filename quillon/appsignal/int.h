@@ -65,6 +65,7 @@ class QUILLON_API Int : public PsiTableBase, public IntLoop {
     static void describe(Visitor& v, Self& s);
   };
 
+  // Receivers, and what is done for them.
   class QUILLON_API TargetOperationalDescriptors {
    public:
     TargetOperationalDescriptors() = default;

@@ -8,6 +8,7 @@ namespace quillon {
 // The modules of a carousel that are worth loading ahead (TS 102 812, 10.8.3).
 class QUILLON_API DescriptorAitPreFetch final : public DescriptorAitBase {
  public:
+  // The label of modules to be fetched, and how urgently.
   class QUILLON_API PreFetchInfo {
    public:
     PreFetchInfo() = default;
@@ -43,6 +44,7 @@ class QUILLON_API DescriptorAitPreFetch final : public DescriptorAitBase {
 // Where the DIIs of a carousel are (TS 102 812, 10.8.3).
 class QUILLON_API DescriptorAitDIILocation final : public DescriptorAitBase {
  public:
+  // A DII of the carousel, by its identification and the stream that carries it.
   class QUILLON_API DIILocationInfo {
    public:
     DIILocationInfo() = default;

@@ -8,6 +8,7 @@ namespace quillon {
 // The components that carry IPv4 multicast addresses (TS 102 812, 10.8).
 class QUILLON_API DescriptorAitRoutingIPv4 final : public DescriptorAitBase {
  public:
+  // The component that carries what is sent to an address and port.
   class QUILLON_API RoutingIPv4Info {
    public:
     RoutingIPv4Info() = default;

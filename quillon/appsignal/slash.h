@@ -9,8 +9,10 @@ namespace quillon {
 // 301 192, 8.4.5): address and number of leading bits. A length that does not suit the rows of a class throws
 // error("descriptor size mismatch").
 
+// IPv4 networks of receivers (EN 301 192, 8.4.5).
 class QUILLON_API DescriptorIntTargetIPSlash final : public DescriptorIntBase {
  public:
+  // A network: address and length of the prefix in bits.
   class QUILLON_API IPSlash {
    public:
     IPSlash() = default;
@@ -34,6 +36,7 @@ class QUILLON_API DescriptorIntTargetIPSlash final : public DescriptorIntBase {
 // Kept: readers of saved documents rely on it. In the standard reading there is one every 10.
 class QUILLON_API DescriptorIntTargetIPSourceSlash final : public DescriptorIntBase {
  public:
+  // A network of senders and one of receivers.
   class QUILLON_API IPSourceSlash {
    public:
     IPSourceSlash() = default;
@@ -58,8 +61,10 @@ class QUILLON_API DescriptorIntTargetIPSourceSlash final : public DescriptorIntB
   QUILLON_FACES(slash_);
 };
 
+// IPv6 networks of receivers (EN 301 192, 8.4.5).
 class QUILLON_API DescriptorIntTargetIPv6Slash final : public DescriptorIntBase {
  public:
+  // A network: address and length of the prefix in bits.
   class QUILLON_API IPSlash {
    public:
     IPSlash() = default;
@@ -79,8 +84,10 @@ class QUILLON_API DescriptorIntTargetIPv6Slash final : public DescriptorIntBase 
   QUILLON_FACES(slash_);
 };
 
+// IPv6 networks of senders and receivers (EN 301 192, 8.4.5).
 class QUILLON_API DescriptorIntTargetIPv6SourceSlash final : public DescriptorIntBase {
  public:
+  // A network of senders and one of receivers.
   class QUILLON_API IPSourceSlash {
    public:
     IPSourceSlash() = default;

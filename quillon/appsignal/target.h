@@ -39,6 +39,7 @@ class QUILLON_API DescriptorIntTargetSerialNumber final : public DescriptorIntBa
 // Receivers by their MAC addresses.
 class QUILLON_API DescriptorIntTargetMACAddress final : public DescriptorIntBase {
  public:
+  // An address of a receiver.
   class QUILLON_API MACAddressItem {
    public:
     MACAddressItem() = default;
@@ -61,6 +62,7 @@ class QUILLON_API DescriptorIntTargetMACAddress final : public DescriptorIntBase
 // Receivers by ranges of MAC addresses.
 class QUILLON_API DescriptorIntTargetMACAddressRange final : public DescriptorIntBase {
  public:
+  // The first and the last address of a range.
   class QUILLON_API MACAddressRange {
    public:
     MACAddressRange() = default;
@@ -86,6 +88,7 @@ class QUILLON_API DescriptorIntTargetMACAddressRange final : public DescriptorIn
 // Receivers by their IPv4 addresses.
 class QUILLON_API DescriptorIntTargetIPAddress final : public DescriptorIntBase {
  public:
+  // An address of a receiver.
   class QUILLON_API IPv4AddressItem {
    public:
     IPv4AddressItem() = default;
@@ -108,6 +111,7 @@ class QUILLON_API DescriptorIntTargetIPAddress final : public DescriptorIntBase 
 // Receivers by their IPv6 addresses.
 class QUILLON_API DescriptorIntTargetIPv6Address final : public DescriptorIntBase {
  public:
+  // An address of a receiver.
   class QUILLON_API IPv6AddressItem {
    public:
     IPv6AddressItem() = default;

@@ -8,6 +8,7 @@ namespace quillon {
 // The closed captions of a program (A/65, 6.9.2).
 class QUILLON_API DescriptorAtscCaptionService final : public DescriptorAtscWireOnly {
  public:
+  // A caption service.
   class QUILLON_API Service {
    public:
     explicit Service(ByteView data);

@@ -9,6 +9,8 @@ namespace quillon {
 // in the standard reading.
 class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWireOnly {
  public:
+  // The rating in one region.
+  //
   //   rating_region               8
   //   rated_dimensions            8
   //   dimensions
@@ -16,6 +18,7 @@ class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWir
   //   rating_description_text
   class QUILLON_API Region {
    public:
+    // The rating in one dimension of the region.
     class QUILLON_API RatedDimension {
      public:
       explicit RatedDimension(ByteView data)

@@ -16,6 +16,8 @@ namespace quillon {
 //   descriptors                         to the CRC, whatever their length says but in the standard reading
 class QUILLON_API AtscCVCT : public VirtualChannelTable {
  public:
+  // A virtual channel of a cable system.
+  //
   //   short_name               7 * 16
   //   reserved                      4
   //   major_channel_number         10

@@ -17,6 +17,8 @@ namespace quillon {
 //                                  standard reading: kept
 class QUILLON_API AtscDCCSCT : public AtscLoopTable {
  public:
+  // A genre, state or county that is new.
+  //
   //   update_type                 8
   //   update_data_length          8
   //   update data                    codes by the type; and names

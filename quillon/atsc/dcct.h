@@ -35,6 +35,8 @@ class QUILLON_API AtscDCCT : public AtscLoopTable {
   //   descriptors
   class QUILLON_API DCCTest : public AtscLoop {
    public:
+    // What a receiver is to match.
+    //
     //   dcc_selection_type            8
     //   dcc_selection_id             64  stepped over but in the standard reading
     //   reserved                      6

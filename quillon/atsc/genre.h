@@ -7,6 +7,7 @@ namespace quillon {
 // The genres of an event (A/65, 6.9). As many attributes are read as the count says, whatever the length.
 class QUILLON_API DescriptorAtscGenre final : public DescriptorAtscWireOnly {
  public:
+  // A genre by its code.
   class QUILLON_API Attribute {
    public:
     explicit Attribute(ByteView data) : attribute(data[0]) {}

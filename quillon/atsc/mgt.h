@@ -14,6 +14,8 @@ namespace quillon {
 //   descriptors              to the CRC, whatever their length says but in the standard reading
 class QUILLON_API AtscMGT : public AtscLoopTable {
  public:
+  // A table, its PID, version and size in bytes.
+  //
   //   table_type                     16
   //   reserved                        3
   //   table_type_PID                 13

@@ -16,6 +16,8 @@ namespace quillon {
 //   rows                      ElementaryStream
 class QUILLON_API PmtATSC : public AtscTable, public AtscLoop {
  public:
+  // A stream of the program.
+  //
   //   stream_type      8
   //   reserved         3
   //   elementary_PID  13

@@ -19,6 +19,8 @@ namespace quillon {
 //   descriptors
 class QUILLON_API AtscRRT : public AtscLoopTable {
  public:
+  // A dimension of the rating.
+  //
   //   dimension_name_length   8
   //   dimension_name              stepped over, and the byte after it but in the standard reading
   //   reserved                3
@@ -27,6 +29,8 @@ class QUILLON_API AtscRRT : public AtscLoopTable {
   //   rows                        Value
   class QUILLON_API Dimension {
    public:
+    // A value of the dimension.
+    //
     //   abbrev_rating_value_length  8
     //   abbrev_rating_value            stepped over
     //   rating_value_length         8

@@ -8,6 +8,7 @@ namespace quillon {
 // The elementary streams of a virtual channel (A/65, 6.9.5).
 class QUILLON_API DescriptorAtscServiceLocation final : public DescriptorAtscWireOnly {
  public:
+  // An elementary stream of the channel.
   class QUILLON_API Element {
    public:
     explicit Element(ByteView data);

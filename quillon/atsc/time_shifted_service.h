@@ -7,6 +7,7 @@ namespace quillon {
 // The channels that carry the same service with a delay (A/65, 6.9.6).
 class QUILLON_API DescriptorAtscTimeShiftedService final : public DescriptorAtscWireOnly {
  public:
+  // A channel that carries the same, later by so many minutes.
   class QUILLON_API Service {
    public:
     explicit Service(ByteView data)

@@ -14,6 +14,8 @@ namespace quillon {
 //   descriptors                         to the CRC, whatever their length says but in the standard reading
 class QUILLON_API AtscTVCT : public VirtualChannelTable {
  public:
+  // A virtual channel on the air.
+  //
   //   short_name               7 * 16
   //   reserved                      4
   //   major_channel_number         10

@@ -78,11 +78,13 @@ class DescriptorAtscBase : public DescriptorBase {
   using DescriptorBase::DescriptorBase;
   ~DescriptorAtscBase() = default;
 };
+// The base of those of the IP/MAC notification table.
 class DescriptorIntBase : public DescriptorBase {
  protected:
   using DescriptorBase::DescriptorBase;
   ~DescriptorIntBase() = default;
 };
+// The base of those of the application information table.
 class DescriptorAitBase : public DescriptorBase {
  protected:
   using DescriptorBase::DescriptorBase;

@@ -18,11 +18,15 @@ namespace quillon {
 // whether the text filled its place shows only in the bytes used.
 class QUILLON_API ATSCMultipleStringStructure {
  public:
+  // The text in one language.
+  //
   //   language           24
   //   number_segments     8
   //   segments
   class QUILLON_API String {
    public:
+    // A part of it, compressed or not.
+    //
     //   compression_type  8
     //   mode              8
     //   number_bytes      8

@@ -27,6 +27,7 @@ QUILLON_API const char* get_data_broadcast_id(int id);
 QUILLON_API const char* get_mhp_id(int id);
 QUILLON_API const char* get_private_data_id(int id);
 
+// An identifier and its name.
 struct registry_row {
   int id;
   const char* name;

@@ -13,6 +13,7 @@ namespace quillon {
 //   program_map_PID  13   of program 0, the network PID
 class QUILLON_API Pat : public PsiTableBase {
  public:
+  // A program and the PID of its map, or program 0 and that of the network table.
   class QUILLON_API program_info {
    public:
     program_info(int program_number, int program_map_pid)

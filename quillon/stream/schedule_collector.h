@@ -25,6 +25,7 @@ struct EventText {
   std::string text;  // empty in ATSC
 };
 
+// An event of a service, from all that was said of it.
 struct ScheduledEvent {
   int event_id = 0;
   std::optional<std::chrono::sys_seconds> start;  // UTC; none of an event without a time of its own

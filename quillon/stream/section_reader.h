@@ -39,6 +39,7 @@ struct StreamSection {
   bool has_header() const { return is_long() && size >= 8; }
 };
 
+// What is read, and what of it is given.
 struct SectionReaderOptions {
   // To be read beside the PIDs that the stream names, whatever they carry.
   std::vector<int> pids = {};

@@ -20,6 +20,7 @@ struct CaStream {
   auto operator<=>(const CaStream&) const = default;
 };
 
+// An elementary stream of a service.
 struct ServiceStream {
   int pid = 0;
   int stream_type = 0;
@@ -75,6 +76,7 @@ struct Service {
   bool operator==(const Service&) const = default;
 };
 
+// What became of a service.
 struct ServiceEvent {
   enum class Kind { appeared, changed, gone };
   Kind kind;

@@ -10,6 +10,7 @@
 
 namespace quillon {
 
+// What was counted on a PID.
 struct PidStatistics {
   uint64_t packets = 0;
   uint64_t continuity_errors = 0;  // packets that do not follow the last of their PID

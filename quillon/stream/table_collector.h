@@ -29,6 +29,7 @@ struct QUILLON_API TableId {
   auto operator<=>(const TableId&) const = default;
 };
 
+// What became of a table.
 struct TableEvent {
   enum class Kind {
     complete,   // all sections are there, for the first time
@@ -47,6 +48,7 @@ struct TableEvent {
   bool is_there() const { return kind == Kind::complete || kind == Kind::changed; }
 };
 
+// How long a table is waited for, and what all may take.
 struct TableCollectorOptions {
   // A table is gone after so many of its longest intervals.
   double patience = 3;

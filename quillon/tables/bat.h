@@ -9,6 +9,7 @@ namespace quillon {
 // reset empties the rows alone: the descriptors of the table survive it.
 class QUILLON_API Bat : public PsiTableBase, public DvbLoop {
  public:
+  // A transport stream of the bouquet.
   class QUILLON_API Stream_info : public TransportStreamRow {
    public:
     using TransportStreamRow::TransportStreamRow;

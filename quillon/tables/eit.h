@@ -16,6 +16,8 @@ namespace quillon {
 //   rows                             EventInfo
 class QUILLON_API Eit : public PsiTableBase {
  public:
+  // An event.
+  //
   //   event_id                 16
   //   start_time               40
   //   duration                 24

@@ -16,6 +16,7 @@ namespace quillon {
 // reset empties the rows alone: the descriptors of the table survive it.
 class QUILLON_API Nit : public PsiTableBase, public DvbLoop {
  public:
+  // A transport stream of the network.
   class QUILLON_API Stream_info : public TransportStreamRow {
    public:
     using TransportStreamRow::TransportStreamRow;

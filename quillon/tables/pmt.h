@@ -20,6 +20,8 @@ struct _PMT_INFO {
 //   rows                      ElementaryStream
 class QUILLON_API PmtDVB : public PsiTableBase, public DvbLoop {
  public:
+  // A stream of the program.
+  //
   //   stream_type      8
   //   reserved         3
   //   elementary_PID  13

@@ -8,6 +8,8 @@ namespace quillon {
 // Running status table (EN 300 468, 5.2.7): rows of nine bytes to the end of the section.
 class QUILLON_API Rst : public PsiBase {
  public:
+  // The running status of an event.
+  //
   //   transport_stream_id  16
   //   original_network_id  16   its high byte alone is taken, for both: kept, reports rely on it
   //   service_id           16

@@ -12,6 +12,8 @@ namespace quillon {
 //   rows                     Service_info
 class QUILLON_API Sdt : public PsiTableBase {
  public:
+  // A service.
+  //
   //   service_id                  16
   //   reserved_future_use          6
   //   EIT_schedule_flag            1

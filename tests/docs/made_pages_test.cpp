@@ -44,6 +44,13 @@ TEST_F(MadePages, TheSchemaOfLinesIsAsItIsNow) {
   expect_kept("schema", "quillon.schema.json", json_schema());
 }
 
+TEST_F(MadePages, EveryPublicClassSaysWhatItIs) {
+  const auto comments = header_comments(top_);
+  EXPECT_GE(comments.size(), 200u);
+  for (const auto& [name, comment] : comments)
+    EXPECT_TRUE(!comment.is_exported || !comment.text.empty()) << name << " in " << comment.header;
+}
+
 // What the headers state of a row's wire form is what the bits of a section do.
 TEST_F(MadePages, WidthsInTheHeadersAreThoseOfTheWire) {
   const auto comments = header_comments(top_);

@@ -8,6 +8,7 @@ namespace quillon {
 // The languages and pages of a DVB subtitle stream (EN 300 468, 6.2.41).
 class QUILLON_API DescriptorSubtitling final : public DescriptorBase {
  public:
+  // Subtitles in one language.
   class QUILLON_API SubtitlingInfo {
    public:
     SubtitlingInfo() = default;

@@ -28,6 +28,7 @@ class QUILLON_API TeletextPage {
 // The pages of an EBU teletext stream (EN 300 468, 6.2.43).
 class QUILLON_API DescriptorTeletext final : public DescriptorBase {
  public:
+  // A page of teletext, in one language.
   class QUILLON_API TeletextItem : public TeletextPage {
    public:
     TeletextItem() = default;

@@ -7,6 +7,7 @@ namespace quillon {
 // The services in the data lines of a VBI stream (EN 300 468, 6.2.47).
 class QUILLON_API DescriptorVBIData final : public DescriptorBase {
  public:
+  // A service in the vertical blanking, with its lines.
   class QUILLON_API VBIServiceData {
    public:
     VBIServiceData() = default;
@@ -37,6 +38,7 @@ class QUILLON_API DescriptorVBIData final : public DescriptorBase {
 // The pages of a teletext stream that is meant for the VBI (EN 300 468, 6.2.48).
 class QUILLON_API DescriptorVBITeletext final : public DescriptorBase {
  public:
+  // A page of teletext, in one language.
   class QUILLON_API VBITeleTextData : public TeletextPage {
    public:
     VBITeleTextData() = default;

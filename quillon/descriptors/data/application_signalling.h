@@ -7,6 +7,7 @@ namespace quillon {
 // The kinds of application that a stream's application information tables speak of (TS 102 812, 10.7.1).
 class QUILLON_API DescriptorApplicationSignalling final : public DescriptorBase {
  public:
+  // A type of application, and the version of its AIT.
   class QUILLON_API ApplicationInfo {
    public:
     ApplicationInfo() = default;

@@ -7,6 +7,7 @@ namespace quillon {
 // The CA systems that a bouquet, service or event is associated with (EN 300 468, 6.2.5).
 class QUILLON_API DescriptorCAIdentifier final : public DescriptorBase {
  public:
+  // A CA system.
   class QUILLON_API CAIdentifierID {
    public:
     CAIdentifierID() = default;

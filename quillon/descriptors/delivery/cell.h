@@ -9,8 +9,10 @@ namespace quillon {
 // south-western corner.
 class QUILLON_API DescriptorCellList final : public DescriptorBase {
  public:
+  // Where a cell is, and how far it goes.
   class QUILLON_API CellListData {
    public:
+    // The same of a part of the cell.
     class QUILLON_API SubCellInfo {
      public:
       SubCellInfo() = default;
@@ -66,8 +68,10 @@ class QUILLON_API DescriptorCellList final : public DescriptorBase {
 // of 10 Hz.
 class QUILLON_API DescriptorCellFrequncyLink final : public DescriptorBase {
  public:
+  // The frequency in one cell.
   class QUILLON_API CellFrequencyLinkData {
    public:
+    // The frequency of a transposer in the cell.
     class QUILLON_API SubCellInfo {
      public:
       SubCellInfo() = default;

@@ -7,6 +7,7 @@ namespace quillon {
 // The genres of an event (EN 300 468, 6.2.9).
 class QUILLON_API DescriptorContent final : public DescriptorBase {
  public:
+  // A genre: two nibbles of the standard, and two of the broadcaster.
   class QUILLON_API Content {
    public:
     Content() = default;

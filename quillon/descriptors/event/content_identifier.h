@@ -7,6 +7,7 @@ namespace quillon {
 // The content reference identifiers of an event (TS 102 323, 12.1).
 class QUILLON_API DescriptorContentIdentifier final : public DescriptorBase {
  public:
+  // A CRID, in full or by reference.
   class QUILLON_API ContentIdentifierInfo {
    public:
     ContentIdentifierInfo() = default;

@@ -10,6 +10,7 @@ namespace quillon {
 // to 16 descriptors. A save leaves out the text.
 class QUILLON_API DescriptorExtendedEvent final : public DescriptorBase {
  public:
+  // An item: what it is, and what it says.
   class QUILLON_API Item {
    public:
     Item() = default;

@@ -10,6 +10,7 @@ namespace quillon {
 // The long description of an event in one language, gathered from the descriptors that it is spread over (EN
 // 300 468, 6.2.15). All texts are UTF-8.
 struct ExtendedText {
+  // An item: what it is, and what it says.
   struct Item {
     std::string description;  // "Director"
     std::string item;

@@ -9,6 +9,7 @@ namespace quillon {
 // The offset of local time from UTC, region by region, now and from the next change on (EN 300 468, 6.2.20).
 class QUILLON_API DescriptorLocalTimeOffset final : public DescriptorBase {
  public:
+  // The offset of a region from UTC, and its next change.
   class QUILLON_API LocalTime {
    public:
     LocalTime() = default;

@@ -8,6 +8,7 @@ namespace quillon {
 // The age that an event is meant for, country by country (EN 300 468, 6.2.28).
 class QUILLON_API DescriptorParentalRating final : public DescriptorBase {
  public:
+  // The rating for one country.
   class QUILLON_API RatingInfo {
    public:
     RatingInfo() = default;

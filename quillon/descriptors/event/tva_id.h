@@ -7,6 +7,7 @@ namespace quillon {
 // The running status of TV-Anytime programmes, by their identifiers (TS 102 323, 11.2.4).
 class QUILLON_API DescriptorTVAId final : public DescriptorBase {
  public:
+  // A TVA_id, and whether its event is on.
   class QUILLON_API TVAIdInfo {
    public:
     TVAIdInfo() = default;

@@ -11,8 +11,10 @@ namespace quillon {
 // standard reading an event for 13 and events for 14 to 31, else private data alone.
 class QUILLON_API DescriptorLinkage final : public DescriptorBase {
  public:
+  // A platform, with its names.
   class QUILLON_API PlatformIDInfo {
    public:
+    // The name in one language.
     class QUILLON_API PlatformIDInfoName {
      public:
       PlatformIDInfoName() = default;

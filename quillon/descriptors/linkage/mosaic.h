@@ -8,8 +8,10 @@ namespace quillon {
 // values, one less than the cells there are.
 class QUILLON_API DescriptorMosiac final : public DescriptorBase {
  public:
+  // A cell of the mosaic, and what it leads to.
   class QUILLON_API CellInfo {
    public:
+    // A bouquet, where cell_linkage_info is 1.
     class QUILLON_API BouquetInfo {
      public:
       BouquetInfo() = default;
@@ -22,6 +24,7 @@ class QUILLON_API DescriptorMosiac final : public DescriptorBase {
       QUILLON_RECORD_FACES;
     };
 
+    // A service, where cell_linkage_info is 2.
     class QUILLON_API ServiceInfo {
      public:
       ServiceInfo() = default;
@@ -43,6 +46,7 @@ class QUILLON_API DescriptorMosiac final : public DescriptorBase {
       using ServiceInfo::ServiceInfo;
     };
 
+    // An event, where cell_linkage_info is 4.
     class QUILLON_API EventInfo {
      public:
       EventInfo() = default;

@@ -33,6 +33,7 @@ struct ISO_639_LANGUAGE_CODE {
 // The languages of a stream (ISO/IEC 13818-1, 2.6.18).
 class QUILLON_API DescriptorISO639Language final : public DescriptorBase {
  public:
+  // A language of the stream, and what kind of sound it is.
   class QUILLON_API ISO639Lang {
    public:
     ISO639Lang() = default;

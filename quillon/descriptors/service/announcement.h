@@ -7,6 +7,7 @@ namespace quillon {
 // The spoken announcements that a service supports, and where they come from (EN 300 468, 6.2.3).
 class QUILLON_API DescriptorAnnouncementSupport final : public DescriptorBase {
  public:
+  // A kind of announcement, and where it is.
   class QUILLON_API AnnouncementSupportData {
    public:
     AnnouncementSupportData() = default;

@@ -8,6 +8,7 @@ namespace quillon {
 // form: a load brings no countries and leaves the flag 0.
 class QUILLON_API DescriptorCountryAvailability final : public DescriptorBase {
  public:
+  // A country by its three letters (ISO 3166).
   class QUILLON_API tagCOUNTRYCODE {
    public:
     tagCOUNTRYCODE() = default;

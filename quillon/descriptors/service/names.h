@@ -60,6 +60,7 @@ class QUILLON_API DescriptorMultilingualBouquetName final : public DescriptorBas
 // The names of a service and of its provider in several languages (EN 300 468, 6.2.25).
 class QUILLON_API DescriptorMultilingualServiceName final : public DescriptorBase {
  public:
+  // The names of provider and service in one language.
   class QUILLON_API MultilingualServiceNameInfo {
    public:
     MultilingualServiceNameInfo() = default;

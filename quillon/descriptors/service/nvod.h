@@ -7,6 +7,7 @@ namespace quillon {
 // The time shifted services of a near video on demand reference service (EN 300 468, 6.2.26).
 class QUILLON_API DescriptorNVODReference final : public DescriptorBase {
  public:
+  // A service that carries the same events at other times.
   class QUILLON_API service {
    public:
     service() = default;

@@ -27,6 +27,7 @@ class QUILLON_API DescriptorService final : public DescriptorBase {
 // The services of a network or bouquet by id and type (EN 300 468, 6.2.35).
 class QUILLON_API DescriptorServiceList final : public DescriptorBase {
  public:
+  // A service of the stream, and its type.
   class QUILLON_API ServiceList {
    public:
     ServiceList() = default;

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <fstream>
 #include <regex>
+#include <set>
 #include <vector>
 
 namespace quillon::test {
@@ -52,7 +53,8 @@ void read(const fs::path& file, const std::string& name, std::map<std::string, H
     if (std::regex_match(line, match, class_line)) {
       const std::string around = open.empty() ? "" : open.back().name + "::";
       open.push_back({around + match[2].str(), static_cast<size_t>(match[1].length())});
-      out[open.back().name] = {name, comment.substr(0, comment.find('\n')), {}, widths};
+      out[open.back().name] = {
+          name, line.find("QUILLON_API") != line.npos, comment.substr(0, comment.find('\n')), {}, widths};
     } else if (!open.empty() && line == std::string(open.back().indent, ' ') + "};") {
       open.pop_back();
     } else if (!open.empty() && std::regex_search(line, match, accessor)) {
@@ -68,8 +70,10 @@ void read(const fs::path& file, const std::string& name, std::map<std::string, H
 
 std::map<std::string, HeaderComment> header_comments(const fs::path& top) {
   std::map<std::string, HeaderComment> out;
+  const std::set<std::string> not_public = {"internal", "posix", "windows", "tree", "msxml"};
   for (const auto& entry : fs::recursive_directory_iterator(top / "quillon"))
-    if (entry.path().extension() == ".h" && entry.path().parent_path().filename() != "internal")
+    if (entry.path().extension() == ".h" &&
+        !not_public.contains(entry.path().parent_path().filename().string()))
       read(entry.path(), fs::relative(entry.path(), top).generic_string(), out);
   return out;
 }
