@@ -18,7 +18,8 @@ struct Json : quillon::FieldSink {
   void begin(const char* name, const char*) override { next(name) << '{', comma_ = "", ends_ += '}'; }
   void begin_list(const char* name, size_t) override { next(name) << '[', comma_ = "", ends_ += ']'; }
   void end() override { std::cout << ends_.back(), comma_ = ",", ends_.pop_back(); }
-  std::string comma_, ends_ = "}";  // of what is open
+  const char* comma_ = "";
+  std::string ends_ = "}";  // of what is open
 };
 
 int main(int argc, char** argv) try {

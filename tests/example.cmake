@@ -38,6 +38,9 @@ if(NOT result MATCHES "^[01]$")
   message(FATAL_ERROR "${other}: ${result}\n${said}")
 endif()
 
+if(NAME STREQUAL "first")  # the shortest of them says nothing of failures
+  return()
+endif()
 run(examples/${NAME}.cpp)
 if(NOT result EQUAL 1 OR NOT output STREQUAL "" OR NOT said MATCHES "no transport stream")
   message(FATAL_ERROR "no stream: ${result}\n${said}")

@@ -98,6 +98,7 @@ class DescriptorRange {
  public:
   static constexpr size_t max_kinds = 96;
 
+  // Goes from descriptor to descriptor in the order of the wire.
   class QUILLON_API iterator {
    public:
     using value_type = AnyDescriptor;

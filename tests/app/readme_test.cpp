@@ -101,7 +101,7 @@ TEST_F(Pages, HoldProgramsThatAreCompiled) {
 
 // Of the README, the whole of its program.
 TEST_F(Pages, HoldTheExampleThatIsCompiled) {
-  const std::string example = whole(top_ / "examples/programs.cpp");
+  const std::string example = whole(top_ / "examples/first.cpp");
   EXPECT_FALSE(example.empty());
   EXPECT_NE(whole(top_ / "README.md").find("```cpp\n" + example + "```"), std::string::npos);
 }
