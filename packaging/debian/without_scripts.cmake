@@ -1,0 +1,10 @@
+# Takes out the scripts that cpack adds to a package with a library: the linker's cache is the matter of a trigger.
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+  if(package MATCHES "/libquillon[0-9]+_[^/]*$")
+    set(folder ${CPACK_TEMPORARY_DIRECTORY}/without_scripts)
+    file(REMOVE_RECURSE ${folder})
+    execute_process(COMMAND dpkg-deb --raw-extract ${package} ${folder} COMMAND_ERROR_IS_FATAL ANY)
+    file(REMOVE ${folder}/DEBIAN/postinst ${folder}/DEBIAN/postrm)
+    execute_process(COMMAND dpkg-deb --root-owner-group --build ${folder} ${package} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+endforeach()
