@@ -3,6 +3,7 @@
 #include "apps/quillon/report_text.h"
 #include "apps/quillon/source.h"
 #include "apps/quillon/text.h"
+#include "apps/quillon/xml_beginning.h"
 
 #include <memory>
 #include <string>
@@ -16,28 +17,17 @@ namespace {
 
 constexpr size_t kPiece = size_t{1} << 20;
 
-bool is_blank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
-// Whether a text begins as XML does: with a tag, after blanks, in UTF-8 or UTF-16.
-bool begins_as_xml(std::string_view text) {
-  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-  if (text.starts_with("\xFE\xFF") || text.starts_with("\xFF\xFE")) return true;
-  while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
-  return text.empty() || text.front() == '<';
-}
-
 // A device may have no end: what is no XML is not read on.
 std::string whole_text(const std::string& input) {
   const std::unique_ptr<Source> source = open_source(input, false);
   std::string text;
   std::string piece(kPiece, '\0');
+  XmlBeginning beginning;
   for (;;) {
     const size_t got = source->read(reinterpret_cast<uint8_t*>(piece.data()), piece.size());
     if (got == 0) return text;
     text.append(piece, 0, got);
-    if (!begins_as_xml(text))
+    if (!beginning.is_in(text))
       throw Failure(visible(name_of(input)) + ": is no XML: it does not begin with a tag");
     if (text.size() > xml::Document::max_text)
       throw Failure(visible(name_of(input)) + ": too long a document");

@@ -74,6 +74,17 @@ TEST_F(Program, SaysThatStandardOutputIsFull) {
   }
 }
 
+TEST_F(Program, LoadsWhatBlanksComeBefore) {
+  const std::string blanks = "head -c 8388608 /dev/zero | tr '\\0' ' '";
+  const Result loaded = run("load -", "( " + blanks + "; echo '<transport_stream/>' ) | ");
+  EXPECT_EQ(loaded.code, 0);
+  EXPECT_EQ(loaded.messages, "");
+  // The writer has no end: what is no XML is not waited for.
+  const Result letters = run("load -", "( " + blanks + "; yes ) 2>/dev/null | ");
+  EXPECT_EQ(letters.code, 1);
+  EXPECT_EQ(letters.messages, "standard input: is no XML: it does not begin with a tag\n");
+}
+
 TEST_F(Program, SaysThatAFileMayNotBeRead) {
   if (geteuid() == 0) GTEST_SKIP() << "root may read it";
   file("s.ts", sample_stream());
