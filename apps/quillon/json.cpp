@@ -1,6 +1,6 @@
 #include "apps/quillon/commands.h"
 #include "apps/quillon/json_fields.h"
-#include "apps/quillon/parsed.h"
+#include "apps/quillon/table_receiver.h"
 #include "apps/quillon/times.h"
 
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "apps/quillon/commands.h"
-#include "apps/quillon/parsed.h"
 #include "apps/quillon/report_text.h"
+#include "apps/quillon/table_receiver.h"
 
 namespace quillon::app {
 

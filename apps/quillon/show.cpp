@@ -1,7 +1,7 @@
 #include "apps/quillon/commands.h"
 #include "apps/quillon/field_lines.h"
-#include "apps/quillon/parsed.h"
 #include "apps/quillon/report_text.h"
+#include "apps/quillon/table_receiver.h"
 #include "apps/quillon/text.h"
 
 #include <optional>

@@ -1,12 +1,12 @@
 #include "apps/quillon/survey.h"
 
+#include "apps/quillon/parse.h"
 #include "apps/quillon/text.h"
 
 #include <algorithm>
 
 #include <quillon/atsc/stt.h>
 #include <quillon/descriptors/service/names.h>
-#include <quillon/sections/error.h>
 #include <quillon/tables/nit.h>
 #include <quillon/tables/tdt.h>
 #include <quillon/tables/tot.h>
@@ -66,19 +66,12 @@ void Survey::push(const Input& input, const StreamSection& section) {
 }
 
 void Survey::examine(const Input& input, const StreamSection& section) {
-  const std::unique_ptr<AnyTable> table = AnyTable::for_table_id(section.table_id(), input.standard);
+  const auto [table, why_refused] = parse(section.span(), input.standard, Reading::standard);
+  const auto title = [&] { return table_title(section.table_id(), input.standard); };
+  if (!why_refused.empty()) ++refused[title() + ": " + why_refused];
   if (!table) return;
-  table->set_reading(Reading::standard);
-  const std::string title = table_title(section.table_id(), input.standard);
-  try {
-    table->Parse(section.bytes, section.size, false);
-  } catch (const error& e) {
-    ++refused[title + ": " + failure_text(e.what(), e.get_code())];
-    return;
-  }
   for (const DescriptorFailure& failure : table->get_descriptor_failures())
-    ++refused[title + ", descriptor " + hex(static_cast<unsigned>(failure.tag), 2) + ": " +
-              failure_text(failure.text, failure.code)];
+    ++refused[title() + ", " + name_of(failure) + ": " + text_of(failure)];
   const auto set_time = [&](std::chrono::sys_seconds utc) {
     time = utc;
     time_at = input.statistics.seconds();

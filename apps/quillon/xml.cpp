@@ -1,5 +1,5 @@
 #include "apps/quillon/commands.h"
-#include "apps/quillon/parsed.h"
+#include "apps/quillon/table_receiver.h"
 #include "apps/quillon/target.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #include "apps/quillon/html/damage_list.h"
 
-#include "apps/quillon/html/parse.h"
+#include "apps/quillon/parse.h"
 #include "apps/quillon/text.h"
 
 #include <utility>
@@ -56,10 +56,12 @@ bool DamageList::push(const Input& input, const StreamSection& section) {
     add_here(wrong_crc, "the CRC is wrong");
     return false;
   }
-  const ParsedTable parsed = parse({section.bytes, section.size}, input.standard);
+  const ParsedTable parsed = parse(section.span(), input.standard, Reading::standard);
   if (!parsed.refused.empty()) add_here(refused_section, parsed.refused);
-  for (const std::string& descriptor : parsed.refused_descriptors) add_here(refused_descriptor, descriptor);
-  return parsed.table != nullptr;
+  if (!parsed.table) return false;
+  for (const DescriptorFailure& failure : parsed.table->get_descriptor_failures())
+    add_here(refused_descriptor, name_of(failure) + ": " + text_of(failure));
+  return true;
 }
 
 }  // namespace quillon::app::html

@@ -1,6 +1,6 @@
 #include "apps/quillon/html/byte_places.h"
 #include "apps/quillon/html/page.h"
-#include "apps/quillon/html/parse.h"
+#include "apps/quillon/parse.h"
 #include "apps/quillon/text.h"
 
 #include <algorithm>
@@ -62,16 +62,16 @@ std::string title_of(const Page& page, const KeptSection& kept) {
 
 std::string section_markup(const Page& page, const KeptSection& kept) {
   Markup out;
-  const ParsedTable parsed = parse(kept.bytes, page.input.standard);
+  const ParsedTable parsed = parse(kept.bytes, page.input.standard, Reading::standard);
   out.begin("details", {{"class", kept.crc_ok && parsed.refused.empty() ? "section" : "section broken"}})
       .element("summary", title_of(page, kept))
       .begin("div", {{"class", "pair"}})
       .begin("div", {{"class", "tree"}});
   if (!kept.crc_ok) out.element("p", {{"class", "bad"}}, "The CRC is wrong.");
   if (!parsed.refused.empty()) out.element("p", {{"class", "bad"}}, "Refused: " + parsed.refused);
-  for (const std::string& refused : parsed.refused_descriptors)
-    out.element("p", {{"class", "bad"}}, "Kept as it is, " + refused);
   if (parsed.table) {
+    for (const DescriptorFailure& failure : parsed.table->get_descriptor_failures())
+      out.element("p", {{"class", "bad"}}, "Kept as it is, " + name_of(failure) + ": " + text_of(failure));
     Field root = FieldTree::of(*parsed.table);
     place_bytes(root, kept.bytes);
     write_fields(out, root);

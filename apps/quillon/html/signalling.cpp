@@ -1,6 +1,6 @@
 #include "apps/quillon/html/field_tree.h"
 #include "apps/quillon/html/page.h"
-#include "apps/quillon/html/parse.h"
+#include "apps/quillon/parse.h"
 #include "apps/quillon/text.h"
 
 #include <map>
@@ -20,7 +20,7 @@ std::map<std::pair<TableId, int>, Field> newest_of(const Page& page, std::initia
   for (const int table_id : table_ids)
     for (const KeptSection* const kept : page.record.sample.of_table(table_id)) {
       if (!kept->crc_ok) continue;
-      const ParsedTable parsed = parse(kept->bytes, page.input.standard);
+      const ParsedTable parsed = parse(kept->bytes, page.input.standard, Reading::standard);
       const StreamSection section = kept->view();
       if (parsed.table) out[{TableId::of(section), section.section_number()}] = FieldTree::of(*parsed.table);
     }

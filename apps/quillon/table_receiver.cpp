@@ -1,10 +1,7 @@
-#include "apps/quillon/parsed.h"
+#include "apps/quillon/table_receiver.h"
 
+#include "apps/quillon/parse.h"
 #include "apps/quillon/text.h"
-
-#include <memory>
-
-#include <quillon/sections/error.h>
 
 namespace quillon::app {
 
@@ -19,29 +16,24 @@ Exit TableReceiver::run(Needs needs) {
 }
 
 void TableReceiver::section(const Input& input, const StreamSection& section) {
-  const std::unique_ptr<AnyTable> table = AnyTable::for_table_id(section.table_id(), input.standard);
-  if (!table) {
-    ++unknown_;
-    return;
-  }
-  table->set_tolerant(true);
-  table->set_reading(reading_);
+  const ParsedTable parsed = parse(section.span(), input.standard, reading_);
   const auto trouble = [&](const std::string& what) {
     console_.trouble(input.name, place_of(section),
                      table_title(section.table_id(), input.standard) + ": " + what);
   };
-  try {
-    table->Parse(section.bytes, section.size, false);
-  } catch (const error& e) {
+  if (!parsed.refused.empty()) {
     ++refused_;
-    trouble("refused: " + failure_text(e.what(), e.get_code()));
+    trouble("refused: " + parsed.refused);
+    return;
+  }
+  if (!parsed.table) {
+    ++unknown_;
     return;
   }
   ++parsed_;
-  for (const DescriptorFailure& failure : table->get_descriptor_failures())
-    trouble("descriptor " + hex(static_cast<unsigned>(failure.tag), 2) +
-            " kept as it is: " + failure_text(failure.text, failure.code));
-  this->table(input, section, *table);
+  for (const DescriptorFailure& failure : parsed.table->get_descriptor_failures())
+    trouble(name_of(failure) + " kept as it is: " + text_of(failure));
+  table(input, section, *parsed.table);
 }
 
 }  // namespace quillon::app
