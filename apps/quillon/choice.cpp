@@ -3,7 +3,6 @@
 #include "apps/quillon/text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 #include <string_view>
 
@@ -27,16 +26,6 @@ bool is_same_name(std::string_view a, std::string_view b) {
                     [lower](char x, char y) { return lower(x) == lower(y); });
 }
 
-// Decimal, or hexadecimal after 0x.
-std::optional<int> number_of(std::string_view text) {
-  const bool is_hex = text.starts_with("0x") || text.starts_with("0X");
-  if (is_hex) text.remove_prefix(2);
-  int value = 0;
-  const auto [end, result] = std::from_chars(text.data(), text.data() + text.size(), value, is_hex ? 16 : 10);
-  if (result != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
-}
-
 }  // namespace
 
 bool is_wanted(const Choice& choice, const StreamSection& section) {
@@ -53,7 +42,7 @@ bool is_wanted(const Choice& choice, const Service& service) {
   const std::string channel =
       std::to_string(service.major_channel_number) + "." + std::to_string(service.minor_channel_number);
   const auto names = [&](const std::string& text) {
-    return number_of(text) == service.service_id || is_same_name(text, service.name) ||
+    return number_from(text) == service.service_id || is_same_name(text, service.name) ||
            (service.major_channel_number >= 0 && text == channel);
   };
   return choice.services.empty() || std::any_of(choice.services.begin(), choice.services.end(), names);
@@ -77,7 +66,7 @@ ServiceSections::ServiceSections(const Choice& choice)
         is_old_ = true;
       }) {
   for (const std::string& service : choice.services)
-    if (const std::optional<int> number = number_of(service)) numbers_.insert(*number);
+    if (const std::optional<int64_t> number = number_from(service)) numbers_.insert(*number);
 }
 
 void ServiceSections::learn(const StreamSection& section) {

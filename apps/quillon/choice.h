@@ -2,6 +2,7 @@
 
 #include "apps/quillon/options.h"
 
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -38,8 +39,8 @@ class ServiceSections {
   const Choice& choice_;
   ServiceDirectory directory_;
   TableCollector tables_;
-  std::set<int> numbers_;  // that were asked for, known or not
-  bool is_old_ = true;     // what follows
+  std::set<int64_t> numbers_;  // that were asked for, known or not
+  bool is_old_ = true;         // what follows
   std::set<int> programs_;
   std::vector<ServiceId> events_;
   std::set<int> pids_;

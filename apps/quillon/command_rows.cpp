@@ -1,8 +1,10 @@
 #include "apps/quillon/command_rows.h"
 
+#include "apps/quillon/text.h"
+
 #include <charconv>
 #include <iterator>
-#include <map>
+#include <optional>
 #include <string>
 
 namespace quillon::app {
@@ -114,18 +116,13 @@ constexpr CommandRow kCommands[] = {
      names, kNames},
 };
 
-// A number, decimal or after 0x hexadecimal; a leading zero means nothing.
 CLI::Validator number(int64_t first, int64_t last) {
   const auto take = [first, last](std::string& text) -> std::string {
-    const bool is_hex = text.starts_with("0x") || text.starts_with("0X");
-    const char* const begin = text.data() + (is_hex ? 2 : 0);
-    const char* const end = text.data() + text.size();
-    int64_t value = 0;
-    const auto [stop, result] = std::from_chars(begin, end, value, is_hex ? 16 : 10);
-    if (result != std::errc() || stop != end) return text + " is no number";
-    if (value < first || value > last)
+    const std::optional<int64_t> value = number_from(text);
+    if (!value) return text + " is no number";
+    if (*value < first || *value > last)
       return text + " is not from " + std::to_string(first) + " to " + std::to_string(last);
-    text = std::to_string(value);
+    text = std::to_string(*value);
     return {};
   };
   return {take, "", ""};

@@ -3,10 +3,10 @@
 #include "apps/quillon/text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,19 +35,6 @@ constexpr Kind kKinds[] = {
     {"private-data", registry_kind::private_data, get_private_data_id, 8},
 };
 
-// Decimal, or hexadecimal after 0x.
-std::optional<uint32_t> number(std::string_view text) {
-  int base = 10;
-  if (text.starts_with("0x") || text.starts_with("0X")) {
-    text.remove_prefix(2);
-    base = 16;
-  }
-  uint32_t value = 0;
-  const auto [end, result] = std::from_chars(text.data(), text.data() + text.size(), value, base);
-  if (result != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
-}
-
 }  // namespace
 
 Exit names(const Options& options, Console& console) {
@@ -67,16 +54,17 @@ Exit names(const Options& options, Console& console) {
       print(static_cast<uint32_t>(row.id), row.name);
     return exit_ok;
   }
-  const std::optional<uint32_t> value = number(*options.id);
-  if (!value) {
+  const std::optional<int64_t> number = number_from(*options.id);
+  if (!number || *number < 0 || *number > std::numeric_limits<uint32_t>::max()) {
     console.message(*options.id + " is no id: a number is wanted, as 11 or 0x0B00");
     return exit_usage;
   }
   init();
-  const char* const name = kind->name_of(static_cast<int>(*value));
+  const auto value = static_cast<uint32_t>(*number);
+  const char* const name = kind->name_of(static_cast<int>(value));
   if (std::strcmp(name, "<unknown>") == 0)
-    throw Failure(std::string(kind->name) + " " + hex(*value, kind->digits) + " is not registered");
-  print(*value, name);
+    throw Failure(std::string(kind->name) + " " + hex(value, kind->digits) + " is not registered");
+  print(value, name);
   return exit_ok;
 }
 

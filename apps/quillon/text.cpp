@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -121,6 +122,15 @@ std::string fixed(double value, int digits, const char* unit) {
   char text[64];
   std::snprintf(text, sizeof text, "%.*f %s", digits, value, unit);
   return text;
+}
+
+std::optional<int64_t> number_from(std::string_view text) {
+  const bool is_hex = text.starts_with("0x") || text.starts_with("0X");
+  if (is_hex) text.remove_prefix(2);
+  int64_t value = 0;
+  const auto [end, result] = std::from_chars(text.data(), text.data() + text.size(), value, is_hex ? 16 : 10);
+  if (result != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
 }
 
 std::string table_name(int table_id, Standard standard) {

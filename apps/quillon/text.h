@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -29,6 +30,8 @@ std::string grouped(uint64_t number);
 std::string seconds_text(double seconds);
 // "12.3 %", with so many digits after the point.
 std::string fixed(double value, int digits, const char* unit);
+// Decimal, or hexadecimal after 0x; a leading zero means nothing. None if the text is anything else, or more.
+std::optional<int64_t> number_from(std::string_view text);
 // "EIT"; a number where no table is known by the id.
 std::string table_name(int table_id, Standard standard);
 // "EIT (table 0x4E)"
