@@ -51,7 +51,7 @@ bool is_wanted(const Choice& choice, const Service& service) {
 std::string text_of(const Choice& choice) {
   std::string text;
   const auto add = [&text](const std::string& part) { text.append(text.empty() ? "" : " ").append(part); };
-  for (const int pid : choice.pids) add("--pid " + hex(static_cast<unsigned>(pid), 4));
+  for (const int pid : choice.pids) add("--pid " + pid_text(pid));
   for (const int table : choice.tables) add("--table " + hex(static_cast<unsigned>(table), 2));
   for (const std::string& service : choice.services) add("--service " + service);
   for (const int extension : choice.extensions) add("--extension " + std::to_string(extension));

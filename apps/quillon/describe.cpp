@@ -14,10 +14,6 @@ namespace quillon::app {
 
 namespace {
 
-std::string pid_text(int pid) {
-  return pid < 0 ? "" : hex(static_cast<unsigned>(pid), 4);
-}
-
 std::string joined(const std::vector<std::string>& parts, const char* separator) {
   std::string out;
   for (const std::string& part : parts) out.append(out.empty() ? "" : separator).append(part);

@@ -48,8 +48,8 @@ const char* Events::name_of(Kind kind) {
   return kKindRows[kind].name;
 }
 
-std::string Events::pid_text(int pid) {
-  return pid < 0 ? std::string() : "PID " + hex(static_cast<unsigned>(pid), 4) + "  ";
+std::string Events::pid_column(int pid) {
+  return pid < 0 ? std::string() : "PID " + pid_text(pid) + "  ";
 }
 
 bool Events::is_over(double since) const {
@@ -109,7 +109,7 @@ void Events::tell_count(Kind kind, int pid, uint64_t count) {
     fields_.number("count", static_cast<int64_t>(count), nullptr);
     console_.print(fields_.take());
   } else {
-    line(pid_text(pid) + (count == 1 ? row.one : grouped(count) + " " + row.many));
+    line(pid_column(pid) + (count == 1 ? row.one : grouped(count) + " " + row.many));
   }
 }
 

@@ -61,7 +61,7 @@ class Events {
   void count(Kind kind, int pid);
 
   // "PID 0x0012  ", empty of no PID.
-  static std::string pid_text(int pid);
+  static std::string pid_column(int pid);
 
  private:
   struct Limit {

@@ -231,7 +231,7 @@ Exit read_inputs(const Options& options, Console& console, Receiver& receiver, R
 std::string place_of(const StreamSection& section) {
   const std::string number = std::to_string(section.packet + 1);
   if (section.pid < 0) return "section " + number;
-  return "packet " + number + ", PID " + hex(static_cast<unsigned>(section.pid), 4);
+  return "packet " + number + ", PID " + pid_text(section.pid);
 }
 
 }  // namespace quillon::app

@@ -31,8 +31,8 @@ std::string number_text(int number) {
   return number < 0 ? "unknown" : std::to_string(number);
 }
 
-std::string pid_text(int pid) {
-  return pid < 0 ? "unknown" : hex(static_cast<unsigned>(pid), 4);
+std::string pid_or_unknown(int pid) {
+  return pid < 0 ? "unknown" : pid_text(pid);
 }
 
 std::string running_or_number(int status) {
@@ -104,8 +104,8 @@ class Changes {
     number("minor_channel_number", "minor channel", &Service::minor_channel_number);
     number("source_id", "source", &Service::source_id);
     number("hidden", "hidden", &Service::hidden);
-    number("map_pid", "PID of its map", &Service::map_pid, pid_text);
-    number("pcr_pid", "PID of its clock", &Service::pcr_pid, pid_text);
+    number("map_pid", "PID of its map", &Service::map_pid, pid_or_unknown);
+    number("pcr_pid", "PID of its clock", &Service::pcr_pid, pid_or_unknown);
     list("streams", "streams", old_.streams, now_.streams, pids_of);
     list("ca", "conditional access", old_.ca, now_.ca, systems_of);
   }

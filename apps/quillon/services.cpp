@@ -37,12 +37,11 @@ class Services final : public Surveyor {
           " of network " + hex(static_cast<unsigned>(service.original_network_id), 4));
     console_.print(visible(head) + '\n');
     Columns lines;
-    if (service.map_pid >= 0) lines.add({hex(static_cast<unsigned>(service.map_pid), 4), "map"});
+    if (service.map_pid >= 0) lines.add({pid_text(service.map_pid), "map"});
     for (const ServiceStream& stream : service.streams)
-      lines.add({hex(static_cast<unsigned>(stream.pid), 4),
+      lines.add({pid_text(stream.pid),
                  text_of(stream) + (stream.pid == service.pcr_pid ? ", with the clock" : "")});
-    for (const CaStream& ca : service.ca)
-      lines.add({hex(static_cast<unsigned>(ca.pid), 4), "ECM of " + text_of(std::vector{ca})});
+    for (const CaStream& ca : service.ca) lines.add({pid_text(ca.pid), "ECM of " + text_of(std::vector{ca})});
     console_.print(lines.text());
   }
 };

@@ -102,6 +102,10 @@ std::string hex(unsigned value, int digits) {
   return text;
 }
 
+std::string pid_text(int pid) {
+  return pid < 0 ? std::string() : hex(static_cast<unsigned>(pid), 4);
+}
+
 void append_hex(std::string& text, uint8_t byte) {
   constexpr const char* digits = "0123456789abcdef";
   text += digits[byte >> 4];

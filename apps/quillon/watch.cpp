@@ -136,7 +136,7 @@ class Watched {
     if (event.kind == Kind::forgotten || !chosen_.is_wanted(section)) return;
     if (event.kind == Kind::changed && is_clock(table.table_id, input_.standard)) return;
     const auto text = [&] {
-      std::string out = Events::pid_text(table.pid) + table_title(table.table_id, input_.standard) +
+      std::string out = Events::pid_column(table.pid) + table_title(table.table_id, input_.standard) +
                         ids_of(table, section.is_long());
       const std::string version = section.is_long() ? "version " + std::to_string(event.version) : "";
       if (event.kind != Kind::changed) {

@@ -81,7 +81,7 @@ std::string text_of(const Section& section) {
   std::string text = "<quillon.Section ";
   text += section.element ? section.element : "without table";
   text += " table_id=" + id;
-  if (head.pid >= 0) text += " pid=" + app::hex(static_cast<unsigned>(head.pid), 4);
+  if (head.pid >= 0) text += " pid=" + app::pid_text(head.pid);
   text += " packet=" + std::to_string(head.packet + 1);
   text += " size=" + std::to_string(head.size);
   if (section.refusal) text += " refused";

@@ -1,7 +1,5 @@
 #include "apps/quillon/html/page.h"
 
-#include "apps/quillon/text.h"
-
 namespace quillon::app::html {
 
 Part::Part(Page& page, const char* name, const char* title) : page_(page) {
@@ -45,10 +43,6 @@ Table::Row& Table::Row::name(std::string_view text) {
   begin();
   table_.page_.out.name(text).end();
   return *this;
-}
-
-std::string pid_text(int pid) {
-  return pid < 0 ? std::string() : hex(static_cast<unsigned>(pid), 4);
 }
 
 }  // namespace quillon::app::html

@@ -78,9 +78,6 @@ class Table {
   std::vector<bool> is_figure_;
 };
 
-// "0x0012", empty in a chain of sections.
-std::string pid_text(int pid);
-
 // Each writes what the input has for it, and nothing where there is nothing.
 void write_overview(Page& page);
 void write_rates(Page& page);
