@@ -223,8 +223,8 @@ Exit read_inputs(const Options& options, Console& console, Receiver& receiver, R
       failed = true;
     }
   }
-  const std::string choice = text_of(options.choice);
-  if (!was_wanted && !failed && !choice.empty()) console.message("nothing matches " + choice);
+  if (!was_wanted && !failed && options.choice != Choice{})
+    console.message("nothing matches " + text_of(options.choice));
   return failed ? exit_bad_input : exit_ok;
 }
 

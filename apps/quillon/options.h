@@ -20,6 +20,8 @@ struct Choice {
   std::vector<int> extensions;
   std::vector<int> versions;
   bool only_current = false;
+
+  bool operator==(const Choice&) const = default;
 };
 
 // What the options of a command line say.

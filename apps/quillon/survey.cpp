@@ -29,7 +29,7 @@ void insert_once(Values& values, Value value) {
 Survey::Survey(const Choice& choice) {
   Choice sections = choice;
   sections.services.clear();
-  if (!text_of(sections).empty()) all_ = std::make_unique<All>();
+  if (sections != Choice{}) all_ = std::make_unique<All>();
 }
 
 void Survey::learn(const Input& input, const StreamSection& section, bool is_wanted) {
