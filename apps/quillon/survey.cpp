@@ -52,9 +52,7 @@ void Survey::push(const Input& input, const StreamSection& section) {
   }
   schedule.push(section);
   SeenTable& table = tables[TableId::of(section)];
-  const double now = input.statistics.seconds();
-  if (table.sections++ == 0) table.first = now;
-  table.last = now;
+  ++table.sections;
   if (table.versions.empty() || table.versions.back() != section.version()) table.section_numbers.clear();
   insert_once(table.versions, section.version());
   table.last_section_number = section.last_section_number();

@@ -22,8 +22,6 @@ struct SeenTable {
   std::vector<int> section_numbers;  // of the version that came last, in order
   int last_section_number = 0;
   std::vector<int> versions;  // in the order in which they came first
-  double first = 0;           // seconds by the stream's clock
-  double last = 0;
 };
 
 // What one input is found to hold, of the sections that are wanted.
