@@ -20,7 +20,7 @@ class Pages final : public Surveyor {
       : Surveyor(options, console), target_(target) {}
 
   Exit write() {
-    const Exit exit = read_inputs(options_, console_, *this, {.repeats = true, .statistics = true});
+    const Exit exit = run();
     if (count_ == 0) return exit_bad_input;
     target_.write(html::document_end());
     target_.finish();
