@@ -33,13 +33,12 @@ class Pages final : public Surveyor {
     record_.emplace();
   }
   void packet(const TsPacket& packet) override { record_->push(*input_, packet); }
-  void section(const Input& input, const StreamSection& section) override {
-    Surveyor::section(input, section);
-    record_->push(input, section);
-  }
   void end(const Input& input) override { print(input, survey()); }
 
  private:
+  void surveyed(const Input& input, const StreamSection& section, const ParsedTable& parsed) override {
+    record_->push(input, section, parsed);
+  }
   void print(const Input& input, const Survey& survey) override {
     if (count_++ == 0) target_.write(html::document_begin(options_.inputs.size() == 1 ? input.name : ""));
     html::Page page{input, survey, *record_, count_ == 1 ? "" : "i" + std::to_string(count_) + "-"};

@@ -1,6 +1,5 @@
 #include "apps/quillon/survey.h"
 
-#include "apps/quillon/parse.h"
 #include "apps/quillon/text.h"
 
 #include <algorithm>
@@ -44,11 +43,11 @@ void Survey::learn(const Input& input, const StreamSection& section, bool is_wan
   collector.advance(now);
 }
 
-void Survey::push(const Input& input, const StreamSection& section) {
+ParsedTable Survey::push(const Input& input, const StreamSection& section) {
   ++sections;
   if (section.has_crc && !section.crc_ok) {
     ++crc_errors[section.pid];
-    return;
+    return {};
   }
   schedule.push(section);
   SeenTable& table = tables[TableId::of(section)];
@@ -60,13 +59,16 @@ void Survey::push(const Input& input, const StreamSection& section) {
       std::lower_bound(table.section_numbers.begin(), table.section_numbers.end(), section.section_number());
   if (at == table.section_numbers.end() || *at != section.section_number())
     table.section_numbers.insert(at, section.section_number());
-  if (!section.repeated) examine(input, section);
+  if (section.repeated) return {};
+  ParsedTable parsed = parse(section.span(), input.standard, Reading::standard);
+  examine(input, section.table_id(), parsed);
+  return parsed;
 }
 
-void Survey::examine(const Input& input, const StreamSection& section) {
-  const auto [table, why_refused] = parse(section.span(), input.standard, Reading::standard);
-  const auto title = [&] { return table_title(section.table_id(), input.standard); };
-  if (!why_refused.empty()) ++refused[title() + ": " + why_refused];
+void Survey::examine(const Input& input, int table_id, const ParsedTable& parsed) {
+  const auto title = [&] { return table_title(table_id, input.standard); };
+  if (!parsed.refused.empty()) ++refused[title() + ": " + parsed.refused];
+  const AnyTable* const table = parsed.table.get();
   if (!table) return;
   for (const DescriptorFailure& failure : table->get_descriptor_failures())
     ++refused[title() + ", " + name_of(failure) + ": " + text_of(failure)];
@@ -74,7 +76,7 @@ void Survey::examine(const Input& input, const StreamSection& section) {
     time = utc;
     time_at = input.statistics.seconds();
   };
-  if (const auto* const network = table->as<Nit>(); network && section.table_id() == kActualNetwork) {
+  if (const auto* const network = table->as<Nit>(); network && table_id == kActualNetwork) {
     for (const DescriptorNetworkName& name : network->get_network_name_descriptors())
       network_name = name.get_network_name().utf8();
   } else if (const auto* const clock = table->as<Tdt>()) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/quillon/feed.h"
+#include "apps/quillon/parse.h"
 
 #include <chrono>
 #include <cstdint>
@@ -42,7 +43,8 @@ struct Survey {
   double time_at = 0;                            // when it did, in seconds by the stream's clock
 
   void learn(const Input& input, const StreamSection& section, bool is_wanted);
-  void push(const Input& input, const StreamSection& section);
+  // Gives a distinct section whose CRC is right as the table that it is; of others none.
+  ParsedTable push(const Input& input, const StreamSection& section);
   // What the stream's time is at its end.
   std::optional<std::chrono::sys_seconds> time_now(const Input& input) const;
   // What services are called and what PIDs carry, also by sections that are not wanted.
@@ -54,7 +56,7 @@ struct Survey {
     TableCollector collector{[this](const TableEvent& event) { directory.push(event); }};
   };
 
-  void examine(const Input& input, const StreamSection& section);
+  void examine(const Input& input, int table_id, const ParsedTable& parsed);
 
   std::unique_ptr<All> all_;  // where they are more than the wanted ones
 };
@@ -71,12 +73,16 @@ class Surveyor : public Receiver {
   void learn(const Input& input, const StreamSection& section, bool is_wanted) override {
     survey_->learn(input, section, is_wanted);
   }
-  void section(const Input& input, const StreamSection& section) override { survey_->push(input, section); }
+  void section(const Input& input, const StreamSection& section) override {
+    surveyed(input, section, survey_->push(input, section));
+  }
   void end(const Input& input) override;
 
  protected:
   ~Surveyor() override = default;
 
+  // A section that the survey has taken, and what its push gave.
+  virtual void surveyed(const Input&, const StreamSection&, const ParsedTable&) {}
   // The input at its end.
   virtual void print(const Input& input, const Survey& survey) = 0;
   std::vector<const Service*> wanted_services(const Survey& survey) const;

@@ -1,6 +1,5 @@
 #include "apps/quillon/html/damage_list.h"
 
-#include "apps/quillon/parse.h"
 #include "apps/quillon/text.h"
 
 #include <utility>
@@ -47,21 +46,16 @@ void DamageList::push(const Input& input, const TsPacket& packet) {
   known = errors;
 }
 
-bool DamageList::push(const Input& input, const StreamSection& section) {
-  const std::string title = table_title(section.table_id(), input.standard);
+void DamageList::push(const Input& input, const StreamSection& section, const ParsedTable& parsed) {
   const auto add_here = [&](Kind kind, const std::string& what) {
-    add(kind, section.packet, section.pid, input.statistics.seconds(), title + ": " + what);
+    add(kind, section.packet, section.pid, input.statistics.seconds(),
+        table_title(section.table_id(), input.standard) + ": " + what);
   };
-  if (section.has_crc && !section.crc_ok) {
-    add_here(wrong_crc, "the CRC is wrong");
-    return false;
-  }
-  const ParsedTable parsed = parse(section.span(), input.standard, Reading::standard);
+  if (section.has_crc && !section.crc_ok) add_here(wrong_crc, "the CRC is wrong");
   if (!parsed.refused.empty()) add_here(refused_section, parsed.refused);
-  if (!parsed.table) return false;
+  if (!parsed.table) return;
   for (const DescriptorFailure& failure : parsed.table->get_descriptor_failures())
     add_here(refused_descriptor, name_of(failure) + ": " + text_of(failure));
-  return true;
 }
 
 }  // namespace quillon::app::html

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/quillon/feed.h"
+#include "apps/quillon/parse.h"
 
 #include <array>
 #include <cstdint>
@@ -29,8 +30,8 @@ class DamageList {
 
   // After its statistics were taken.
   void push(const Input& input, const TsPacket& packet);
-  // A distinct one; true if it is a table.
-  bool push(const Input& input, const StreamSection& section);
+  // A distinct one, as the table that it is, if its CRC is right.
+  void push(const Input& input, const StreamSection& section, const ParsedTable& parsed);
 
   uint64_t count(Kind kind) const { return counts_[kind]; }
   const std::vector<Item>& items() const { return items_; }

@@ -23,10 +23,12 @@ struct Record {
     rates.push(packet.pid(), input.statistics.seconds());
     damage.push(input, packet);
   }
-  void push(const Input& input, const StreamSection& section) {
+  // `table`: of a distinct section whose CRC is right.
+  void push(const Input& input, const StreamSection& section, const ParsedTable& table) {
     if (!section.repeated) {
       sample.push(section, input.statistics.seconds());
-      if (damage.push(input, section)) ++parsed[section.table_id()];
+      damage.push(input, section, table);
+      if (table.table) ++parsed[section.table_id()];
     }
     if (!section.has_crc || section.crc_ok) strips.push(section, input.statistics.seconds());
   }
