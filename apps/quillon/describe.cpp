@@ -159,7 +159,7 @@ Columns table_columns(const Input& input, const Survey& survey) {
     };
     out.add({pid_text(id.pid), table_title(id.table_id, input.standard), extension,
              versions_text(table) + (id.is_current ? "" : " (next)"),
-             std::to_string(table.section_numbers.size()) + " of " +
+             std::to_string(table.section_numbers.count()) + " of " +
                  std::to_string(table.last_section_number + 1),
              grouped(table.sections), interval(&TableRepetition::smallest), interval(&TableRepetition::mean),
              interval(&TableRepetition::largest)});
@@ -177,7 +177,7 @@ Columns table_kind_columns(const Input& input, const Survey& survey) {
   for (const auto& [id, table] : survey.tables) {
     Kind& kind = kinds[{id.pid, id.table_id}];
     ++kind.tables;
-    kind.sections += table.section_numbers.size();
+    kind.sections += table.section_numbers.count();
     kind.sent += table.sections;
   }
   Columns out({2, 3, 4}, {"PID", "table", "tables", "sections", "sent"});

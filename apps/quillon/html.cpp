@@ -33,7 +33,10 @@ class Pages final : public Surveyor {
     record_.emplace();
   }
   void packet(const TsPacket& packet) override { record_->push(*input_, packet); }
-  void end(const Input& input) override { print(input, survey()); }
+  void end(const Input& input) override {
+    tell_unlisted(input);
+    print(input, survey());
+  }
 
  private:
   void surveyed(const Input& input, const StreamSection& section, const ParsedTable& parsed) override {

@@ -18,12 +18,18 @@ constexpr int kActualNetwork = 0x40;
 // GPS time began on 6 January 1980.
 constexpr std::chrono::sys_days kGpsEpoch = std::chrono::year(1980) / 1 / 6;
 
-template <class Values, class Value>
-void insert_once(Values& values, Value value) {
-  if (std::find(values.begin(), values.end(), value) == values.end()) values.push_back(value);
-}
+constexpr size_t kMostTables = 65536;
 
 }  // namespace
+
+void SeenTable::push(const StreamSection& section) {
+  ++sections;
+  const int version = section.version();
+  if (versions.empty() || versions.back() != version) section_numbers.reset();
+  if (std::find(versions.begin(), versions.end(), version) == versions.end()) versions.push_back(version);
+  last_section_number = section.last_section_number();
+  section_numbers.set(static_cast<size_t>(section.section_number()));
+}
 
 Survey::Survey(const Choice& choice) {
   Choice sections = choice;
@@ -50,15 +56,11 @@ ParsedTable Survey::push(const Input& input, const StreamSection& section) {
     return {};
   }
   schedule.push(section);
-  SeenTable& table = tables[TableId::of(section)];
-  ++table.sections;
-  if (table.versions.empty() || table.versions.back() != section.version()) table.section_numbers.clear();
-  insert_once(table.versions, section.version());
-  table.last_section_number = section.last_section_number();
-  const auto at =
-      std::lower_bound(table.section_numbers.begin(), table.section_numbers.end(), section.section_number());
-  if (at == table.section_numbers.end() || *at != section.section_number())
-    table.section_numbers.insert(at, section.section_number());
+  const TableId id = TableId::of(section);
+  if (tables.size() < kMostTables || tables.contains(id))
+    tables[id].push(section);
+  else
+    ++unlisted;
   if (section.repeated) return {};
   ParsedTable parsed = parse(section.span(), input.standard, Reading::standard);
   examine(input, section.table_id(), parsed);
@@ -103,7 +105,14 @@ void Surveyor::begin(const Input&) {
   survey_.emplace(options_.choice);
 }
 
+void Surveyor::tell_unlisted(const Input& input) const {
+  if (survey_->unlisted > 0)
+    console_.message(input.name + ": holds more than " + grouped(kMostTables) + " tables; " +
+                     grouped(survey_->unlisted) + " sections of others are not listed");
+}
+
 void Surveyor::end(const Input& input) {
+  tell_unlisted(input);
   if (options_.inputs.size() > 1) {
     console_.print((is_first_ ? "" : "\n") + input.name + ":\n");
     is_first_ = false;

@@ -3,6 +3,7 @@
 #include "apps/quillon/feed.h"
 #include "apps/quillon/parse.h"
 
+#include <bitset>
 #include <chrono>
 #include <cstdint>
 #include <map>
@@ -20,9 +21,11 @@ namespace quillon::app {
 // A table as it was met, in all its versions.
 struct SeenTable {
   uint64_t sections = 0;             // each time that one was sent
-  std::vector<int> section_numbers;  // of the version that came last, in order
+  std::bitset<256> section_numbers;  // of the version that came last
   int last_section_number = 0;
   std::vector<int> versions;  // in the order in which they came first
+
+  void push(const StreamSection& section);
 };
 
 // What one input is found to hold, of the sections that are wanted.
@@ -34,7 +37,8 @@ struct Survey {
   ServiceDirectory directory;
   TableCollector collector{[this](const TableEvent& event) { directory.push(event); }};
   ScheduleCollector schedule;
-  std::map<TableId, SeenTable> tables;
+  std::map<TableId, SeenTable> tables;           // 65,536 at most
+  uint64_t unlisted = 0;                         // sections of others
   uint64_t sections = 0;                         // each time that one was sent
   std::map<int, uint64_t> crc_errors;            // by PID
   std::map<std::string, uint64_t> refused;       // sections, and descriptors, by table and reason
@@ -83,6 +87,8 @@ class Surveyor : public Receiver {
 
   // A section that the survey has taken, and what its push gave.
   virtual void surveyed(const Input&, const StreamSection&, const ParsedTable&) {}
+  // Says what a hostile input has beyond a survey's bounds.
+  void tell_unlisted(const Input& input) const;
   // The input at its end.
   virtual void print(const Input& input, const Survey& survey) = 0;
   std::vector<const Service*> wanted_services(const Survey& survey) const;

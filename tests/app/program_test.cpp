@@ -426,6 +426,29 @@ TEST_F(Program, NarrowsByEachFilter) {
   EXPECT_EQ(run("json --table 0x42 --pid 0x14 s.ts").code, 0);
 }
 
+TEST_F(Program, ListsSoManyTables) {
+  constexpr int most = 65536;
+  Bytes sections;
+  const auto add = [&sections](int i) {
+    const auto network = static_cast<uint8_t>(i >> 16);
+    const Bytes section = long_section(0x46, Bytes{0x00, network, 0xFF}, {.extension = i & 0xFFFF});
+    sections.insert(sections.end(), section.begin(), section.end());
+  };
+  for (int i = 0; i < most + 3; ++i) add(i);
+  add(0);
+  add(most);
+  const std::string message = "s.bin: holds more than 65,536 tables; 4 sections of others are not listed\n";
+  file("s.bin", sections);
+  const Result tables = run("tables s.bin");
+  EXPECT_EQ(tables.code, 0);
+  EXPECT_EQ(tables.messages, message);
+  EXPECT_EQ(count(tables.out, "\n"), 1 + most);
+  // What is listed is counted further.
+  EXPECT_EQ(tables.out.substr(tables.out.find('\n') + 1).rfind("       SDT (table 0x46)  0x0000", 0), 0u)
+      << tables.out.substr(0, 400);
+  EXPECT_EQ(run("html s.bin -o page.html").messages, message);
+}
+
 TEST_F(Program, SaysThatNothingMatches) {
   file("s.ts", sample_stream());
   for (const std::string command :
