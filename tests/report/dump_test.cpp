@@ -13,6 +13,7 @@
 
 #include <quillon/report/dump.h>
 #include <quillon/report/internal/line.h>
+#include <quillon/tables/sdt.h>
 
 using namespace quillon;
 using namespace quillon::test;
@@ -138,6 +139,35 @@ TEST(DumpBlock, TakesAStreamThatFailed) {
   const uint8_t byte = 0x41;
   dump_block(stream, &byte, 1);
   EXPECT_EQ(stream.str(), "");
+}
+
+TEST(TextsOnOneLine, EscapesTheControlCharactersOfTextsAlone) {
+  const std::string name = "a\nb\rc\td\x1B[31me\x7F\\f";
+  const Bytes service = descriptor(0x48, joined({Bytes{0x01}, counted("p\nq"), counted(name)}));
+  const Bytes section = long_section(0x42, joined({{0x00, 0x01, 0xFF, 0x00, 0x07, 0xFC, 0x80},
+                                                   Bytes{static_cast<uint8_t>(service.size())},
+                                                   service}));
+  Sdt table;
+  table.Parse(section.data(), section.size());
+  const auto printed = [&table](const std::function<void(std::ostream&)>& prepare) {
+    std::ostringstream stream;
+    prepare(stream);
+    table.dump_state(stream);
+    return stream.str();
+  };
+  const std::string plain = printed([](std::ostream&) {});
+  const std::string on_one_line = printed([](std::ostream& s) { s << texts_on_one_line; });
+  const auto replaced = [](std::string text, const std::string& part, const std::string& by) {
+    EXPECT_NE(text.find(part), std::string::npos) << text;
+    return text.replace(text.find(part), part.size(), by);
+  };
+  // The lines of the report are its own.
+  EXPECT_EQ(on_one_line, replaced(replaced(plain, name, R"(a\nb\rc\td\x1B[31me\x7F\f)"), "p\nq", R"(p\nq)"));
+  // Whatever else the stream's state holds.
+  const std::string with_base = printed([](std::ostream& s) { s << texts_on_one_line << std::showbase; });
+  EXPECT_NE(with_base.find("\nprovider_name p\\nq\n"), std::string::npos) << with_base;
+  // It is asked of a stream, not of all.
+  EXPECT_EQ(printed([](std::ostream&) {}), plain);
 }
 
 TEST(ReportLine, PrintsLabelValueAndLineEndAsTheStreamDoes) {

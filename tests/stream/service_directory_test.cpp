@@ -190,6 +190,40 @@ TEST(ServiceDirectory, GathersWhatIsKnownOfAService) {
   EXPECT_EQ(directory.emms(), (std::vector<CaStream>{{0x0B00, 0x0500}, {0x0500, 0x0501}}));
 }
 
+TEST(ServiceDirectory, SaysWhatEachStreamCarries) {
+  const auto content = [](const MapRow& row) {
+    Watched watched;
+    watched.push(pmt_of(1, {row}), 0x100);
+    return std::string(watched.only().streams.at(0).content);
+  };
+  // By its type.
+  EXPECT_EQ(content({0x02, 0x101}), "MPEG-2 video");
+  EXPECT_EQ(content({0x04, 0x101}), "MPEG audio");
+  EXPECT_EQ(content({0x0B, 0x101}), "DSM-CC");
+  EXPECT_EQ(content({0x1B, 0x101}), "H.264 video");
+  EXPECT_EQ(content({0x24, 0x101}), "HEVC video");
+  EXPECT_EQ(content({0x81, 0x101}), "AC-3 audio");
+  // Private data by what describes it; a registration counts most.
+  const Bytes subtitles = descriptor(0x59, joined({text("deu"), {0x10, 0x00, 0x01, 0x00, 0x01}}));
+  EXPECT_EQ(content({0x06, 0x101, subtitles}), "subtitles");
+  EXPECT_EQ(content({0x06, 0x101, descriptor(0x56, joined({text("deu"), {0x09, 0x00}}))}), "teletext");
+  EXPECT_EQ(content({0x06, 0x101, descriptor(0x6A, {0x00})}), "AC-3 audio");
+  EXPECT_EQ(content({0x06, 0x101, descriptor(0x7A, {0x00})}), "E-AC-3 audio");
+  EXPECT_EQ(content({0x06, 0x101, joined({subtitles, descriptor(0x05, text("Opus"))})}), "Opus audio");
+  EXPECT_EQ(content({0x99, 0x101, descriptor(0x05, text("HEVC"))}), "HEVC video");
+  // Sections too.
+  EXPECT_EQ(content({0x05, 0x101}), "sections");
+  EXPECT_EQ(content({0x05, 0x101, descriptor(0x6F, {0x00, 0x01, 0xE0})}), "applications");
+  EXPECT_EQ(content({0x05, 0x101, descriptor(0x66, {0x00, 0x0B, 0x00})}), "IP/MAC notification");
+  // Where nothing says it, the text of its type.
+  for (const int type : {0x00, 0x06, 0x99}) {
+    Watched watched;
+    const ServiceStream stream = watched.push(pmt_of(1, {{type, 0x101}}), 0x100).only().streams.at(0);
+    EXPECT_STREQ(stream.content, stream.stream_type_text) << type;
+    EXPECT_STRNE(stream.content, "") << type;
+  }
+}
+
 TEST(ServiceDirectory, KnowsProgramsWithoutNames) {
   Watched watched;
   // A map alone, until there is an association.
@@ -287,6 +321,7 @@ TEST(ServiceDirectory, ListsVirtualChannels) {
   EXPECT_EQ(news.pcr_pid, 0x31);
   ASSERT_EQ(news.streams.size(), 1u);
   EXPECT_EQ(news.streams[0].languages, Lines{"eng"});
+  EXPECT_STREQ(news.streams[0].content, "AC-3 audio");
   EXPECT_FALSE(watched.directory.services()[2]->is_actual);
   // The map says more than the location; all channels of the program have its streams.
   watched.push(pmt_of(3, {{0x81, 0x34}, {2, 0x31}}), 0x30);
