@@ -14,14 +14,6 @@ namespace fs = std::filesystem;
 
 constexpr size_t kBuffer = size_t{1} << 20;
 
-}  // namespace
-
-fs::path path_of(const std::string& argument) {
-  return std::u8string(argument.begin(), argument.end());
-}
-
-namespace {
-
 // Whatever they are called; standard input may be a file, too. A pipe is not opened: its writer would see
 // that.
 bool is_same_file(const std::string& input, const std::string& output) {
@@ -35,6 +27,10 @@ bool is_same_file(const std::string& input, const std::string& output) {
 }
 
 }  // namespace
+
+fs::path path_of(const std::string& argument) {
+  return std::u8string(argument.begin(), argument.end());
+}
 
 void refuse_inputs(const Options& options, const std::string& file, const char* option) {
   for (const std::string& input : options.inputs)
