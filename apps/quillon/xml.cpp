@@ -20,21 +20,17 @@ class Writer final : public TableReceiver {
   Writer(const Options& options, Console& console, Target& target)
       : TableReceiver(options, console, Reading::kept), target_(target) {}
 
-  void finish() {
-    if (is_begun_)
-      target_.write(tail_);
-    else
-      target_.write(text_of(nullptr));
-  }
+  void finish() { target_.write(tail_.empty() ? text_of(nullptr) : tail_); }
 
  private:
   void table(const Input&, const StreamSection&, const AnyTable& table) override {
     const std::string text = text_of(&table);
-    const size_t child = text.find('\n', text.find(std::string("<") + kRoot)) + 1;
-    const size_t end = text.rfind(kEnd);
-    target_.write(std::string_view(text).substr(is_begun_ ? child : 0, end - (is_begun_ ? child : 0)));
-    tail_ = text.substr(end);
-    is_begun_ = true;
+    const size_t begin = head_;
+    if (tail_.empty()) {
+      head_ = text.find('\n', text.find(std::string("<") + kRoot)) + 1;
+      tail_ = text.substr(text.rfind(kEnd));
+    }
+    target_.write(std::string_view(text).substr(begin, text.size() - tail_.size() - begin));
   }
   void pause(const Input&) override { target_.flush(); }
 
@@ -46,7 +42,8 @@ class Writer final : public TableReceiver {
   }
 
   Target& target_;
-  bool is_begun_ = false;
+  // Of every document, once one was written.
+  size_t head_ = 0;
   std::string tail_;
 };
 
