@@ -51,24 +51,21 @@ void Console::message(std::string_view text) {
 }
 
 void Console::trouble(const std::string& input, const std::string& place, const std::string& what) {
-  const std::string name = input + ": " + what;
-  const bool is_known = kinds_.contains(name);
-  if (!is_known && kinds_.size() == kMostKinds && !verbose_) {
-    ++others_;
-    return;
-  }
-  if (verbose_ ? lines_++ < kMostLines : !is_known) {
-    if (!is_known && kinds_.size() < kMostKinds) kinds_[name];
-    message(input + ": " + place + ": " + what);
-    return;
-  }
+  const auto say = [&] { message(input + ": " + place + ": " + what); };
   if (verbose_) {
-    ++others_;
+    lines_++ < kMostLines ? say() : void(++others_);
     return;
   }
-  Kind& kind = kinds_[name];
-  ++kind.unsaid;
-  kind.last_place = place;
+  const std::string name = input + ": " + what;
+  if (const auto known = kinds_.find(name); known != kinds_.end()) {
+    ++known->second.unsaid;
+    known->second.last_place = place;
+  } else if (kinds_.size() < kMostKinds) {
+    kinds_[name];
+    say();
+  } else {
+    ++others_;
+  }
 }
 
 void Console::sum_up_troubles() {
