@@ -6,13 +6,13 @@
 #include <optional>
 #include <string_view>
 
+#include <quillon/stream/internal/table_ids.h>
+
 namespace quillon::app {
 
 namespace {
 
 constexpr int kMap = 0x02;
-constexpr int kFirstEvents = 0x4E;
-constexpr int kLastEvents = 0x6F;
 constexpr int kAtscEvents = 0xCB;
 constexpr int kAtscTexts = 0xCC;
 
@@ -102,7 +102,7 @@ bool ServiceSections::is_wanted(const StreamSection& section) {
   const int id = section.table_id();
   if (id == kMap) return programs_.contains(section.extension()) || numbers_.contains(section.extension());
   const TableId table = TableId::of(section);
-  if (id >= kFirstEvents && id <= kLastEvents)
+  if (detail::is_event_information(id))
     return has_events({table.original_network_id, table.transport_stream_id, table.extension}) ||
            numbers_.contains(table.extension);
   if (id == kAtscEvents) return has_events({-1, -1, table.extension});
