@@ -4,7 +4,6 @@
 #include "apps/quillon/times.h"
 
 #include <chrono>
-#include <cmath>
 
 namespace quillon::app {
 
@@ -129,7 +128,7 @@ void Events::tell_omitted(Kind kind) {
 void Events::begin_object(const char* name) {
   fields_.text("event", name);
   if (!name_.empty()) fields_.text("input", name_);
-  if (time_.is_known()) fields_.real("time", std::round(time_.seconds() * 1000) / 1000);
+  if (time_.is_known()) fields_.seconds("time", time_.seconds());
   fields_.number("packet", static_cast<int64_t>(time_.count()), nullptr);
   if (is_live_) fields_.text("arrival", iso_8601(std::chrono::system_clock::now()));
 }

@@ -4,8 +4,6 @@
 #include "apps/quillon/times.h"
 
 #include <chrono>
-#include <cmath>
-#include <optional>
 
 #include <quillon/report/registries.h>
 
@@ -22,9 +20,7 @@ class Lines final : public TableReceiver {
     if (options_.inputs.size() > 1) fields_.text("input", input.name);
     if (section.pid >= 0) fields_.number("pid", section.pid, nullptr);
     fields_.number("packet", static_cast<int64_t>(section.packet + 1), nullptr);
-    // To the millisecond: between two stamps of the clock it is an estimate.
-    const std::optional<double> time = input.time();
-    if (section.pid >= 0) fields_.real("time", time ? std::round(*time * 1000) / 1000 : std::nan(""));
+    if (section.pid >= 0) fields_.seconds("time", input.time());
     if (input.is_live) fields_.text("arrival", iso_8601(std::chrono::system_clock::now()));
     fields_.text("table", table.element());
     table.walk(fields_);

@@ -75,6 +75,10 @@ std::string_view JsonFields::take() {
   return taken_;
 }
 
+void JsonFields::seconds(const char* name, std::optional<double> seconds) {
+  real(name, seconds ? std::round(*seconds * 1000) / 1000 : std::nan(""));
+}
+
 void JsonFields::key(std::string_view name, std::string_view suffix) {
   if (levels_.back() != Level::record) return;
   const size_t begin = line_.size();

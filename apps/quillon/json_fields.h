@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,9 @@ namespace quillon::app {
 //   a descriptor      an object whose first member, "descriptor", is its name
 class JsonFields final : public FieldSink {
  public:
+  // A time by a stream's clock, to the millisecond: between two stamps of the clock it is an estimate.
+  void seconds(const char* name, std::optional<double> seconds);
+
   // The object and a line end, after which the writer is as new. Good until the next call.
   std::string_view take();
 
