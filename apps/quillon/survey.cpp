@@ -6,6 +6,7 @@
 
 #include <quillon/atsc/stt.h>
 #include <quillon/descriptors/service/names.h>
+#include <quillon/stream/internal/gps_time.h>
 #include <quillon/tables/nit.h>
 #include <quillon/tables/tdt.h>
 #include <quillon/tables/tot.h>
@@ -15,8 +16,6 @@ namespace quillon::app {
 namespace {
 
 constexpr int kActualNetwork = 0x40;
-// GPS time began on 6 January 1980.
-constexpr std::chrono::sys_days kGpsEpoch = std::chrono::year(1980) / 1 / 6;
 
 constexpr size_t kMostTables = 65536;
 
@@ -86,8 +85,7 @@ void Survey::examine(const Input& input, int table_id, const ParsedTable& parsed
   } else if (const auto* const offset = table->as<Tot>()) {
     if (offset->get_utc_time().is_defined()) set_time(offset->get_utc_time().get_time_point());
   } else if (const auto* const system = table->as<AtscSTT>()) {
-    set_time(kGpsEpoch + std::chrono::seconds(static_cast<uint32_t>(system->system_time)) -
-             std::chrono::seconds(system->GPS_UTC_offset));
+    set_time(detail::utc_of_gps(static_cast<uint32_t>(system->system_time), system->GPS_UTC_offset));
   }
 }
 

@@ -13,6 +13,7 @@
 #include <quillon/descriptors/event/extended_event.h>
 #include <quillon/descriptors/event/short_event.h>
 #include <quillon/sections/byte_view.h>
+#include <quillon/stream/internal/gps_time.h>
 #include <quillon/stream/internal/standard_parse.h>
 #include <quillon/stream/internal/table_ids.h>
 #include <quillon/stream/schedule_collector.h>
@@ -38,12 +39,6 @@ constexpr int kAtscEtt = 0xCC;
 // Since 2017.
 constexpr int kUsualLeapSeconds = 18;
 
-std::chrono::sys_seconds utc_of(uint32_t gps_seconds, int leap_seconds) {
-  using namespace std::chrono;
-  constexpr sys_seconds epoch = sys_days(1980y / January / 6);
-  return epoch + seconds(gps_seconds) - seconds(leap_seconds);
-}
-
 ScheduledEvent event_of(const Eit::EventInfo& row) {
   ScheduledEvent out;
   out.event_id = row.get_event_id();
@@ -66,7 +61,7 @@ ScheduledEvent event_of(const AtscEIT::Event& row, int leap_seconds) {
   ScheduledEvent out;
   out.event_id = row.event_id;
   const auto start = static_cast<uint32_t>(row.start_time);
-  if (start != std::numeric_limits<uint32_t>::max()) out.start = utc_of(start, leap_seconds);
+  if (start != std::numeric_limits<uint32_t>::max()) out.start = detail::utc_of_gps(start, leap_seconds);
   out.duration = std::chrono::seconds(row.length_in_seconds);
   for (const auto& title : row.title_text.strings)
     out.texts.push_back({title.iso639languagecode.c_strA(), title.utf8(), {}});
