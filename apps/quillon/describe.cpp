@@ -42,6 +42,12 @@ std::string name_of(const Service& service) {
   return service.name.empty() ? "program " + std::to_string(service.service_id) : service.name;
 }
 
+std::map<ServiceId, const Service*> by_id(const ServiceDirectory& services) {
+  std::map<ServiceId, const Service*> out;
+  for (const Service* const service : services.services()) out.try_emplace(service->id(), service);
+  return out;
+}
+
 const char* running_text(int running_status) {
   constexpr const char* texts[] = {"undefined", "not running", "starts in a few seconds",
                                    "pausing",   "running",     "off-air"};

@@ -15,6 +15,8 @@ namespace quillon::app {
 std::string number_of(const Service& service);
 // "Café Radio", or "program 4097".
 std::string name_of(const Service& service);
+// For who looks up many of them.
+std::map<ServiceId, const Service*> by_id(const ServiceDirectory& services);
 // "running" (EN 300 468, table 6); null of what is reserved or not known.
 const char* running_text(int running_status);
 // The same, but empty where it says nothing.

@@ -3,8 +3,8 @@
 #include "apps/quillon/text.h"
 #include "apps/quillon/times.h"
 
-#include <algorithm>
 #include <chrono>
+#include <map>
 #include <optional>
 
 #include <quillon/descriptors/event/content.h>
@@ -36,9 +36,11 @@ class Guide final : public Surveyor {
     if (!now && input.is_live)
       now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     if (options_.now && !now) return console_.message(input.name + ": says no time, which --now needs");
+    const std::map<ServiceId, const Service*> known = by_id(survey.all_services());
     bool has_events = false;
     for (const ServiceId& id : survey.schedule.services()) {
-      const Service* const service = find(survey, id);
+      const auto found = known.find(id);
+      const Service* const service = found == known.end() ? nullptr : found->second;
       if (!options_.choice.services.empty() && !(service && is_wanted(options_.choice, *service))) continue;
       std::vector<ScheduledEvent> events = survey.schedule.events(id);
       choose(events, now);
@@ -52,13 +54,6 @@ class Guide final : public Surveyor {
     if (!has_events)
       console_.message(input.name + ": no events" +
                        (options_.choice.services.empty() ? "" : " of " + text_of(options_.choice)));
-  }
-
-  static const Service* find(const Survey& survey, const ServiceId& id) {
-    const auto services = survey.all_services().services();
-    const auto found =
-        std::find_if(services.begin(), services.end(), [&id](const Service* s) { return s->id() == id; });
-    return found == services.end() ? nullptr : *found;
   }
 
   // Leaves those that were asked for.

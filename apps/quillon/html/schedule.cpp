@@ -77,8 +77,7 @@ struct Rows {
 };
 
 Rows rows_of(const Survey& survey, sys_seconds now) {
-  std::map<ServiceId, const Service*> known;
-  for (const Service* const service : survey.directory.services()) known.try_emplace(service->id(), service);
+  const std::map<ServiceId, const Service*> known = by_id(survey.directory);
   Rows out;
   size_t held = 0;
   for (const ServiceId& service : survey.schedule.services()) {
