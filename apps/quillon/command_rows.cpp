@@ -34,8 +34,7 @@ constexpr unsigned kStreams = kViews | kEach | kWatch | kHtml;
 constexpr CommandRow kCommands[] = {
     {"summary", "INPUT...", "Tell what a stream is, at a glance",
      "Duration and rate, the standard, services with their streams, languages and conditional access, PIDs "
-     "with "
-     "what they carry, tables with their versions, and what was damaged, skipped or refused.",
+     "with what they carry, tables with their versions, and what was damaged, skipped or refused.",
      summary, kSummary},
     {"services", "INPUT...", "List the services, with their streams",
      "Services of DVB, virtual channels of ATSC, or programs, those of other transport streams too.",
@@ -50,25 +49,20 @@ constexpr CommandRow kCommands[] = {
      epg, kEpg},
     {"tables", "INPUT...", "List the tables, with versions and how often they come",
      "A line a table: where it is, its ids, its version, its sections, and the smallest, mean and largest "
-     "interval "
-     "between two times that it was sent.",
+     "interval between two times that it was sent.",
      tables, kTables},
     {"show", "INPUT...", "Print each distinct section as a tree of fields",
      "Every field with its name, coded ones with what they mean; texts are in quotation marks, in which "
-     "control "
-     "characters are escaped.",
+     "control characters are escaped.",
      show, kShow},
     {"json", "INPUT...", "Print each distinct section as a line of JSON",
      "An object a line: input (if there are several), pid, packet (from 1), time (seconds by the stream's "
-     "clock), "
-     "arrival (of live inputs), table, and every field. Bytes are hexadecimal, times as in ISO 8601, null "
-     "what is "
-     "not defined; a coded number is followed by its meaning.",
+     "clock), arrival (of live inputs), table, and every field. Bytes are hexadecimal, times as in ISO 8601, "
+     "null what is not defined; a coded number is followed by its meaning.",
      json, kJson},
     {"report", "INPUT...", "Print each distinct section as a text report",
      "The report that objects of the library give, for tools that rely on it. It leaves many fields out: "
-     "show and "
-     "json have them all.",
+     "show and json have them all.",
      report, kReport},
     {"xml", "INPUT...", "Write the same sections as one XML document",
      "A document that load reads back. A file is written under another name first, so that it is whole or as "
@@ -87,32 +81,22 @@ constexpr CommandRow kCommands[] = {
      html_page, kHtml},
     {"watch", "INPUT...", "Tell what changes, as it happens",
      "A line an event: tables that are new, changed or gone; services that are new, gone, renamed or "
-     "changed; "
-     "errors of continuity, CRCs, transport and synchronization, and where scrambling begins and ends, a PID "
-     "once "
-     "a second with its count. It ends with its input, or at a signal.\n\n"
+     "changed; errors of continuity, CRCs, transport and synchronization, and where scrambling begins and "
+     "ends, a PID once a second with its count. It ends with its input, or at a signal.\n\n"
      "Times are seconds by the stream's clock (PCR). Where a live input has none, or it stands still, they "
-     "go on by "
-     "the clock on the wall; where a file has none, the packet is told, no table is ever gone, and 10,000 "
-     "packets "
-     "(500 sections of a chain) count as a second. Of each kind 500 events are told in a second, of more "
-     "only the "
-     "count.\n\n"
+     "go on by the clock on the wall; where a file has none, the packet is told, no table is ever gone, and "
+     "10,000 packets (500 sections of a chain) count as a second. Of each kind 500 events are told in a "
+     "second, of more only the count.\n\n"
      "With --json an object a line: event, input (if there are several), time (where it is known), packet "
-     "(from 1), "
-     "arrival (of live inputs), and what it is about. Events are table_new, table_changed, table_gone, "
-     "service_new, "
-     "service_changed, service_renamed, service_gone, continuity_error, crc_error, transport_error, "
-     "sync_loss, "
-     "scrambling_begins, scrambling_ends, and events_omitted.\n\n"
+     "(from 1), arrival (of live inputs), and what it is about. Events are table_new, table_changed, "
+     "table_gone, service_new, service_changed, service_renamed, service_gone, continuity_error, crc_error, "
+     "transport_error, sync_loss, scrambling_begins, scrambling_ends, and events_omitted.\n\n"
      "The file of --metrics is written once a second while a live input is read, and at the end. It has "
-     "series of "
-     "1,000 PIDs and 1,000 tables at most, none of EIT schedules and ETTs.",
+     "series of 1,000 PIDs and 1,000 tables at most, none of EIT schedules and ETTs.",
      watch, kWatch},
     {"names", "KIND [ID]", "Print the registered name of a DVB identifier",
      "KIND is network, original-network, bouquet, ca-system, data-broadcast, mhp-organisation or "
-     "private-data; "
-     "without an ID all names of the kind are printed.",
+     "private-data; without an ID all names of the kind are printed.",
      names, kNames},
 };
 
@@ -222,10 +206,8 @@ const OptionRow kOptions[] = {
 
 const char* const kInputText =
     "INPUT is a file, a pipe or a device, - for standard input, or what comes to an address: "
-    "udp://GROUP:PORT or "
-    "rtp://GROUP:PORT. Transport packets of 188, 192, 204 or 208 bytes are found with whatever is between "
-    "them; "
-    "chains of bare sections are read too. What is read is shown as it comes.";
+    "udp://GROUP:PORT or rtp://GROUP:PORT. Transport packets of 188, 192, 204 or 208 bytes are found with "
+    "whatever is between them; chains of bare sections are read too. What is read is shown as it comes.";
 const char* const kExitText = "Exit codes: 0 ok, 1 bad input or output, 2 wrong use.";
 
 std::string_view OptionRow::long_name() const {

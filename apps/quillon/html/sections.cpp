@@ -135,8 +135,7 @@ void write_sections(Page& page) {
              " distinct sections, spread evenly over those of each table.");
   out.text(
          " Where a field is pointed at, or chosen with the arrow keys, its bytes light up; where these are "
-         "not known, those "
-         "of the descriptor around it.")
+         "not known, those of the descriptor around it.")
       .end();
   out.begin("div", {{"class", "search"}, {"hidden", ""}, {"data-for", id + "-list"}})
       .element("label", {{"for", id + "-search"}}, "Search in names, values and bytes")
