@@ -3,7 +3,7 @@
 #include "apps/quillon/text.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <optional>
 #include <set>
 #include <tuple>
 
@@ -17,6 +17,19 @@ namespace {
 std::string joined(const std::vector<std::string>& parts, const char* separator) {
   std::string out;
   for (const std::string& part : parts) out.append(out.empty() ? "" : separator).append(part);
+  return out;
+}
+
+// Those that the choice names, and those of its services; none if it names neither.
+std::optional<std::set<int>> wanted_pids(const Choice& choice, const Survey& survey) {
+  if (choice.pids.empty() && choice.services.empty()) return std::nullopt;
+  std::set<int> out(choice.pids.begin(), choice.pids.end());
+  for (const Service* const service : survey.directory.services()) {
+    if (choice.services.empty() || !service->is_actual || !is_wanted(choice, *service)) continue;
+    out.insert({service->map_pid, service->pcr_pid});
+    for (const ServiceStream& stream : service->streams) out.insert(stream.pid);
+    for (const CaStream& ca : service->ca) out.insert(ca.pid);
+  }
   return out;
 }
 
@@ -128,7 +141,8 @@ std::string share_text(uint64_t part, uint64_t whole) {
   return whole == 0 ? "" : fixed(100.0 * static_cast<double>(part) / static_cast<double>(whole), 1, "%");
 }
 
-std::vector<std::string> troubles_of(const Input& input, const Survey& survey) {
+std::vector<std::string> troubles_of(const Options& options, const Input& input, const Survey& survey) {
+  const std::optional<std::set<int>> wanted = wanted_pids(options.choice, survey);
   std::vector<std::string> out;
   const auto add = [&out](uint64_t count, const std::string& what) {
     if (count > 0) out.push_back(grouped(count) + " " + what);
@@ -136,6 +150,7 @@ std::vector<std::string> troubles_of(const Input& input, const Survey& survey) {
   add(input.packets.skipped(), "bytes that belong to no packet");
   add(input.packets.sync_losses(), "losses of synchronisation");
   for (int pid = 0; pid < TsPacket::pids; ++pid) {
+    if (wanted && !wanted->contains(pid)) continue;
     const PidStatistics& counts = input.statistics.pid(pid);
     add(counts.continuity_errors, "continuity errors on PID " + pid_text(pid));
     add(counts.transport_errors, "packets with an error on PID " + pid_text(pid));
@@ -195,19 +210,11 @@ Columns table_kind_columns(const Input& input, const Survey& survey) {
 
 Columns pid_columns(const Options& options, const Input& input, const Survey& survey) {
   const std::map<int, std::string> contents = contents_of(survey, input.standard);
-  std::set<int> wanted(options.choice.pids.begin(), options.choice.pids.end());
-  for (const Service* const service : survey.directory.services()) {
-    if (options.choice.services.empty() || !service->is_actual || !is_wanted(options.choice, *service))
-      continue;
-    wanted.insert({service->map_pid, service->pcr_pid});
-    for (const ServiceStream& stream : service->streams) wanted.insert(stream.pid);
-    for (const CaStream& ca : service->ca) wanted.insert(ca.pid);
-  }
-  const bool wants_all = options.choice.pids.empty() && options.choice.services.empty();
+  const std::optional<std::set<int>> wanted = wanted_pids(options.choice, survey);
   Columns out({1, 2, 3}, {"PID", "packets", "rate", "share", "content", "trouble"});
   for (int pid = 0; pid < TsPacket::pids; ++pid) {
     const PidStatistics& counts = input.statistics.pid(pid);
-    if (counts.packets == 0 || !(wants_all || wanted.contains(pid))) continue;
+    if (counts.packets == 0 || (wanted && !wanted->contains(pid))) continue;
     std::vector<std::string> troubles;
     const auto add = [&troubles](uint64_t count, const char* what) {
       if (count > 0) troubles.push_back(grouped(count) + " " + what);

@@ -33,8 +33,8 @@ std::map<int, std::string> contents_of(const Survey& survey, Standard standard);
 std::string rate_text(double bit_rate);
 // "12.3 %"
 std::string share_text(uint64_t part, uint64_t whole);
-// What is wrong, a line each.
-std::vector<std::string> troubles_of(const Input& input, const Survey& survey);
+// What is wrong, a line each; of packets on PIDs that were asked for.
+std::vector<std::string> troubles_of(const Options& options, const Input& input, const Survey& survey);
 
 // A line a table id on a PID.
 Columns table_kind_columns(const Input& input, const Survey& survey);

@@ -20,7 +20,7 @@ class Summary final : public Surveyor {
     if (!input.is_chain) print_part("PIDs", pid_columns(options_, input, survey));
     print_part("Tables", table_kind_columns(input, survey));
     Columns troubles;
-    for (const std::string& trouble : troubles_of(input, survey)) troubles.add({trouble});
+    for (const std::string& trouble : troubles_of(options_, input, survey)) troubles.add({trouble});
     if (troubles.empty()) troubles.add({"none"});
     print_part("Trouble", troubles);
   }

@@ -426,6 +426,30 @@ TEST_F(Program, NarrowsByEachFilter) {
   EXPECT_EQ(run("json --table 0x42 --pid 0x14 s.ts").code, 0);
 }
 
+TEST_F(Program, TellsTheTroubleOfThePidsAskedFor) {
+  const Bytes one = long_section(0x42, Bytes{0x00, 0x01, 0xFF});
+  const Bytes other = short_section(0x70, Bytes{0xC0, 0x79, 0x12, 0x45, 0x00});
+  file("s.ts", joined({packets({one}, {.pid = 0x11}),
+                       packets({one}, {.pid = 0x11, .counter = 5}),
+                       packets({other}, {.pid = 0x14}),
+                       packets({other}, {.pid = 0x14, .counter = 5}),
+                       packet({.pid = 0x300, .error = 1}, {}),
+                       packet({.pid = 0x301, .error = 1}, {}),
+                       {0x00, 0x01}}));
+  const auto trouble = [this](const std::string& filters) {
+    const std::string out = run("summary " + filters + " s.ts").out;
+    return out.substr(out.find("\nTrouble\n") + 1);
+  };
+  const std::string bytes = "Trouble\n  2 bytes that belong to no packet\n";
+  const std::string description = "  1 continuity errors on PID 0x0011\n";
+  const std::string time = "  1 continuity errors on PID 0x0014\n";
+  const std::string damaged = "  1 packets with an error on PID 0x0300\n";
+  EXPECT_EQ(trouble(""), bytes + description + time + damaged + "  1 packets with an error on PID 0x0301\n");
+  EXPECT_EQ(trouble("--pid 0x11"), bytes + description);
+  EXPECT_EQ(trouble("--pid 0x14 --pid 0x300"), bytes + time + damaged);
+  EXPECT_EQ(trouble("--pid 0x100"), bytes);
+}
+
 TEST_F(Program, ListsSoManyTables) {
   constexpr int most = 65536;
   Bytes sections;
