@@ -131,8 +131,9 @@ class Event:
     texts: tuple[EventText, ...]
     long_texts: tuple[LongText, ...]
     contents: tuple[dict[str, Any], ...]
-    """Genres, as a section's fields have them; so the ratings and ATSC's advisories."""
+    """DVB's genres, as a section's fields have them; so the ratings, and ATSC's genres and advisories."""
     ratings: tuple[dict[str, Any], ...]
+    genres: tuple[dict[str, Any], ...]
     advisories: tuple[dict[str, Any], ...]
 
     @property

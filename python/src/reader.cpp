@@ -113,7 +113,7 @@ py::object python_of(const ScheduledEvent& event) {
                            }),
       "long_texts"_a = tuple_of(event.long_texts, [](const ExtendedText& text) { return python_of(text); }),
       "contents"_a = dicts_of(event.contents), "ratings"_a = dicts_of(event.ratings),
-      "advisories"_a = dicts_of(event.advisories));
+      "genres"_a = dicts_of(event.genres), "advisories"_a = dicts_of(event.advisories));
 }
 
 py::object python_of(const Reader::Counts& counts) {

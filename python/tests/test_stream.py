@@ -425,6 +425,9 @@ def test_long_texts_and_genres(sample: Path) -> None:
     every = [event for events in quillon.open(sample).drain().schedule().values() for event in events]
     assert any(event.contents and event.contents[0]["content_nibble_level1_meaning"] for event in every)
     assert all(text.is_complete for event in every for text in event.long_texts)
+    assert not any(event.genres for event in every)
+    channels = quillon.open(TOP / "data" / "sample-atsc.ts").drain().schedule().values()
+    assert all(0x20 <= event.genres[0]["attribute"] <= 0x25 for events in channels for event in events)
 
 
 def test_statistics(sample: Path) -> None:

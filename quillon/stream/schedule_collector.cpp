@@ -65,6 +65,12 @@ ScheduledEvent event_of(const AtscEIT::Event& row, int leap_seconds) {
   out.duration = std::chrono::seconds(row.length_in_seconds);
   for (const auto& title : row.title_text.strings)
     out.texts.push_back({title.iso639languagecode.c_strA(), title.utf8(), {}});
+  for (const DescriptorAtscGenre& genre : row.get_atsc_genre_descriptor()) {
+    // As many are read as their count says, past the descriptor's end too.
+    const ptrdiff_t within = std::max(genre.get_descriptor_length() - 1, 0);
+    const auto begin = genre.attributes.begin();
+    out.genres.insert(out.genres.end(), begin, begin + std::min(within, std::ssize(genre.attributes)));
+  }
   for (const DescriptorAtscContentAdvisory& advisory : row.get_atsc_content_advisory_descriptor())
     out.advisories.insert(out.advisories.end(), advisory.regions.begin(), advisory.regions.end());
   return out;
@@ -79,6 +85,7 @@ void fill_in(ScheduledEvent& event, ScheduledEvent&& other) {
   fill(event.long_texts, other.long_texts);
   fill(event.contents, other.contents);
   fill(event.ratings, other.ratings);
+  fill(event.genres, other.genres);
   fill(event.advisories, other.advisories);
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <quillon/atsc/content_advisory.h>
+#include <quillon/atsc/genre.h>
 #include <quillon/descriptors/event/content.h>
 #include <quillon/descriptors/event/extended_text.h>
 #include <quillon/descriptors/event/parental_rating.h>
@@ -34,8 +35,9 @@ struct ScheduledEvent {
   int free_ca_mode = -1;   // 1: one or more streams are under conditional access; -1 in ATSC
   std::vector<EventText> texts;
   std::vector<ExtendedText> long_texts;  // of extended event descriptors, or of an extended text table
-  std::vector<DescriptorContent::Content> contents;
+  std::vector<DescriptorContent::Content> contents;  // genres of DVB
   std::vector<DescriptorParentalRating::RatingInfo> ratings;
+  std::vector<DescriptorAtscGenre::Attribute> genres;  // of ATSC
   std::vector<DescriptorAtscContentAdvisory::Region> advisories;
 };
 

@@ -270,6 +270,8 @@ TEST_F(AtscSample, TellsOfEventsInTwoLanguages) {
   ASSERT_EQ(valley[0].texts.size(), 2u);
   EXPECT_EQ(valley[0].texts[0].title, "Good Morning Valley");
   EXPECT_EQ(valley[0].texts[1].title, "Buenos días, valle");
+  ASSERT_EQ(valley[0].genres.size(), 1u);
+  EXPECT_EQ(valley[0].genres[0].attribute, 0x23);  // news
   ASSERT_EQ(valley[0].long_texts.size(), 1u);
   EXPECT_EQ(valley[0].long_texts[0].text, "News, weather and traffic, every ten minutes.");
   const auto tinta = atsc().schedule.events({-1, -1, 0x0102});

@@ -90,6 +90,7 @@ struct AtscEvent {
   int id;
   uint32_t start;
   std::string title;
+  Bytes descriptors = {};
 };
 
 Bytes atsc_eit_of(const std::vector<AtscEvent>& events, int version = 0) {
@@ -104,7 +105,8 @@ Bytes atsc_eit_of(const std::vector<AtscEvent>& events, int version = 0) {
                          {2, 1, "ETM_location"},
                          {20, 1800, "length_in_seconds"},
                          {8, title.size(), "title_length"}}),
-                   title, bits({{4, 15, "reserved"}, {12, 0, "descriptors_length"}})});
+                   title, bits({{4, 15, "reserved"}, {12, event.descriptors.size(), "descriptors_length"}}),
+                   event.descriptors});
   }
   return long_section(0xCB, body, {.extension = kSource.service_id, .version = version, .private_bit = 1});
 }
@@ -354,6 +356,27 @@ TEST(ScheduleCollector, ReadsBareSectionsOfAtsc) {
   EXPECT_EQ(schedule.events(kSource)[1].long_texts.size(), 1u);
   push(schedule, atsc_eit_of({{3, kGpsDay, "Changed"}}, 1), -1);
   EXPECT_EQ(listed(schedule, kSource), (Lines{"0 Changed", "3 Later"}));
+}
+
+TEST(ScheduleCollector, GivesTheGenresOfAtsc) {
+  const auto genres = [](const Bytes& descriptors) {
+    ScheduleCollector schedule;
+    push(schedule, atsc_eit_of({{1, kGpsDay, "Now", descriptors}}), -1);
+    const ScheduledEvent event = schedule.events(kSource).at(0);
+    std::vector<int> out;
+    for (const DescriptorAtscGenre::Attribute& genre : event.genres) out.push_back(genre.attribute);
+    return out;
+  };
+  using Codes = std::vector<int>;
+  EXPECT_EQ(genres({}), Codes());
+  EXPECT_EQ(genres(descriptor(0xAB, {0xE2, 0x25, 0x45})), (Codes{0x25, 0x45}));
+  EXPECT_EQ(genres(joined({descriptor(0xAB, {0xE1, 0x25}), descriptor(0xAB, {0xE1, 0x22})})),
+            (Codes{0x25, 0x22}));
+  // A count is not trusted with what follows.
+  EXPECT_EQ(genres(joined({descriptor(0xAB, {0xFF, 0x25}), descriptor(0xAB, {0xE1, 0x22})})),
+            (Codes{0x25, 0x22}));
+  EXPECT_EQ(genres(descriptor(0xAB, {0xFF})), Codes());
+  EXPECT_EQ(genres(descriptor(0xAB, {})), Codes());
 }
 
 TEST(ScheduleCollector, ForgetsTheServicesThatWereSilentForTheLongestTime) {
