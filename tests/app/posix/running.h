@@ -52,6 +52,8 @@ class Running {
     dup2(setting.out_is_terminal ? terminal : open("live.txt", flags, 0600), STDOUT_FILENO);
     dup2(setting.messages_are_for_terminal ? terminal : open("live-messages.txt", flags, 0600),
          STDERR_FILENO);
+    // Who runs the tests in the background of a shell has them ignore it.
+    std::signal(SIGINT, SIG_DFL);
     execv(program.c_str(), words.data());
     _exit(127);
   }

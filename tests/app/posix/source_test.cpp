@@ -105,6 +105,10 @@ TEST_F(Sources, SaysThatAnAddressIsNoneOfThisMachine) {
 // Each runs in a process of its own, as a request to stop is for good.
 class StopDeathTest : public Sources {
  protected:
+  StopDeathTest() {
+    std::signal(SIGINT, SIG_DFL);  // which a shell ignores for what it runs in the background
+  }
+
   // The signal comes at whatever moment: before the read, in it or between its waits.
   [[noreturn]] static void stop_while_reading(const std::string& input, bool follow) {
     quillon::app::catch_stop_signals();
