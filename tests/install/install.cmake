@@ -1,8 +1,9 @@
 # Installs the build, moves what was installed, and looks at it: it names no folder of this machine, and its program runs.
+# The shared library is stripped, as packages have it: the checks of its interface want it with debug information.
 include(${CMAKE_CURRENT_LIST_DIR}/common.cmake)
 
 file(REMOVE_RECURSE ${folder})
-run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${folder}/root)
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${folder}/root --strip)
 file(RENAME ${folder}/root ${root})
 
 file(GLOB_RECURSE texts "${root}/*.cmake" "${root}/*.pc" "${root}/*.h" "${root}/*.inc")
