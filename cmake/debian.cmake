@@ -90,7 +90,7 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   install(FILES ${debian_folder}/changelog.gz ${debian_folder}/changelog.Debian.gz ${debian_folder}/copyright
           DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${upper}_PACKAGE_NAME} COMPONENT ${component})
 endforeach()
-install(CODE "execute_process(COMMAND gzip -9nf \"\$ENV{DESTDIR}${CMAKE_INSTALL_FULL_MANDIR}/man1/quillon.1\" COMMAND_ERROR_IS_FATAL ANY)"
-        COMPONENT program)
+set(manual "\$ENV{DESTDIR}${CMAKE_INSTALL_FULL_MANDIR}/man1/quillon.1")
+install(CODE "execute_process(COMMAND gzip -9nf \"${manual}\" COMMAND_ERROR_IS_FATAL ANY)" COMPONENT program)
 
 include(CPack)

@@ -1,0 +1,27 @@
+from pathlib import Path
+
+from conan import ConanFile
+from conan.tools.build import can_run
+from conan.tools.cmake import CMake, cmake_layout
+
+
+class TestPackage(ConanFile):
+    settings = "os", "arch", "compiler", "build_type"
+    generators = "CMakeDeps", "CMakeToolchain"
+
+    def requirements(self):
+        self.requires(self.tested_reference_str)
+
+    def layout(self):
+        cmake_layout(self)
+
+    def build(self):
+        cmake = CMake(self)
+        cmake.configure()
+        cmake.build()
+
+    def test(self):
+        if can_run(self):
+            consumer = Path(self.cpp.build.bindir) / "consumer"
+            document = Path(self.build_folder) / "eit.xml"
+            self.run(f'"{consumer}" "{document}"', env="conanrun")

@@ -1,0 +1,117 @@
+# Carries out the port of packaging/vcpkg without vcpkg: functions of the names that it calls do what is documented of
+# them, for one release build with the packages of the system. Then what is installed is built against.
+#   cmake -DSOURCE=... -DFOLDER=... -DVERSION=... -P vcpkg.cmake
+cmake_minimum_required(VERSION 3.25)
+
+set(CURRENT_PORT_DIR ${SOURCE}/packaging/vcpkg)
+set(CURRENT_PACKAGES_DIR ${FOLDER}/packages)
+file(REMOVE_RECURSE ${CURRENT_PACKAGES_DIR})
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(result)
+    message(FATAL_ERROR "${ARGN}\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+# The named arguments of a function, and no others.
+macro(arguments single multiple)
+  cmake_parse_arguments(PARSE_ARGV 0 arg "" "${single}" "${multiple}")
+  if(arg_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "${CMAKE_CURRENT_FUNCTION} knows no ${arg_UNPARSED_ARGUMENTS}")
+  endif()
+endmacro()
+
+function(vcpkg_check_features)
+  arguments(OUT_FEATURE_OPTIONS FEATURES)
+  set(options "")
+  while(arg_FEATURES)
+    list(POP_FRONT arg_FEATURES feature option)
+    string(JSON described GET "${manifest}" features ${feature} description)
+    set(value OFF)
+    if(feature IN_LIST FEATURES)
+      set(value ON)
+    endif()
+    list(APPEND options -D${option}=${value})
+  endwhile()
+  set(${arg_OUT_FEATURE_OPTIONS} "${options}" PARENT_SCOPE)
+endfunction()
+
+function(vcpkg_cmake_configure)
+  arguments(SOURCE_PATH OPTIONS)
+  # Two folders below the source, as the presets' builds: the compiler's cache knows their files by these names.
+  run(${CMAKE_COMMAND} -S ${arg_SOURCE_PATH} -B ${FOLDER} -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF
+      -DCMAKE_INSTALL_PREFIX=${CURRENT_PACKAGES_DIR} -DCMAKE_INSTALL_LIBDIR=lib -DQUILLON_WERROR=ON ${arg_OPTIONS})
+endfunction()
+
+function(vcpkg_cmake_install)
+  run(${CMAKE_COMMAND} --build ${FOLDER} --target install)
+endfunction()
+
+# The folder of a CMake package becomes share/PORT, which may be less deep.
+function(vcpkg_cmake_config_fixup)
+  arguments(CONFIG_PATH "")
+  set(place ${CURRENT_PACKAGES_DIR}/share/${PORT})
+  file(MAKE_DIRECTORY ${CURRENT_PACKAGES_DIR}/share)
+  file(RENAME ${CURRENT_PACKAGES_DIR}/${arg_CONFIG_PATH} ${place})
+  cmake_path(GET arg_CONFIG_PATH PARENT_PATH left)
+  file(REMOVE_RECURSE ${CURRENT_PACKAGES_DIR}/${left})
+  file(GLOB files ${place}/*.cmake)
+  foreach(file IN LISTS files)
+    file(READ ${file} text)
+    string(REGEX REPLACE "(get_filename_component\\(_IMPORT_PREFIX \"\\\${CMAKE_CURRENT_LIST_FILE}\" PATH\\)\n)(get_filename_component\\(_IMPORT_PREFIX \"\\\${_IMPORT_PREFIX}\" PATH\\)\n)+"
+           "\\1\\2\\2" text "${text}")
+    string(REGEX REPLACE "(PACKAGE_PREFIX_DIR \"\\\${CMAKE_CURRENT_LIST_DIR})/[./]+\"" "\\1/../../\"" text "${text}")
+    file(WRITE ${file} "${text}")
+  endforeach()
+endfunction()
+
+function(vcpkg_fixup_pkgconfig)
+  arguments("" "")
+  if(NOT EXISTS ${CURRENT_PACKAGES_DIR}/lib/pkgconfig/quillon.pc)
+    message(FATAL_ERROR "no file for pkg-config")
+  endif()
+endfunction()
+
+function(vcpkg_install_copyright)
+  arguments("" FILE_LIST)
+  file(COPY_FILE ${arg_FILE_LIST} ${CURRENT_PACKAGES_DIR}/share/${PORT}/copyright)
+endfunction()
+
+file(READ ${CURRENT_PORT_DIR}/vcpkg.json manifest)
+string(JSON PORT GET "${manifest}" name)
+string(JSON version GET "${manifest}" version)
+if(NOT version STREQUAL VERSION)
+  message(FATAL_ERROR "packaging/vcpkg/vcpkg.json states version ${version}, quillon/version.h ${VERSION}")
+endif()
+string(JSON FEATURES GET "${manifest}" default-features 0)
+include(${CURRENT_PORT_DIR}/portfile.cmake)
+
+# What vcpkg would complain of: programs, and names of folders of this machine.
+file(GLOB_RECURSE installed ${CURRENT_PACKAGES_DIR}/*)
+foreach(file IN LISTS installed)
+  if(file MATCHES "/bin/|/debug/|/lib/cmake/")
+    message(FATAL_ERROR "the port installs ${file}")
+  endif()
+  if(file MATCHES "\\.(cmake|pc|h)$")
+    file(STRINGS ${file} found REGEX "${SOURCE}")
+    if(found)
+      message(FATAL_ERROR "${file} names ${SOURCE}: ${found}")
+    endif()
+  endif()
+endforeach()
+foreach(file usage copyright quillon-config.cmake quillon-config-version.cmake quillon-targets.cmake Findisal.cmake)
+  if(NOT EXISTS ${CURRENT_PACKAGES_DIR}/share/quillon/${file})
+    message(FATAL_ERROR "the port does not install ${file}")
+  endif()
+endforeach()
+
+file(REMOVE_RECURSE ${FOLDER}/consumer)
+run(${CMAKE_COMMAND} -S ${SOURCE}/tests/install/package -B ${FOLDER}/consumer -G Ninja
+    -DCMAKE_PREFIX_PATH=${CURRENT_PACKAGES_DIR} -DVERSION=${VERSION} -DEXAMPLE=${SOURCE}/examples/forms.cpp)
+run(${CMAKE_COMMAND} --build ${FOLDER}/consumer)
+run(${FOLDER}/consumer/programs ${FOLDER}/consumer/eit.xml)
+if(NOT output MATCHES "fra: Le café\n$")
+  message(FATAL_ERROR "a program that is linked with the port prints: ${output}")
+endif()
