@@ -5,7 +5,7 @@
 #include <quillon/platform/api.h>
 
 #define QUILLON_VERSION_MAJOR 0
-#define QUILLON_VERSION_MINOR 1
+#define QUILLON_VERSION_MINOR 2
 #define QUILLON_VERSION_PATCH 0
 
 // For comparisons: 1.2.3 is 1002003.

@@ -22,6 +22,7 @@ class DomElement {
   explicit DomElement(void* element) : element_(element) {}
   void* get() const { return element_; }
   explicit operator bool() const { return element_ != nullptr; }
+  // Of the pointers. A DOM may have several to one element, as MSXML does.
   bool operator==(const DomElement&) const = default;
 
  private:
