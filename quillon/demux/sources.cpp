@@ -9,7 +9,7 @@ namespace {
 
 // How far ahead of the packet that is served headers are fetched from memory, and how far the rest of packets
 // that go on to a handler. Both were measured.
-constexpr int kHeadersAhead = 24 * Demux::packet_size;
+constexpr int kHeadersAhead = 96 * Demux::packet_size;
 constexpr int kPayloadsAhead = 8 * Demux::packet_size;
 constexpr ptrdiff_t kCacheLine = 64;
 
