@@ -47,12 +47,14 @@ bool right(const Workload& workload, Counts counts, const Stream& stream) {
 
 bool measure(const char* name, const Stream& stream, bool is_mux, int runs) {
   std::vector<Workload> workloads = {
-      {"W1, push", assemble_pushed, false, 0.6, 0.065},
+      {"W1, push", assemble_pushed, false, 0.28, 0.05},
       {"W1, pull", assemble_pulled, false, 2.0, 0.15},
       {"W1, found", assemble_found, false, 0.9, 0.25},
-      {"W2", parse_all, true, 1.6, 0.8},
-      {"W3", report_all, true, 3.6, 2.0},
-      {"W3x", save_all, true, 4.6, 3.5},
+      {"W2", parse_all, true, 0.9, 0.6},
+      {"W2, again", parse_again, true, 0.8, 0.45},
+      {"W3", report_all, true, 1.5, 0.9},
+      {"W3x", save_all, true, 2.4, 2.1},
+      {"W3j", walk_all, true, 2.5, 1.8},
   };
   uint64_t sections = 0;
   for (const auto& [id, count] : stream.holds.sections) sections += count;

@@ -1,11 +1,13 @@
 #include "bench/workloads.h"
 
+#include "apps/quillon/json_fields.h"
 #include "bench/tables.h"
 
 #include <algorithm>
 #include <boost/crc.hpp>
 #include <cstring>
 #include <sstream>
+#include <tuple>
 
 #include <quillon/sections/crc.h>
 #include <quillon/sections/section_size.h>
@@ -94,8 +96,33 @@ void count_rows(Counter& counter, const PmtDVB& pmt) {
   for (const auto& row : pmt.get_pmt_stream_info()) counter.descriptors += descriptors_of(row);
 }
 
+// The tables that sections are parsed into: each a new one, or one of its class again.
+class NewTables {
+ public:
+  template <class Table, class Use>
+  void with(Use use) {
+    Table table;
+    use(table);
+  }
+};
+class SameTables {
+ public:
+  template <class Table, class Use>
+  void with(Use use) {
+    Table& table = std::get<Table>(tables_);
+    if constexpr (std::is_same_v<Table, Nit>)
+      table = Nit();
+    else
+      table.reset();
+    use(table);
+  }
+
+ private:
+  std::tuple<Pat, PmtDVB, Nit, Sdt, Eit> tables_;
+};
+
 // Parses every section and hands the object to `use`.
-template <class Use>
+template <class Tables, class Use>
 class Parser : public DemuxPush {
  public:
   explicit Parser(Use use) : use_(use) { add_handlers(*this); }
@@ -109,13 +136,15 @@ class Parser : public DemuxPush {
 
   template <class Table>
   void take(const uint8_t* section) {
-    Table table;
-    table.Parse(section, false);
-    counter.count(section[0]);
-    count_rows(counter, table);
-    use_(table);
+    tables_.template with<Table>([&](Table& table) {
+      table.Parse(section, false);
+      counter.count(section[0]);
+      count_rows(counter, table);
+      use_(table);
+    });
   }
 
+  Tables tables_;
   Use use_;
 };
 
@@ -125,9 +154,9 @@ Counts pushed(DemuxPush& demux, Counter& counter, const Stream& stream) {
   return counter.counts(stream.bytes.size() / Demux::packet_size);
 }
 
-template <class Use>
+template <class Tables = NewTables, class Use>
 Counts parsed(const Stream& stream, Use use) {
-  Parser<Use> parser(use);
+  Parser<Tables, Use> parser(use);
   return pushed(parser, parser.counter, stream);
 }
 
@@ -162,6 +191,10 @@ Counts parse_all(const Stream& stream) {
   return parsed(stream, [](const auto&) {});
 }
 
+Counts parse_again(const Stream& stream) {
+  return parsed<SameTables>(stream, [](const auto&) {});
+}
+
 Counts report_all(const Stream& stream) {
   std::ostringstream text;
   return parsed(stream, [&text](const auto& table) {
@@ -174,6 +207,14 @@ Counts save_all(const Stream& stream) {
   return parsed(stream, [](const auto& table) {
     xml::Document document;
     table.SaveSection(document.dom(), document.create_root("table"));
+  });
+}
+
+Counts walk_all(const Stream& stream) {
+  app::JsonFields fields;
+  return parsed(stream, [&fields](const auto& table) {
+    table.walk(fields);
+    fields.take();
   });
 }
 
