@@ -4,6 +4,7 @@
 
 #include <quillon/descriptors/descriptor_base.h>
 #include <quillon/faces/internal/walk.h>
+#include <quillon/report/internal/line.h>
 #include <quillon/xml/internal/grammar.h>
 
 namespace quillon {
@@ -113,8 +114,13 @@ const char* DescriptorBase::get_tag_text(unsigned char tag) {
 }
 
 void DescriptorBase::dump_state(std::ostream& stream) const {
-  stream << "descriptor_tag: " << std::hex << std::setw(2) << std::setfill('0') << descriptor_tag << " "
-         << get_tag_text() << std::endl;
+  stream << std::hex << std::setfill('0');
+  report::Line(stream)
+      .label({}, "descriptor_tag: ", {})
+      .add(descriptor_tag, 2)
+      .add(" ")
+      .add(get_tag_text())
+      .end();
   _dump_state(stream);
 }
 

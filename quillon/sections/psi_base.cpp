@@ -2,6 +2,7 @@
 #include <ostream>
 
 #include <quillon/sections/crc.h>
+#include <quillon/sections/internal/composed.h>
 #include <quillon/sections/internal/require_crc.h>
 #include <quillon/sections/log.h>
 #include <quillon/sections/psi_base.h>
@@ -66,18 +67,20 @@ void PsiTableBase::Parse(const uint8_t* section, bool keep_raw) {
   parsed_ = true;
 }
 
-void PsiTableBase::dump_state(std::ostream& stream) const {
-  stream << std::hex << std::right << std::unitbuf << std::uppercase << std::setfill('0');
-  stream << "table name: " << get_table_id_text() << std::endl;
-  stream << "table_id " << std::setw(2) << table_id_ << std::endl;
-  stream << "section_length " << std::setw(4) << section_length_ << std::endl;
-  stream << "context_id " << std::setw(4) << context_id_ << std::endl;
-  stream << "version_number " << std::setw(2) << version_number_ << std::endl;
-  stream << "section_number " << std::setw(2) << section_number_ << std::endl;
-  stream << "last_section_number " << last_section_number_ << std::endl;
-  stream << "current_next_indicator " << std::setw(2) << current_next_indicator_ << std::endl;
-  stream << "crc32 " << std::setw(8) << crc_ << std::endl;
-  _dump_state(stream);
+void PsiTableBase::dump_state(std::ostream& outer) const {
+  detail::compose(outer, [this](std::ostream& stream) {
+    stream << std::hex << std::right << std::unitbuf << std::uppercase << std::setfill('0');
+    stream << "table name: " << get_table_id_text() << std::endl;
+    stream << "table_id " << std::setw(2) << table_id_ << std::endl;
+    stream << "section_length " << std::setw(4) << section_length_ << std::endl;
+    stream << "context_id " << std::setw(4) << context_id_ << std::endl;
+    stream << "version_number " << std::setw(2) << version_number_ << std::endl;
+    stream << "section_number " << std::setw(2) << section_number_ << std::endl;
+    stream << "last_section_number " << last_section_number_ << std::endl;
+    stream << "current_next_indicator " << std::setw(2) << current_next_indicator_ << std::endl;
+    stream << "crc32 " << std::setw(8) << crc_ << std::endl;
+    _dump_state(stream);
+  });
 }
 
 void PsiTableBase::reset() {
@@ -109,8 +112,8 @@ void PsiBase::Parse(const uint8_t* section, bool keep_raw) {
   parsed_ = true;
 }
 
-void PsiBase::dump_state(std::ostream& stream) const {
-  _dump_state(stream);
+void PsiBase::dump_state(std::ostream& outer) const {
+  detail::compose(outer, [this](std::ostream& stream) { _dump_state(stream); });
 }
 
 void PsiBase::_dump_state(std::ostream& stream) const {

@@ -1,7 +1,6 @@
-#include <iomanip>
-
 #include <quillon/descriptors/dvb_classes.h>
 #include <quillon/faces/internal/describe.h>
+#include <quillon/report/internal/line.h>
 #include <quillon/sections/internal/rows.h>
 #include <quillon/tables/eit.h>
 
@@ -70,7 +69,7 @@ void Eit::_dump_state(std::ostream& stream) const {
 template <class V, class S>
 void Eit::EventInfo::describe(V& v, S& s) {
   if constexpr (V::dump)
-    v.stream() << "event_id: " << std::setw(4) << std::hex << s.event_id_ << std::endl;
+    report::line(v.stream() << std::hex, "event_id: ", s.event_id_, 4);
   else
     v.field("event_id", s.event_id_);
   v.field("running_status", s.running_status_);

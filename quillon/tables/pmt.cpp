@@ -3,6 +3,7 @@
 #include <quillon/descriptors/dvb_classes.h>
 #include <quillon/descriptors/internal/dump_descriptors.h>
 #include <quillon/faces/internal/describe.h>
+#include <quillon/report/internal/line.h>
 #include <quillon/sections/internal/rows.h>
 #include <quillon/tables/internal/stream_type.h>
 #include <quillon/tables/pmt.h>
@@ -95,8 +96,9 @@ void PmtDVB::_dump_state(std::ostream& stream) const {
 }
 
 void PmtDVB::ElementaryStream::dump_state(std::ostream& stream) const {
-  stream << "stream_type: " << std::hex << std::setw(2) << stream_type_ << std::endl;
-  stream << "elementary_PID: " << std::hex << std::setw(4) << elementary_pid_ << std::endl;
+  stream << std::hex;
+  report::line(stream, "stream_type: ", stream_type_, 2);
+  report::line(stream, "elementary_PID: ", elementary_pid_, 4);
   dump_descriptors(stream, get_CA_descriptors(), get_general_descriptors(), get_teletext_descriptors(),
                    get_ISO_639_language_descriptors(), get_video_stream_descriptors(),
                    get_audio_stream_descriptors(), get_STD_descriptors(),

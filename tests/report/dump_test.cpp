@@ -225,6 +225,44 @@ TEST(ReportLine, FollowsTheStreamsState) {
   EXPECT_EQ(printed([&](std::ostream& s) { s.imbue(grouped); }).substr(0, 13), "a: 1.234.567\n");
 }
 
+// Also where the lines are put together for a whole table.
+TEST(ReportLine, FillsAWidthAsTheStreamDoes) {
+  for (const auto base : {std::ios::dec, std::ios::hex, std::ios::oct})
+    for (const auto adjust : {std::ios::fmtflags(), std::ios::right, std::ios::left, std::ios::internal})
+      for (const int value : {0, 10, 0x1FFF, -5, INT_MIN})
+        for (const int width : {0, 4, 12}) {
+          std::ostringstream by_operators;
+          std::ostringstream by_line;
+          std::ostringstream composed;
+          for (std::ostream* stream : {&by_operators, &by_line, &composed}) {
+            stream->flags(base | adjust);
+            stream->fill('*');
+          }
+          by_operators << "a: " << std::setw(width) << value << std::endl;
+          report::line(by_line, "a: ", value, width);
+          detail::compose(composed, [&](std::ostream& stream) { report::line(stream, "a: ", value, width); });
+          EXPECT_EQ(by_line.str(), by_operators.str());
+          EXPECT_EQ(composed.str(), by_operators.str());
+        }
+}
+
+TEST(ReportLine, GroupsDigitsInAReportToo) {
+  struct Grouped : std::numpunct<char> {
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  const std::locale grouped(std::locale::classic(), new Grouped);
+  std::ostringstream stream;
+  stream.imbue(grouped);
+  detail::compose(stream, [](std::ostream& inner) {
+    report::line(inner, "a: ", 1234567);
+    inner.imbue(std::locale::classic());
+    report::line(inner, "b: ", 1234567);
+  });
+  EXPECT_EQ(stream.str(), "a: 1.234.567\nb: 1234567\n");
+  EXPECT_EQ(stream.getloc(), std::locale::classic());
+}
+
 TEST(ReportLine, HasNoLongestText) {
   for (const size_t size : {505u, 508u, 509u, 512u, 513u, 5000u}) {
     std::ostringstream stream;

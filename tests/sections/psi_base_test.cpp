@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <functional>
+#include <iomanip>
 #include <optional>
 #include <sstream>
 
@@ -300,6 +302,132 @@ TEST(PsiTableBase, PrintsItsHeaderAndLeavesTheStreamAsItsTablesLikeIt) {
   EXPECT_TRUE(stream.flags() & std::ios_base::uppercase);
   EXPECT_TRUE(stream.flags() & std::ios_base::unitbuf);
   EXPECT_EQ(stream.fill(), '0');
+}
+
+namespace {
+
+// Prints by a function.
+class Printing final : public PsiBase {
+ public:
+  explicit Printing(std::function<void(std::ostream&)> print) : print_(std::move(print)) {}
+  const char* get_table_id_text() const override { return "printing"; }
+
+ private:
+  bool is_syntax_indicator_valid(int) const override { return true; }
+  void _reset() override {}
+  void _dump_state(std::ostream& stream) const override { print_(stream); }
+  void _parse(void*) override {}
+  void _parse(ByteView, bool) override {}
+  bool _save_section(void*, void*) const override { return true; }
+  bool is_valid_tablesid() const override { return true; }
+
+  std::function<void(std::ostream&)> print_;
+};
+
+// Counts what a stream does with it, and takes no more bytes than it is told.
+class CountingBuffer : public std::stringbuf {
+ public:
+  explicit CountingBuffer(size_t most = std::string::npos) : most_(most) {}
+  int insertions = 0;
+  int flushes = 0;
+
+ private:
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    ++insertions;
+    if (view().size() + static_cast<size_t>(size) > most_) return 0;
+    return std::stringbuf::xsputn(text, size);
+  }
+  int sync() override { return ++flushes, 0; }
+
+  size_t most_;
+};
+
+std::string lines(int count) {
+  std::string out;
+  for (int i = 0; i < count; ++i) out += "line " + std::to_string(i) + "\n";
+  return out;
+}
+
+void print_lines(std::ostream& stream, int count) {
+  for (int i = 0; i < count; ++i) stream << "line " << i << std::endl;
+}
+
+}  // namespace
+
+TEST(TableReport, IsInsertedAndFlushedAtOnce) {
+  CountingBuffer buffer;
+  std::ostream stream(&buffer);
+  Printing([](std::ostream& inner) { print_lines(inner, 100); }).dump_state(stream);
+  EXPECT_EQ(buffer.str(), lines(100));
+  EXPECT_EQ(buffer.insertions, 1);
+  EXPECT_EQ(buffer.flushes, 1);
+}
+
+TEST(TableReport, HasNoGreatestSize) {
+  CountingBuffer buffer;
+  std::ostream stream(&buffer);
+  const std::string text(20000, 'x');
+  Printing([&](std::ostream& inner) {
+    print_lines(inner, 5000);
+    inner << text;
+    inner.put('y');
+    print_lines(inner, 3);
+  }).dump_state(stream);
+  EXPECT_EQ(buffer.str(), lines(5000) + text + "y" + lines(3));
+  EXPECT_LT(buffer.insertions, 12);
+}
+
+TEST(TableReport, TakesTheFormatOfItsStreamAndLeavesItsOwn) {
+  std::ostringstream tied;
+  std::ostringstream stream;
+  stream << std::hex << std::showbase << std::setfill('*') << std::setw(6);
+  stream.tie(&tied);
+  stream.precision(3);
+  Printing([](std::ostream& inner) {
+    inner << 255 << " " << 1.23456 << "\n";
+    inner << std::dec << std::noshowbase << std::left << std::setprecision(5) << std::setfill('-');
+  }).dump_state(stream);
+  EXPECT_EQ(stream.str(), "**0xff 1.23\n");
+  EXPECT_EQ(stream.width(), 0);
+  EXPECT_EQ(stream.tie(), &tied);
+  EXPECT_EQ(stream.flags() & std::ios_base::unitbuf, 0);
+  stream << std::setw(4) << 10 << 1.23456;
+  EXPECT_EQ(stream.str(), "**0xff 1.23\n10--1.2346");
+}
+
+TEST(TableReport, MayHoldAnother) {
+  std::ostringstream stream;
+  const Printing inner([](std::ostream& at) { print_lines(at, 2); });
+  Printing([&](std::ostream& outer) {
+    outer << "before\n" << std::hex;
+    inner.dump_state(outer);
+    outer << 255 << "\n";
+  }).dump_state(stream);
+  EXPECT_EQ(stream.str(), "before\n" + lines(2) + "ff\n");
+}
+
+TEST(TableReport, IsThereUntilItsFailure) {
+  std::ostringstream stream;
+  const Printing table([](std::ostream& inner) {
+    print_lines(inner, 2);
+    throw error("printing failed");
+  });
+  EXPECT_EQ(std::string(caught([&] { table.dump_state(stream); })->what()), "printing failed");
+  EXPECT_EQ(stream.str(), lines(2));
+}
+
+TEST(TableReport, TellsThatItsStreamIsFull) {
+  const Printing table([](std::ostream& inner) { print_lines(inner, 5000); });
+  CountingBuffer small(100);
+  std::ostream stream(&small);
+  table.dump_state(stream);
+  EXPECT_TRUE(stream.bad());
+
+  CountingBuffer other(100);
+  std::ostream throwing(&other);
+  throwing.exceptions(std::ios::badbit);
+  EXPECT_THROW(table.dump_state(throwing), std::ios_base::failure);
+  EXPECT_EQ(throwing.exceptions(), std::ios::badbit);
 }
 
 TEST(PsiBase, ReadsItsHeader) {

@@ -73,7 +73,9 @@ class Dump : public Face {
  private:
   template <class Time>
   void time_field(const char* name, const Time& value) {
-    stream_ << std::string(before_).append(name).append(after_) << value << std::endl;
+    report::Line(stream_).label(before_, name, after_).insert();
+    stream_ << value;
+    report::Line(stream_).end();
   }
   template <class Value>
   void dump_of(const Value& value) {

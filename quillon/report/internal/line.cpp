@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
+#include <iomanip>
 #include <locale>
 #include <ostream>
 #include <string>
@@ -35,6 +37,18 @@ std::string escaped(std::string_view text) {
   return out;
 }
 
+using Digits = std::array<char, 16>;
+
+std::string_view printed(uint32_t value, std::ios_base::fmtflags flags, Digits& digits) {
+  const auto base = flags & std::ios_base::basefield;
+  const int radix = base == std::ios_base::hex ? 16 : base == std::ios_base::oct ? 8 : 10;
+  char* const begin = digits.data();
+  char* const end = std::to_chars(begin, begin + digits.size(), value, radix).ptr;
+  if (base == std::ios_base::hex && (flags & std::ios_base::uppercase))
+    std::transform(begin, end, begin, [](char c) { return static_cast<char>(c >= 'a' ? c - 32 : c); });
+  return {begin, static_cast<size_t>(end - begin)};
+}
+
 }  // namespace
 
 int on_one_line() {
@@ -44,8 +58,9 @@ int on_one_line() {
 
 Line::Line(std::ostream& stream)
     : stream_(stream),
+      composed_(stream.good() ? detail::Composed::of(stream) : nullptr),
       plain_(stream.width() == 0 && (stream.flags() & kBeyondBase) == 0 &&
-             stream.getloc() == std::locale::classic()) {}
+             (composed_ ? composed_->is_classic() : stream.getloc() == std::locale::classic())) {}
 
 Line& Line::label(std::string_view before, std::string_view name, std::string_view after) {
   if (!plain_) {
@@ -84,18 +99,26 @@ Line& Line::add(int value) {
 }
 
 Line& Line::add(uint32_t value) {
-  if (!plain_) {
+  Digits digits;
+  if (plain_)
+    put(printed(value, stream_.flags(), digits));
+  else
     stream_ << value;
+  return *this;
+}
+
+Line& Line::add(int value, int width) {
+  const auto flags = stream_.flags();
+  if (!plain_ || value < 0 || (flags & (std::ios_base::left | std::ios_base::internal)) != 0) {
+    insert();
+    stream_ << std::setw(width) << value;
     return *this;
   }
-  const auto flags = stream_.flags();
-  const auto base = flags & std::ios_base::basefield;
-  char digits[16];
-  const int radix = base == std::ios_base::hex ? 16 : base == std::ios_base::oct ? 8 : 10;
-  char* const end = std::to_chars(digits, digits + sizeof digits, value, radix).ptr;
-  if (base == std::ios_base::hex && (flags & std::ios_base::uppercase))
-    std::transform(digits, end, digits, [](char c) { return static_cast<char>(c >= 'a' ? c - 32 : c); });
-  put({digits, static_cast<size_t>(end - digits)});
+  Digits digits;
+  const std::string_view text = printed(static_cast<uint32_t>(value), flags, digits);
+  const char fill = stream_.fill();
+  for (auto size = static_cast<int>(text.size()); size < width; ++size) put({&fill, 1});
+  put(text);
   return *this;
 }
 
@@ -116,11 +139,13 @@ void Line::end() {
     return;
   }
   put("\n");
+  if (composed_) return;
   insert();
   stream_.flush();
 }
 
 void Line::put(std::string_view text) {
+  if (composed_) return composed_->append(text);
   if (text.size() > sizeof place_ - used_) insert();
   if (text.size() > sizeof place_) {
     stream_.write(text.data(), static_cast<std::streamsize>(text.size()));

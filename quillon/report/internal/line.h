@@ -2,10 +2,13 @@
 
 // For the library's own sources.
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <string_view>
+
+#include <quillon/sections/internal/composed.h>
 
 namespace quillon::report {
 
@@ -26,6 +29,8 @@ class Line {
   Line& add(int value);
   Line& add(uint32_t value);
   Line& add(double value);
+  // As after std::setw.
+  Line& add(int value, int width);
 
   // Inserts what was put together, without an end of line.
   void insert();
@@ -37,16 +42,17 @@ class Line {
   void put(std::string_view text);
 
   std::ostream& stream_;
+  detail::Composed* composed_;  // takes the parts at once, if the stream is one
   bool plain_;
   size_t used_ = 0;
   char place_[512];
 };
 
-// A whole line: label, value, end of line.
-template <class Value>
-void line(std::ostream& stream, const char* label, const Value& value) {
+// A whole line: label, value (and its least width), end of line.
+template <class Value, std::same_as<int>... Width>
+void line(std::ostream& stream, const char* label, const Value& value, Width... width) {
   Line line(stream);
-  line.label({}, label, {}).add(value).end();
+  line.label({}, label, {}).add(value, width...).end();
 }
 
 }  // namespace quillon::report
