@@ -3,7 +3,6 @@
 // For the library's own sources.
 
 #include <array>
-#include <cstring>
 #include <locale>
 #include <ostream>
 #include <streambuf>
@@ -25,7 +24,7 @@ class Composed : private std::streambuf {
   // As the stream's own insertion, which would ask for its state first.
   void append(std::string_view text) {
     if (static_cast<ptrdiff_t>(text.size()) > epptr() - pptr()) return append_long(text);
-    std::memcpy(pptr(), text.data(), text.size());
+    text.copy(pptr(), text.size());
     pbump(static_cast<int>(text.size()));
   }
   // Inserts and flushes the rest, and leaves the outer stream the format that this one has.
