@@ -246,6 +246,19 @@ TEST(ReportLine, FillsAWidthAsTheStreamDoes) {
         }
 }
 
+TEST(ReportLine, GoesIntoTheStreamThatItIsGiven) {
+  std::ostringstream outer;
+  std::ostringstream other;
+  detail::compose(outer, [&](std::ostream& inner) {
+    report::line(inner, "a: ", 1);
+    other.copyfmt(inner);
+    report::line(other, "b: ", 2);
+  });
+  report::line(other, "c: ", 3);
+  EXPECT_EQ(outer.str(), "a: 1\n");
+  EXPECT_EQ(other.str(), "b: 2\nc: 3\n");
+}
+
 TEST(ReportLine, GroupsDigitsInAReportToo) {
   struct Grouped : std::numpunct<char> {
     char do_thousands_sep() const override { return '.'; }

@@ -9,7 +9,7 @@ Composed::Composed(std::ostream& outer)
   inner_.tie(nullptr);
   inner_.exceptions(std::ios_base::goodbit);
   inner_.unsetf(std::ios_base::unitbuf);
-  inner_.pword(index()) = this;
+  inner_.pword(index()) = static_cast<std::streambuf*>(this);
 }
 
 void Composed::finish() {

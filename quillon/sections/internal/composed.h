@@ -16,8 +16,12 @@ class Composed : private std::streambuf {
  public:
   explicit Composed(std::ostream& outer);
 
-  // What a stream writes into, if it is one of these.
-  static Composed* of(std::ostream& stream) { return static_cast<Composed*>(stream.pword(index())); }
+  // What a stream writes into, if it is one of these. Another stream may have its format, and the mark with
+  // it.
+  static Composed* of(std::ostream& stream) {
+    std::streambuf* const buffer = stream.rdbuf();
+    return buffer && stream.pword(index()) == buffer ? static_cast<Composed*>(buffer) : nullptr;
+  }
 
   std::ostream& stream() { return inner_; }
   bool is_classic() const { return is_classic_; }
