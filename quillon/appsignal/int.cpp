@@ -60,12 +60,12 @@ void Int::describe(V& v, S& s) {
 QUILLON_TABLE_FACES_OF(Int)
 
 bool Int::TargetOperationalDescriptors::SaveSection(void* document, void* element) const {
-  const xml::Writer held(document, element);
-  const auto save_child = [&](const char* name, const auto& loop) {
-    const auto child = xml::create_element(static_cast<IXMLDOMDocument*>(document), name);
+  const xml::Element to(document, element);
+  const auto save_child = [&to](const char* name, const auto& loop) {
+    const xml::Element child = to.make(name);
     if (!child) return false;
-    loop.SaveSection(document, child.get());
-    return static_cast<IXMLDOMElement*>(element)->appendChild(child.get(), nullptr) >= 0;
+    loop.SaveSection(child.document(), child.get());
+    return to.append(child);
   };
   return save_child("targetdescriptorloop", target_descriptor_loop_) &&
          save_child("operationaldescriptorloop", operational_descriptor_loop_);

@@ -277,22 +277,20 @@ bool DescriptorLoop::parse_descriptors(ByteView view, int begin, int end, const 
 }
 
 bool DescriptorLoop::_save_descriptors(void* document, void* parent) const {
-  auto* const dom = static_cast<IXMLDOMDocument*>(document);
-  const xml::Ref<IXMLDOMDocument> held_document(dom);
-  const xml::Ref<IXMLDOMElement> held_parent(static_cast<IXMLDOMElement*>(parent));
-  const xml::Ref<IXMLDOMElement> list = xml::create_element(dom, "descriptors");
+  const xml::Element to(document, parent);
+  const xml::Element list = to.make("descriptors");
   if (list)
     for (const Slots::Slot* slot : detail::in_saving_order(slots_)) {
       if (!slot) break;
       const Kind& kind = *slot->kind;
       for (size_t i = 0; i < kind.ops->size(slot->vector); ++i) {
-        const xml::Ref<IXMLDOMElement> element = xml::create_element(dom, kind.saved);
+        const xml::Element element = list.make(kind.saved);
         if (!element) continue;
         kind.ops->at(slot->vector, i).SaveSection(document, element.get());
-        list->appendChild(element.get(), nullptr);
+        list.append(element);
       }
     }
-  held_parent->appendChild(list.get(), nullptr);
+  to.append(list);
   return true;
 }
 

@@ -30,12 +30,18 @@ QUILLON_API bool encode(unsigned page, wide_view text, std::string& out);
 inline bool is_ascii(std::string_view text) {
   constexpr uint64_t ones = 0x0101010101010101;
   uint64_t seen = 0;
-  for (; text.size() >= sizeof seen; text.remove_prefix(sizeof seen)) {
+  const auto look = [&seen](const char* at) {
     uint64_t eight;
-    std::memcpy(&eight, text.data(), sizeof eight);
+    std::memcpy(&eight, at, sizeof eight);
     seen |= eight | (eight - ones);
+  };
+  if (text.size() >= 8) {
+    const char* const last = text.data() + text.size() - 8;
+    for (const char* at = text.data(); at < last; at += 8) look(at);
+    look(last);
+  } else {
+    for (const char c : text) seen |= static_cast<unsigned char>(c) | (static_cast<unsigned char>(c) - 1u);
   }
-  for (const char c : text) seen |= static_cast<unsigned char>(c) | (static_cast<unsigned char>(c) - 1u);
   return (seen & ones << 7) == 0;
 }
 

@@ -35,23 +35,29 @@ wide_string to_utf16(std::string_view text) {
 std::string to_utf8(wide_view text) {
   std::string out;
   out.reserve(text.size());
-  const auto put = [&out](uint32_t bits) { out += static_cast<char>(bits); };
+  char piece[256];
+  char* at = piece;
+  const auto put = [&at](uint32_t bits) { *at++ = static_cast<char>(bits); };
   for (size_t i = 0; i < text.size(); ++i) {
+    if (at - piece > 252) {
+      out.append(piece, at);
+      at = piece;
+    }
     uint32_t code = text[i];
+    if (code < 0x80) {
+      put(code);
+      continue;
+    }
     const bool high = code >= 0xD800 && code <= 0xDBFF;
     if (high && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF)
       code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00u);
     else if (code >= 0xD800 && code <= 0xDFFF)
       code = 0xFFFD;
-    if (code < 0x80) {
-      put(code);
-      continue;
-    }
     const int more = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
     put((0xF00u >> (more + 1) & 0xFF) | code >> 6 * more);
     for (int k = more - 1; k >= 0; --k) put(0x80 | (code >> 6 * k & 0x3F));
   }
-  return out;
+  return out.append(piece, at);
 }
 
 std::string to_utf8(unsigned page, std::string_view text) {

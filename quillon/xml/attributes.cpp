@@ -5,10 +5,10 @@
 #include <cstring>
 #include <limits>
 
-#include <quillon/platform/or_empty.h>
 #include <quillon/xml/attributes.h>
-#include <quillon/xml/internal/backend.h>
 #include <quillon/xml/internal/com_failure.h>
+#include <quillon/xml/internal/element.h>
+#include <quillon/xml/internal/hex.h>
 #include <quillon/xml/internal/real_text.h>
 #include <quillon/xml/internal/ref.h>
 
@@ -19,81 +19,6 @@ namespace {
 void clear(VARIANT& value) {
   const HRESULT result = VariantClear(&value);
   if (result < 0) throw xml::ComFailure(result, "the value of an attribute can't be released");
-}
-
-VARIANT to_variant(int32_t value) {
-  VARIANT out;
-  VariantInit(&out);
-  out.vt = VT_I4;
-  out.lVal = value;
-  return out;
-}
-
-VARIANT to_variant(double value) {
-  VARIANT out;
-  VariantInit(&out);
-  out.vt = VT_R8;
-  out.dblVal = value;
-  return out;
-}
-
-VARIANT text_value(BSTR text) {
-  VARIANT out;
-  VariantInit(&out);
-  out.vt = VT_BSTR;
-  out.bstrVal = text;
-  return out;
-}
-
-// UTF-16 or ASCII.
-template <class Unit, class Traits>
-VARIANT to_variant(std::basic_string_view<Unit, Traits> text) {
-  VARIANT out = text_value(xml::make_text(text.size()));
-  std::copy(text.begin(), text.end(), out.bstrVal);
-  return out;
-}
-
-// Attaches an attribute with the value, which `finish` then disposes of, whether or not that succeeded.
-template <class Finish>
-long add(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, VARIANT value,
-         Finish finish) {
-  xml::Ref<IXMLDOMAttribute> attribute;
-  HRESULT put = E_FAIL;
-  try {
-    if (!name.is_null() && document->createAttribute(name.get(), attribute.out()) >= 0 && attribute)
-      put = attribute->put_nodeValue(value);
-  } catch (...) {  // memory ran out
-    finish(value);
-    throw;
-  }
-  finish(value);
-  if (put < 0) return E_FAIL;
-  xml::Ref<IXMLDOMAttribute> replaced;
-  return element->setAttributeNode(attribute.get(), replaced.out()) < 0 ? E_FAIL : 0;
-}
-
-// A number, UTF-16 or ASCII text. The DOM of Document takes it as it is, any other as a VARIANT.
-template <class Value>
-long put(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, Value value) {
-  const HRESULT result = xml::backend::set_attribute(document, element, name, value);
-  return result == S_FALSE ? add(document, element, name, to_variant(value), clear) : result;
-}
-
-// Narrow text, up to its first NUL.
-long put_narrow(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, const char* text) {
-  const std::string_view narrow(text);
-  if (platform::is_ascii(narrow)) return put(document, element, name, narrow);
-  wide_string wide;
-  platform::decode(0, narrow, wide);
-  return put(document, element, name, wide_view(wide));
-}
-
-template <class Element>
-long put_hex(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
-             const std::vector<Element>& values) {
-  std::string digits;
-  bin2str(values, digits);
-  return put(document, element, name, std::string_view(digits));
 }
 
 // The value's text as the DOM's support would convert it.
@@ -229,8 +154,6 @@ double to_double(const std::string& text) {
   return negative ? -value : value;
 }
 
-constexpr char kHex[] = "0123456789abcdef";
-
 int hex_digit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -260,10 +183,10 @@ void scan_hex(const std::string& text, size_t digits, Store store) {
 }
 
 template <class Element>
-void hex_of_integers(const std::vector<Element>& in, std::string& out) {
-  out.reserve(out.size() + in.size() * 8);
-  for (const Element value : in)
-    for (int shift = 28; shift >= 0; shift -= 4) out += kHex[static_cast<uint32_t>(value) >> shift & 0x0F];
+void append_digits(std::string& out, const Element* in, size_t count) {
+  const size_t before = out.size();
+  out.resize(before + count * xml::hex_digits<Element>);
+  xml::write_hex(in, count, out.data() + before);
 }
 
 template <class Element>
@@ -273,6 +196,10 @@ void integers_of_hex(const std::string& text, std::vector<Element>& out) {
     out.push_back(static_cast<Element>(value));
     return true;
   });
+}
+
+long result(bool success) {
+  return success ? 0 : E_FAIL;
 }
 
 }  // namespace
@@ -299,70 +226,42 @@ void XmlName::assign(const Unit* name, size_t units) const {
   } else {
     text_ = xml::make_text(units);
   }
-  std::copy_n(name, units, text_);
+  std::transform(name, name + units, text_, [](Unit unit) {
+    // A byte past ASCII is no character of a name, whether or not char has a sign.
+    if constexpr (sizeof unit == 1)
+      return static_cast<uint16_t>(static_cast<signed char>(unit));
+    else
+      return unit;
+  });
 }
 
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const int& value) {
-  return put(d, e, name, int32_t{value});
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned long& value) {
-  return put(d, e, name, static_cast<int32_t>(value));
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned int& value) {
-  return put(d, e, name, static_cast<int32_t>(value));
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const unsigned char& value) {
-  return put(d, e, name, int32_t{value});
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const bool& value) {
-  return put(d, e, name, int32_t{value});
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const double& value) {
-  return put(d, e, name, value);
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const std::string& value) {
-  return put_narrow(d, e, name, value.c_str());
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const char* value) {
-  return put_narrow(d, e, name, detail::or_empty(value));
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const Text& value) {
-  if (value.is_ascii()) return put(d, e, name, std::string_view(value.get_textA()));
-  return put(d, e, name, wide_view(value.c_strW()));
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
-                  const ISO639LanguageCode& value) {
-  return put_narrow(d, e, name, value.c_strA());
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const MACAddress& value) {
-  return AddAttribute(d, e, name, value.get_addr(), MACAddress::size);
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const IPv4Address& value) {
-  return AddAttribute(d, e, name, value.get_addr(), IPv4Address::size);
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const IPv6Address& value) {
-  return AddAttribute(d, e, name, value.get_addr(), IPv6Address::size);
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const uint8_t* bytes,
-                  int length) {
-  std::string digits;
-  bin2str(bytes, digits, length);
-  return put(d, e, name, std::string_view(digits));
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
-                  const std::vector<uint8_t>& value) {
-  return put_hex(d, e, name, value);
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, const std::vector<int>& value) {
-  return put_hex(d, e, name, value);
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name,
-                  const std::vector<unsigned long>& value) {
-  return put_hex(d, e, name, value);
-}
-long AddAttribute(IXMLDOMDocument* d, IXMLDOMElement* e, const XmlName& name, VARIANT value) {
-  if (value.vt == VT_R8) return put(d, e, name, value.dblVal);
-  return add(d, e, name, value, [](VARIANT&) {});
+#define QUILLON_ADD(Value)                                                                                  \
+  long AddAttribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name, Value value) { \
+    return result(xml::Element(document, element).set(name, value));                                        \
+  }
+QUILLON_ADD(const int&)
+QUILLON_ADD(const unsigned long&)
+QUILLON_ADD(const unsigned int&)
+QUILLON_ADD(const unsigned char&)
+QUILLON_ADD(const bool&)
+QUILLON_ADD(const double&)
+QUILLON_ADD(const std::string&)
+QUILLON_ADD(const char*)
+QUILLON_ADD(const Text&)
+QUILLON_ADD(const ISO639LanguageCode&)
+QUILLON_ADD(const MACAddress&)
+QUILLON_ADD(const IPv4Address&)
+QUILLON_ADD(const IPv6Address&)
+QUILLON_ADD(const std::vector<uint8_t>&)
+QUILLON_ADD(const std::vector<int>&)
+QUILLON_ADD(const std::vector<unsigned long>&)
+QUILLON_ADD(VARIANT)
+#undef QUILLON_ADD
+
+long AddAttribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
+                  const uint8_t* bytes, int length) {
+  return result(
+      xml::Element(document, element).set_bytes(name, bytes, length < 1 ? 0 : static_cast<size_t>(length)));
 }
 
 long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, int& value) {
@@ -423,22 +322,18 @@ long GetAttributeValue(IXMLDOMNamedNodeMap* map, const XmlName& name, std::vecto
 }
 
 void bin2str(const uint8_t* bytes, std::string& out, int length) {
-  if (length > 0) out.reserve(out.size() + static_cast<size_t>(length) * 2);
-  for (int i = 0; i < length; ++i) {
-    out += kHex[bytes[i] >> 4];
-    out += kHex[bytes[i] & 0x0F];
-  }
+  if (length > 0) append_digits(out, bytes, static_cast<size_t>(length));
 }
 
 void bin2str(const std::vector<uint8_t>& in, std::string& out) {
-  bin2str(in.data(), out, static_cast<int>(in.size()));
+  append_digits(out, in.data(), in.size());
 }
 
 void bin2str(const std::vector<int>& in, std::string& out) {
-  hex_of_integers(in, out);
+  append_digits(out, in.data(), in.size());
 }
 void bin2str(const std::vector<unsigned long>& in, std::string& out) {
-  hex_of_integers(in, out);
+  append_digits(out, in.data(), in.size());
 }
 
 void str2bin(const std::string& text, uint8_t* out, int limit) {

@@ -54,29 +54,24 @@ class Save : public Face {
   void block(const char* name, const std::vector<uint8_t>& bytes) { field(name, bytes); }
   template <class Rows>
   void list(const char* list_name, const char* item_name, const Rows& rows) {
-    if (out_.ok() && !xml::save_list(out_.document(), out_.element(), list_name, item_name, rows))
-      out_.fail();
+    if (out_.ok() && !xml::save_list(out_.element(), list_name, item_name, rows)) out_.fail();
   }
   template <class Value>
   void child(const char* name, const Value& value) {
     if (!out_.ok()) return;
-    const auto element = xml::create_element(out_.document(), name);
-    if (!element || !value.SaveSection(out_.document(), element.get()) ||
-        out_.element()->appendChild(element.get(), nullptr) < 0)
+    const xml::Element child = out_.element().make(name);
+    if (!child || !value.SaveSection(child.document(), child.get()) || !out_.element().append(child))
       out_.fail();
   }
 
   template <class Rows>
   void rows(const char* list_name, const char* item_name, const Rows& rows) {
-    const auto save = [](const auto& row, void* document, void* element) {
-      return row._save_stream_info(document, element);
-    };
-    if (out_.ok() && !xml::save_table_list(out_.document(), out_.element(), list_name, item_name, rows, save))
-      out_.fail();
+    if (out_.ok() && !xml::save_table_list(out_.element(), list_name, item_name, rows)) out_.fail();
   }
   template <class Owner>
   void descriptors(const Owner& owner) {
-    if (out_.ok() && !owner._save_descriptors(out_.document(), out_.element())) out_.fail();
+    const xml::Element& to = out_.element();
+    if (out_.ok() && !owner._save_descriptors(to.document(), to.get())) out_.fail();
   }
 
   bool ok() const { return out_.ok(); }

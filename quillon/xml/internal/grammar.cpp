@@ -1,16 +1,6 @@
-#include <quillon/xml/internal/backend.h>
 #include <quillon/xml/internal/grammar.h>
 
 namespace quillon::xml {
-
-Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const char* literal) {
-  const LiteralName name(literal);
-  Ref<IXMLDOMElement> out;
-  HRESULT result = backend::make_element(document, name, out.out());
-  if (result == S_FALSE) result = document->createElement(name.get(), out.out());
-  if (result < 0) return {};
-  return out;
-}
 
 Ref<IXMLDOMNamedNodeMap> attributes_of(void* node, const char* failure) {
   Ref<IXMLDOMNamedNodeMap> out;

@@ -4,10 +4,12 @@
 // name is a literal.
 
 #include <string>
+#include <utility>
 
 #include <quillon/sections/error.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/dom.h>
+#include <quillon/xml/internal/element.h>
 #include <quillon/xml/internal/literal_name.h>
 #include <quillon/xml/internal/ref.h>
 
@@ -16,46 +18,33 @@ namespace quillon::xml {
 // Writes attributes on one element until the first that fails; what was written stays.
 class Writer {
  public:
-  Writer(void* document, void* element)
-      : document_(static_cast<IXMLDOMDocument*>(document)), element_(static_cast<IXMLDOMElement*>(element)) {}
+  Writer(void* document, void* element) : element_(document, element) {}
 
   template <class Value>
   bool add(const char* name, const Value& value) {
-    if (ok_) ok_ = AddAttribute(document_.get(), element_.get(), LiteralName(name), value) >= 0;
+    if (ok_) ok_ = element_.set(LiteralName(name), value);
     return ok_;
   }
   bool ok() const { return ok_; }
   bool fail() { return ok_ = false; }
 
-  IXMLDOMDocument* document() const { return document_.get(); }
-  IXMLDOMElement* element() const { return element_.get(); }
+  const Element& element() const { return element_; }
 
  private:
-  Ref<IXMLDOMDocument> document_;
-  Ref<IXMLDOMElement> element_;
+  Element element_;
   bool ok_ = true;
 };
 
-// Null on a failure.
-Ref<IXMLDOMElement> create_element(IXMLDOMDocument* document, const char* name);
-
 // The list of a table: list and items are attached before they are filled, and every failure ends the save.
-// `save(row, document, element)` fills one item.
-template <class Rows, class Save>
-bool save_table_list(void* document, void* element, const char* list_name, const char* item_name,
-                     const Rows& rows, Save save) {
-  auto* const dom = static_cast<IXMLDOMDocument*>(document);
-  const Ref<IXMLDOMElement> list = create_element(dom, list_name);
-  if (!list || static_cast<IXMLDOMElement*>(element)->appendChild(list.get(), nullptr) < 0) return false;
+template <class Rows>
+bool save_table_list(const Element& parent, const char* list_name, const char* item_name, const Rows& rows) {
+  const Element list = parent.make(list_name);
+  if (!list || !parent.append(list)) return false;
   for (const auto& row : rows) {
-    const Ref<IXMLDOMElement> item = create_element(dom, item_name);
+    Element item = list.make(item_name);
     if (!item) return false;
-    Ref<IXMLDOMNode> node;
-    if (list->appendChild(item.get(), node.out()) < 0 || !node) return false;
-    Ref<IXMLDOMElement> attached;
-    if (node->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(attached.out())) < 0) return false;
-    if (!attached) return false;
-    if (!save(row, document, attached.get())) return false;
+    item = list.attach(std::move(item));
+    if (!item || !row._save_stream_info(item.document(), item.get())) return false;
   }
   return true;
 }
@@ -63,18 +52,16 @@ bool save_table_list(void* document, void* element, const char* list_name, const
 // The list of a descriptor: items and list are attached when they are filled, and the result of an item's own
 // save is ignored.
 template <class Rows>
-bool save_list(void* document, void* element, const char* list_name, const char* item_name,
-               const Rows& rows) {
-  auto* const dom = static_cast<IXMLDOMDocument*>(document);
-  const Ref<IXMLDOMElement> list = create_element(dom, list_name);
+bool save_list(const Element& parent, const char* list_name, const char* item_name, const Rows& rows) {
+  const Element list = parent.make(list_name);
   if (!list) return false;
   for (const auto& row : rows) {
-    const Ref<IXMLDOMElement> item = create_element(dom, item_name);
+    const Element item = list.make(item_name);
     if (!item) return false;
-    row.SaveSection(document, item.get());
-    if (list->appendChild(item.get(), nullptr) < 0) return false;
+    row.SaveSection(item.document(), item.get());
+    if (!list.append(item)) return false;
   }
-  return static_cast<IXMLDOMElement*>(element)->appendChild(list.get(), nullptr) >= 0;
+  return parent.append(list);
 }
 
 // Throws error(failure) if the map can't be had.

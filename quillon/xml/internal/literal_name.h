@@ -4,8 +4,8 @@
 
 namespace quillon::xml {
 
-// A name whose text stays in its place, unchanged, as long as the program runs: a document knows it by the
-// place, and looks at the text once.
+// A name whose text stays in its place, unchanged, as long as the program runs: a document refers to it, and
+// does not ask whether it is one.
 class LiteralName : public XmlName {
  public:
   explicit LiteralName(const char* name) : XmlName(name) { is_literal_ = true; }

@@ -29,10 +29,10 @@ class Printer {
   void begin(const TreeElement& element, size_t depth) {
     indent(depth);
     out_ += '<';
-    out_ += platform::to_utf8(element.name()->view());
+    out_ += element.name().utf8();
     for (const TreeAttribute* a = element.first_attribute(); a; a = TreeElement::next(a)) {
       out_ += ' ';
-      out_ += platform::to_utf8(a->name()->view());
+      out_ += a->name().utf8();
       out_ += "=\"";
       append_attribute_text(a->text(), out_);
       out_ += '"';
@@ -43,7 +43,7 @@ class Printer {
   void end(const TreeElement& element, size_t depth) {
     indent(depth);
     out_ += "</";
-    out_ += platform::to_utf8(element.name()->view());
+    out_ += element.name().utf8();
     out_ += ">\n";
   }
 
@@ -102,7 +102,7 @@ struct Document::Impl {
     return *found;
   }
   TreeElement* make(std::string_view name) const {
-    const Name* const known = tree->intern(platform::to_utf16(name));
+    const Name known = tree->intern(platform::to_utf16(name));
     if (!known) throw error("not the name of an element");
     return tree->make_element(known);
   }
@@ -196,7 +196,7 @@ std::vector<void*> Document::children(void* node) const {
 }
 
 std::string Document::name(void* node) const {
-  return platform::to_utf8(impl_->element(node).name()->view());
+  return impl_->element(node).name().utf8();
 }
 
 }  // namespace quillon::xml

@@ -1,12 +1,11 @@
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 #include <new>
-#include <utility>
 
+#include <quillon/platform/code_page.h>
+#include <quillon/platform/utf8.h>
 #include <quillon/xml/document.h>
-#include <quillon/xml/internal/backend.h>
-#include <quillon/xml/internal/com_failure.h>
+#include <quillon/xml/internal/bstr.h>
 #include <quillon/xml/internal/literal_name.h>
 #include <quillon/xml/internal/real_text.h>
 #include <quillon/xml/tree/dom_tree.h>
@@ -55,11 +54,6 @@ wide_view view_of(BSTR text) {
   return {text, SysStringLen(text)};
 }
 
-bool same(wide_view a, wide_view b) {
-  return a.size() == b.size() &&
-         (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(uint16_t)) == 0);
-}
-
 }  // namespace
 
 void Arena::grow(size_t size) {
@@ -70,27 +64,58 @@ void Arena::grow(size_t size) {
   left_ = room;
 }
 
-// Any order will do: four units at a time, as one number.
-bool NameTable::Less::less(wide_view a, wide_view b) {
-  if (a.size() != b.size()) return a.size() < b.size();
-  size_t i = 0;
-  for (; i + 4 <= a.size(); i += 4) {
-    uint64_t left;
-    uint64_t right;
-    std::memcpy(&left, a.data() + i, sizeof left);
-    std::memcpy(&right, b.data() + i, sizeof right);
-    if (left != right) return left < right;
-  }
-  for (; i < a.size(); ++i)
-    if (a[i] != b[i]) return a[i] < b[i];
-  return false;
+// Names
+
+wide_view Name::wide() const {
+  return reinterpret_cast<const uint16_t*>(text_ + sizeof wide_mark);
 }
 
-const Name* NameTable::make(wide_view name) {
-  auto* const out = static_cast<Name*>(arena_.allocate(sizeof(Name) + name.size() * sizeof(uint16_t)));
-  out->units = name.size();
-  wide_traits::copy(reinterpret_cast<uint16_t*>(out + 1), name.data(), name.size());
+bool Name::is(wide_view name) const {
+  if (is_wide()) return wide() == name;
+  size_t i = 0;
+  while (i < name.size() && text_[i] && name[i] == static_cast<unsigned char>(text_[i])) ++i;
+  return i == name.size() && !text_[i];
+}
+
+BSTR Name::bstr() const {
+  if (is_wide()) return try_make_text(wide().data(), wide().size());
+  const std::string_view ascii(text_);
+  BSTR const out = try_make_text(ascii.size());
+  if (out) std::copy(ascii.begin(), ascii.end(), out);
   return out;
+}
+
+std::string Name::utf8() const {
+  return is_wide() ? platform::to_utf8(wide()) : text_;
+}
+
+template <class Accept>
+Name NameTable::intern_key(std::string_view key, Accept accept) {
+  const auto place = names_.lower_bound(key);
+  if (place != names_.end() && *place == key) return Name(place->data());
+  if (!accept()) return {};
+  auto* const made = static_cast<char*>(arena_.allocate(key.size() + sizeof(uint16_t)));
+  key.copy(made, key.size());
+  std::fill_n(made + key.size(), sizeof(uint16_t), '\0');
+  names_.emplace_hint(place, made, key.size());
+  return Name(made);
+}
+
+template <class Accept>
+Name NameTable::intern(wide_view name, Accept accept) {
+  std::string key;
+  if (std::all_of(name.begin(), name.end(), [](uint16_t unit) { return unit < 0x80; })) {
+    key.assign(name.begin(), name.end());
+  } else {
+    key.assign(Name::wide_mark, sizeof Name::wide_mark);
+    key.append(reinterpret_cast<const char*>(name.data()), name.size() * sizeof(uint16_t));
+  }
+  return intern_key(key, [&] { return accept(name); });
+}
+
+Name NameTable::intern_parsed(std::string_view name) {
+  const auto accept = [](auto&&...) { return true; };
+  return platform::is_ascii(name) ? intern_key(name, accept) : intern(platform::to_utf16(name), accept);
 }
 
 // Attributes
@@ -115,7 +140,8 @@ unsigned long TreeAttribute::Release() {
   return document_.Release();
 }
 HRESULT TreeAttribute::get_nodeName(BSTR* out) {
-  return copy(name_->view(), out);
+  *out = name_.bstr();
+  return *out ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT TreeAttribute::get_nodeValue(VARIANT* out) {
@@ -160,13 +186,18 @@ bool TreeAttribute::set(wide_view text) {
 }
 
 bool TreeAttribute::set(std::string_view ascii) {
-  if (ascii.size() > Document::max_attribute) return false;
-  auto* const stored = static_cast<char*>(document_.arena().allocate(ascii.size()));
-  std::copy(ascii.begin(), ascii.end(), stored);
+  char* const stored = set_ascii(ascii.size());
+  if (stored) ascii.copy(stored, ascii.size());
+  return stored;
+}
+
+char* TreeAttribute::set_ascii(size_t units) {
+  if (units > Document::max_attribute) return nullptr;
+  auto* const stored = static_cast<char*>(document_.arena().allocate(units));
   kind_ = Kind::ascii;
   ascii_ = stored;
-  units_ = static_cast<uint32_t>(ascii.size());
-  return true;
+  units_ = static_cast<uint32_t>(units);
+  return stored;
 }
 
 bool TreeAttribute::set(int32_t value) {
@@ -230,7 +261,8 @@ unsigned long TreeElement::Release() {
   return document_.Release();
 }
 HRESULT TreeElement::get_nodeName(BSTR* out) {
-  return copy(name_->view(), out);
+  *out = name_.bstr();
+  return *out ? S_OK : E_OUTOFMEMORY;
 }
 HRESULT TreeElement::get_nodeValue(VARIANT* out) {
   return set_null(out);
@@ -281,7 +313,7 @@ void TreeElement::add_child(TreeElement* child) {
 HRESULT TreeElement::selectSingleNode(BSTR name, IXMLDOMNode** out) {
   const wide_view wanted = view_of(name);
   for (uint32_t i = 0; i < child_count_; ++i)
-    if (same(children_[i]->name_->view(), wanted)) {
+    if (children_[i]->name_.is(wanted)) {
       AddRef();
       return *out = children_[i], S_OK;
     }
@@ -303,7 +335,7 @@ HRESULT TreeElement::setAttributeNode(IXMLDOMAttribute* node, IXMLDOMAttribute**
 TreeAttribute* TreeElement::attach(TreeAttribute* attribute) {
   TreeAttribute* before = nullptr;
   TreeAttribute* old = first_attribute_;
-  for (; old && old->name_ != attribute->name_; old = old->next_) before = old;
+  for (; old && !(old->name_ == attribute->name_); old = old->next_) before = old;
   if (!old) {
     add_attribute(attribute);
     return nullptr;
@@ -326,7 +358,7 @@ void TreeElement::add_attribute(TreeAttribute* attribute) {
 HRESULT TreeElement::getNamedItem(BSTR name, IXMLDOMNode** out) {
   const wide_view wanted = view_of(name);
   for (TreeAttribute* attribute = first_attribute_; attribute; attribute = attribute->next_)
-    if (same(attribute->name_->view(), wanted)) {
+    if (attribute->name_.is(wanted)) {
       AddRef();
       return *out = attribute, S_OK;
     }
@@ -405,7 +437,7 @@ void TreeDocument::set_root(TreeElement* element) {
 }
 
 HRESULT TreeDocument::selectSingleNode(BSTR name, IXMLDOMNode** out) {
-  if (!root_ || !same(root_->name_->view(), view_of(name))) return *out = nullptr, S_FALSE;
+  if (!root_ || !root_->name_.is(view_of(name))) return *out = nullptr, S_FALSE;
   AddRef();
   return *out = root_, S_OK;
 }
@@ -413,7 +445,7 @@ HRESULT TreeDocument::selectSingleNode(BSTR name, IXMLDOMNode** out) {
 HRESULT TreeDocument::createElement(BSTR name, IXMLDOMElement** out) {
   *out = nullptr;
   return with_memory([&] {
-    const Name* const known = intern(view_of(name));
+    const Name known = intern(view_of(name));
     if (!known) return E_INVALIDARG;
     *out = make_element(known);
     AddRef();
@@ -424,7 +456,7 @@ HRESULT TreeDocument::createElement(BSTR name, IXMLDOMElement** out) {
 HRESULT TreeDocument::createAttribute(BSTR name, IXMLDOMAttribute** out) {
   *out = nullptr;
   return with_memory([&] {
-    const Name* const known = intern(view_of(name));
+    const Name known = intern(view_of(name));
     if (!known) return E_INVALIDARG;
     *out = make_attribute(known);
     AddRef();
@@ -442,76 +474,70 @@ HRESULT TreeDocument::get_item(long index, IXMLDOMNode** out) {
   return *out = root_, S_OK;
 }
 
-TreeElement* TreeDocument::make_element(const Name* name) {
+TreeElement* TreeDocument::make_element(Name name) {
   return new (arena_.allocate(sizeof(TreeElement))) TreeElement(*this, name);
 }
 
-TreeAttribute* TreeDocument::make_attribute(const Name* name) {
+TreeAttribute* TreeDocument::make_attribute(Name name) {
   return new (arena_.allocate(sizeof(TreeAttribute))) TreeAttribute(*this, name);
 }
 
-const Name* TreeDocument::intern(wide_view name) {
+Name TreeDocument::intern(wide_view name) {
   return names_.intern(name, is_xml_name);
-}
-
-const Name* TreeDocument::intern_parsed(wide_view name) {
-  return names_.intern(name, [](wide_view) { return true; });
-}
-
-const Name* TreeDocument::intern(const XmlName& name) {
-  const char* const place = LiteralName::place_of(name);
-  if (!place) return intern(view_of(name.get()));
-  const uint64_t mixed = reinterpret_cast<uintptr_t>(place) * uint64_t{0x9E3779B97F4A7C15};
-  auto& [recent, older] = literals_[(mixed >> 32) % literals_.size()];
-  if (recent.place == place) return recent.name;
-  if (older.place != place) older = {place, intern(view_of(name.get()))};
-  std::swap(recent, older);
-  return recent.name;
 }
 
 // What the XML form asks
 
-namespace {
+backend::Tree* backend::Tree::of(IXMLDOMDocument* document, IXMLDOMElement* element) {
+  auto* const found = own<TreeElement>(IID_TreeElement, element);
+  if (!found || static_cast<IXMLDOMDocument*>(&found->document()) != document) return nullptr;
+  return &found->document();
+}
+
+Name TreeDocument::name_of(const XmlName& name) {
+  const char* const literal = LiteralName::place_of(name);
+  return literal ? Name(literal) : intern(view_of(name.get()));
+}
 
 template <class Value>
-HRESULT set(IXMLDOMDocument* document, IXMLDOMElement* node, const XmlName& name, Value value) {
-  auto* const element = own<TreeElement>(IID_TreeElement, node);
-  if (!element || &element->document() != document) return S_FALSE;
-  const Name* const known = element->document().intern(name);
+HRESULT TreeDocument::set(IXMLDOMElement* element, const XmlName& name, Value value) {
+  const Name known = name_of(name);
   if (!known) return E_FAIL;
-  TreeAttribute* const attribute = element->document().make_attribute(known);
+  TreeAttribute* const attribute = make_attribute(known);
   if (!attribute->set(value)) return E_FAIL;
-  element->attach(attribute);
+  static_cast<TreeElement*>(element)->attach(attribute);
   return S_OK;
 }
 
-}  // namespace
-
-HRESULT backend::make_element(IXMLDOMDocument* document, const XmlName& name, IXMLDOMElement** out) {
-  auto* const tree = own<TreeDocument>(IID_TreeDocument, document);
-  if (!tree) return S_FALSE;
-  const Name* const known = tree->intern(name);
-  if (!known) return E_FAIL;
-  *out = tree->make_element(known);
-  tree->AddRef();
-  return S_OK;
+HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) {
+  return set(element, name, value);
+}
+HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, double value) {
+  return set(element, name, value);
+}
+HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) {
+  return set(element, name, text);
+}
+HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) {
+  return set(element, name, ascii);
 }
 
-HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
-                               int32_t value) {
-  return set(document, element, name, value);
+char* TreeDocument::set_ascii(IXMLDOMElement* element, const XmlName& name, size_t units) {
+  const Name known = name_of(name);
+  if (!known) return nullptr;
+  TreeAttribute* const attribute = make_attribute(known);
+  char* const out = attribute->set_ascii(units);
+  if (out) static_cast<TreeElement*>(element)->attach(attribute);
+  return out;
 }
-HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
-                               double value) {
-  return set(document, element, name, value);
+
+IXMLDOMElement* TreeDocument::make_element(const XmlName& name) {
+  const Name known = name_of(name);
+  return known ? make_element(known) : nullptr;
 }
-HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
-                               wide_view text) {
-  return set(document, element, name, text);
-}
-HRESULT backend::set_attribute(IXMLDOMDocument* document, IXMLDOMElement* element, const XmlName& name,
-                               std::string_view ascii) {
-  return set(document, element, name, ascii);
+
+void TreeDocument::append(IXMLDOMElement* parent, IXMLDOMElement* child) {
+  static_cast<TreeElement*>(parent)->add_child(static_cast<TreeElement*>(child));
 }
 
 bool backend::is_own(IXMLDOMNode* node) {

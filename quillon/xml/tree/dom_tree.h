@@ -3,17 +3,19 @@
 // The DOM of Document on systems that bring none. A document and all its nodes, attached or not, live in one
 // store and share one reference count: they go together when the last reference to any of them is released.
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include <quillon/platform/wide_string.h>
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/dom.h>
+#include <quillon/xml/internal/backend.h>
 
 namespace quillon::xml {
 
@@ -47,11 +49,31 @@ class Arena {
   size_t left_ = 0;
 };
 
-// A name in the store; equal names are one object.
-struct Name {
-  size_t units;  // the text follows
+// The name of an element or attribute: ASCII up to a NUL, in the store of the document or, from a literal,
+// where that is. Any other name is in the store, as UTF-16 up to a NUL after a mark that begins no ASCII
+// name.
+class Name {
+ public:
+  static constexpr char wide_mark[2] = {1, 0};
 
-  wide_view view() const { return {reinterpret_cast<const uint16_t*>(this + 1), units}; }
+  Name() = default;  // none
+  explicit Name(const char* text) : text_(text) {}
+  explicit operator bool() const { return text_; }
+  // Of names of one document.
+  friend bool operator==(Name a, Name b) {
+    return a.text_ == b.text_ || (*a.text_ == *b.text_ && !a.is_wide() && std::strcmp(a.text_, b.text_) == 0);
+  }
+
+  bool is(wide_view name) const;
+  // Null where memory runs out.
+  BSTR bstr() const;
+  std::string utf8() const;
+
+ private:
+  bool is_wide() const { return *text_ == *wide_mark; }
+  wide_view wide() const;
+
+  const char* text_ = nullptr;
 };
 
 template <class T>
@@ -68,37 +90,30 @@ struct ArenaAllocator {
   Arena* arena;
 };
 
-// The names of a document. Sorted rather than hashed, so that no choice of names makes it slow.
+// The names in the store of a document, each once. Sorted rather than hashed, so that no choice of names
+// makes it slow.
 class NameTable {
  public:
-  explicit NameTable(Arena& arena) : arena_(arena), names_(ArenaAllocator<const Name*>(arena)) {}
+  explicit NameTable(Arena& arena) : arena_(arena), names_(ArenaAllocator<std::string_view>(arena)) {}
 
-  // A new name is made if `accept` takes it; null otherwise.
+  // A new name is made if `accept` takes it; none otherwise.
   template <class Accept>
-  const Name* intern(wide_view name, Accept accept) {
-    const auto place = names_.lower_bound(name);
-    if (place != names_.end() && !Less()(name, *place)) return *place;
-    return accept(name) ? *names_.insert(place, make(name)) : nullptr;
-  }
+  Name intern(wide_view name, Accept accept);
+  // For a name in UTF-8 that a parser has accepted.
+  Name intern_parsed(std::string_view name);
 
  private:
-  struct Less {
-    using is_transparent = void;
-    bool operator()(const Name* a, const Name* b) const { return less(a->view(), b->view()); }
-    bool operator()(const Name* a, wide_view b) const { return less(a->view(), b); }
-    bool operator()(wide_view a, const Name* b) const { return less(a, b->view()); }
-    static bool less(wide_view a, wide_view b);
-  };
-
-  const Name* make(wide_view name);
+  // `key` is the name as the store has it, but for its NUL.
+  template <class Accept>
+  Name intern_key(std::string_view key, Accept accept);
 
   Arena& arena_;
-  std::set<const Name*, Less, ArenaAllocator<const Name*>> names_;
+  std::set<std::string_view, std::less<>, ArenaAllocator<std::string_view>> names_;
 };
 
 class TreeAttribute final : public IXMLDOMAttribute {
  public:
-  TreeAttribute(TreeDocument& document, const Name* name) : document_(document), name_(name) {}
+  TreeAttribute(TreeDocument& document, Name name) : document_(document), name_(name) {}
 
   HRESULT QueryInterface(IID id, void** out) override;
   unsigned long AddRef() override;
@@ -112,11 +127,13 @@ class TreeAttribute final : public IXMLDOMAttribute {
   HRESULT selectSingleNode(BSTR name, IXMLDOMNode** out) override;
 
   TreeDocument& document() { return document_; }
-  const Name* name() const { return name_; }
+  Name name() const { return name_; }
   wide_string text() const;
   // False, and no change, for more than Document::max_attribute units.
   bool set(wide_view text);
   bool set(std::string_view ascii);
+  // The same with a text to be filled in; null for one that is too long.
+  char* set_ascii(size_t units);
   bool set(int32_t value);
   bool set(double value);
 
@@ -128,7 +145,7 @@ class TreeAttribute final : public IXMLDOMAttribute {
   enum class Kind : uint8_t { text, ascii, integer, real };
 
   TreeDocument& document_;
-  const Name* name_;
+  Name name_;
   TreeAttribute* next_ = nullptr;
   union {
     const uint16_t* text_ = nullptr;
@@ -146,7 +163,7 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
   // Null for what is not an element of the document.
   static TreeElement* from(const TreeDocument& document, IXMLDOMNode* node);
 
-  TreeElement(TreeDocument& document, const Name* name) : document_(document), name_(name) {}
+  TreeElement(TreeDocument& document, Name name) : document_(document), name_(name) {}
 
   HRESULT QueryInterface(IID id, void** out) override;
   unsigned long AddRef() override;
@@ -164,7 +181,7 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
   HRESULT get_item(long index, IXMLDOMNode** out) override;
 
   TreeDocument& document() { return document_; }
-  const Name* name() const { return name_; }
+  Name name() const { return name_; }
   TreeElement* parent() const { return parent_; }
   const TreeAttribute* first_attribute() const { return first_attribute_; }
   static const TreeAttribute* next(const TreeAttribute* attribute) { return attribute->next_; }
@@ -181,7 +198,7 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
   friend class TreeDocument;
 
   TreeDocument& document_;
-  const Name* name_;
+  Name name_;
   TreeElement* parent_ = nullptr;
   TreeAttribute* first_attribute_ = nullptr;
   TreeAttribute* last_attribute_ = nullptr;
@@ -191,7 +208,7 @@ class TreeElement final : public IXMLDOMElement, public IXMLDOMNamedNodeMap, pub
   bool is_root_ = false;
 };
 
-class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
+class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList, public backend::Tree {
  public:
   // With one reference, the caller's.
   static TreeDocument* create() { return new TreeDocument; }
@@ -211,34 +228,35 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList {
   HRESULT get_length(long* out) override;
   HRESULT get_item(long index, IXMLDOMNode** out) override;
 
+  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) override;
+  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, double value) override;
+  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) override;
+  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) override;
+  char* set_ascii(IXMLDOMElement* element, const XmlName& name, size_t units) override;
+  IXMLDOMElement* make_element(const XmlName& name) override;
+  void append(IXMLDOMElement* parent, IXMLDOMElement* child) override;
+
   TreeElement* root() const { return root_; }
   void set_root(TreeElement* element);
-  TreeElement* make_element(const Name* name);
-  TreeAttribute* make_attribute(const Name* name);
-  // Null for what can't name an element or attribute. Only a name that is new is checked.
-  const Name* intern(wide_view name);
-  const Name* intern(const XmlName& name);
-  // For what a parser has accepted as a name.
-  const Name* intern_parsed(wide_view name);
+  TreeElement* make_element(Name name);
+  TreeAttribute* make_attribute(Name name);
+  // None for what can't name an element or attribute. Only a name that is new is checked.
+  Name intern(wide_view name);
+  // For what a parser has accepted as a name, in UTF-8.
+  Name intern_parsed(std::string_view name) { return names_.intern_parsed(name); }
   Arena& arena() { return arena_; }
 
  private:
   TreeDocument() = default;
   ~TreeDocument() = default;
 
-  // Most names are literals, and are known by their place.
-  struct Literal {
-    const char* place;
-    const Name* name;
-  };
-  struct LiteralPair {
-    Literal recent;
-    Literal older;
-  };
+  // A literal is a name where it is.
+  Name name_of(const XmlName& name);
+  template <class Value>
+  HRESULT set(IXMLDOMElement* element, const XmlName& name, Value value);
 
   Arena arena_;
   NameTable names_{arena_};
-  std::array<LiteralPair, 256> literals_{};
   TreeElement* root_ = nullptr;
   unsigned long references_ = 1;
 };

@@ -130,10 +130,9 @@ void XmlParser::refuse(const std::string& what) const {
 
 void XmlParser::start(const char* name, const char** attributes) {
   if (declared_outside_) refuse_entities();
-  TreeElement* const made = tree_.make_element(tree_.intern_parsed(platform::to_utf16(name)));
+  TreeElement* const made = tree_.make_element(tree_.intern_parsed(name));
   for (; *attributes; attributes += 2) {
-    TreeAttribute* const attribute =
-        tree_.make_attribute(tree_.intern_parsed(platform::to_utf16(attributes[0])));
+    TreeAttribute* const attribute = tree_.make_attribute(tree_.intern_parsed(attributes[0]));
     const std::string_view value(attributes[1]);
     if (!(platform::is_ascii(value) ? attribute->set(value) : attribute->set(attribute_text(value))))
       refuse("an attribute of more than " + std::to_string(Document::max_attribute) + " characters");

@@ -156,16 +156,31 @@ TEST(Tree, RefusesAValueForAnElementOfAnotherDocument) {
   EXPECT_EQ(plain(other), "<d />");
 }
 
-TEST(Tree, KnowsLiteralsByTheirPlaceAndOtherNamesByTheirText) {
+TEST(Tree, KnowsANameByItsTextWhereverThatIs) {
+  // Literals stay where they are; other names come into the store, and are of the same tree.
   Document document;
   auto* const root = element_of(document.create_root("d"));
   char name[] = "a";
   static const char twin[] = "b";
+  static const char longer[] = "bb";
   for (*name = 'a'; *name <= 'c'; ++*name) EXPECT_EQ(AddAttribute(dom_of(document), root, name, *name), 0);
-  for (int i = 0; i < 2; ++i)
-    for (const char* literal : {"b", twin, "d"})
+  EXPECT_EQ(AddAttribute(dom_of(document), root, u"\u00E4", 1), 0);
+  for (int i = 0; i < 2; ++i) {
+    for (const char* literal : {"b", twin, "d", longer})
       EXPECT_EQ(AddAttribute(dom_of(document), root, LiteralName(literal), i), 0);
-  EXPECT_EQ(plain(document), "<d a=\"97\" b=\"1\" c=\"99\" d=\"1\" />");
+    EXPECT_EQ(AddAttribute(dom_of(document), root, u"\u00E4", 2 + i), 0);
+    EXPECT_EQ(AddAttribute(dom_of(document), root, u"d", 4 + i), 0);
+    EXPECT_EQ(AddAttribute(dom_of(document), root, u"\u00F6", i), 0);
+  }
+  EXPECT_EQ(plain(document), "<d a=\"97\" b=\"1\" c=\"99\" \u00E4=\"3\" d=\"5\" bb=\"1\" \u00F6=\"1\" />");
+  Ref<IXMLDOMNamedNodeMap> map;
+  ASSERT_EQ(root->get_attributes(map.out()), S_OK);
+  const auto has = [&](const char16_t* asked) {
+    Ref<IXMLDOMNode> found;
+    return map->getNamedItem(XmlName(asked).get(), found.out()) == S_OK;
+  };
+  EXPECT_TRUE(has(u"bb") && has(u"\u00E4") && has(u"a"));
+  EXPECT_FALSE(has(u"bbb") || has(u"") || has(u"\u00E4b") || has(u"\u00E5") || has(u"\u0001"));
 }
 
 TEST(Tree, RefusesToAttachANodeTwice) {
