@@ -3,6 +3,7 @@
 #include "apps/quillon/failure.h"
 #include "apps/quillon/text.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
@@ -17,8 +18,20 @@ bool asks_for_colours() {
   return (!none || !*none) && !(terminal && std::string_view(terminal) == "dumb");
 }
 
+// All of it, however often that is interrupted; false where that can't be. The stream holds nothing back, so
+// that it is known what was written.
+bool write_whole(std::string_view text, std::FILE* stream) {
+  while (!text.empty()) {
+    text.remove_prefix(std::fwrite(text.data(), 1, text.size(), stream));
+    if (text.empty()) break;
+    if (errno != EINTR) return false;
+    std::clearerr(stream);
+  }
+  return true;
+}
+
 void write_message(const std::string& line) {
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  write_whole(line, stderr);
 }
 
 }  // namespace
@@ -27,7 +40,9 @@ Console::Console(bool verbose)
     : verbose_(verbose),
       is_terminal_(isatty(STDOUT_FILENO) != 0),
       is_coloured_(is_terminal_ && asks_for_colours()),
-      shows_progress_(!is_terminal_ && isatty(STDERR_FILENO) != 0) {}
+      shows_progress_(!is_terminal_ && isatty(STDERR_FILENO) != 0) {
+  std::setvbuf(stdout, nullptr, _IONBF, 0);  // as standard error is
+}
 
 Console::~Console() {
   clear_progress();
@@ -39,9 +54,9 @@ void Console::print(std::string_view text) {
 }
 
 void Console::flush() {
-  const bool written = std::fwrite(buffer_.data(), 1, buffer_.size(), stdout) == buffer_.size();
+  const bool is_written = write_whole(buffer_, stdout);
   buffer_.clear();
-  if (std::fflush(stdout) != 0 || !written) throw Failure("standard output: can't be written");
+  if (!is_written) throw Failure("standard output: can't be written");
 }
 
 void Console::message(std::string_view text) {

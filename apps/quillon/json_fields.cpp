@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include <quillon/fields/time.h>
 
@@ -28,51 +29,47 @@ bool has_escaped(const char* bytes) {
   return (controls | has_zero(word ^ ones * '"') | has_zero(word ^ ones * '\\')) != 0;
 }
 
-size_t plain_length(std::string_view text) {
-  size_t at = 0;
-  while (text.size() - at >= 8 && !has_escaped(text.data() + at)) at += 8;
-  while (at < text.size() && !is_escaped(text[at])) ++at;
+constexpr size_t kNumber = 32;  // room for any number and a comma
+constexpr size_t kEscape = 6;   // the most that a byte becomes
+constexpr std::string_view kHex = "0123456789abcdef";
+
+char* write_hex(char* at, uint8_t byte) {
+  *at++ = kHex[byte >> 4];
+  *at++ = kHex[byte & 0x0F];
   return at;
 }
 
-void append_escaped(std::string& line, char c) {
+char* write_escaped(char* at, char c) {
   constexpr std::string_view controls = "\b\f\n\r\t";
   constexpr std::string_view letters = "bfnrt";
-  line += '\\';
+  *at++ = '\\';
   if (const size_t named = controls.find(c); named != std::string_view::npos) {
-    line += letters[named];
+    *at++ = letters[named];
   } else if (static_cast<unsigned char>(c) < 0x20) {
-    line += "u00";
-    append_hex(line, static_cast<uint8_t>(c));
+    at = std::copy_n("u00", 3, at);
+    at = write_hex(at, static_cast<uint8_t>(c));
   } else {
-    line += c;
+    *at++ = c;
   }
-}
-
-// Puts the end of a level in the place of the last comma.
-void close(std::string& line, char bracket) {
-  if (line.back() == ',')
-    line.back() = bracket;
-  else
-    line += bracket;
-}
-
-template <class Number>
-void append(std::string& line, Number value) {
-  char place[32];
-  char* const end = std::to_chars(std::begin(place), std::end(place) - 1, value).ptr;
-  *end = ',';
-  line.append(place, static_cast<size_t>(end - place) + 1);
+  return at;
 }
 
 }  // namespace
 
+void JsonFields::put(std::string_view text) {
+  text.copy(room(text.size()), text.size());
+  end_ += text.size();
+}
+
+void JsonFields::close(char bracket) {
+  if (line_[end_ - 1] == ',') --end_;
+  put(bracket);
+}
+
 std::string_view JsonFields::take() {
-  close(line_, '}');
-  line_ += '\n';
-  taken_.swap(line_);
-  line_.assign(1, '{');
-  return taken_;
+  close('}');
+  put('\n');
+  return {line_.data(), std::exchange(end_, 1)};
 }
 
 void JsonFields::seconds(const char* name, std::optional<double> seconds) {
@@ -81,41 +78,56 @@ void JsonFields::seconds(const char* name, std::optional<double> seconds) {
 
 void JsonFields::key(std::string_view name, std::string_view suffix) {
   if (levels_.back() != Level::record) return;
-  const size_t begin = line_.size();
-  line_.resize(begin + name.size() + suffix.size() + 3);
-  char* at = line_.data() + begin;
+  char* at = room(name.size() + suffix.size() + 3);
   *at++ = '"';
-  std::memcpy(at, name.data(), name.size());
-  at += name.size();
-  if (!suffix.empty()) std::memcpy(at, suffix.data(), suffix.size());
-  at += suffix.size();
+  at += name.copy(at, name.size());
+  at += suffix.copy(at, suffix.size());
   *at++ = '"';
-  *at = ':';
+  *at++ = ':';
+  ended_at(at);
 }
 
+// Copied eight bytes at a time as long as none of them is escaped.
 void JsonFields::string(std::string_view text) {
-  line_ += '"';
-  for (;;) {
-    const size_t plain = plain_length(text);
-    line_.append(text, 0, plain);
-    if (plain == text.size()) break;
-    append_escaped(line_, text[plain]);
-    text.remove_prefix(plain + 1);
+  char* at = room(kEscape * text.size() + 3);
+  *at++ = '"';
+  const char* from = text.data();
+  const char* const end = from + text.size();
+  while (from != end) {
+    for (; end - from >= 8 && !has_escaped(from); from += 8, at += 8) std::memcpy(at, from, 8);
+    for (int i = 0; i < 8 && from != end; ++i) {
+      const char c = *from++;
+      if (is_escaped(c))
+        at = write_escaped(at, c);
+      else
+        *at++ = c;
+    }
   }
-  line_ += "\",";
+  *at++ = '"';
+  *at++ = ',';
+  ended_at(at);
+}
+
+template <class Number>
+void JsonFields::member(const char* name, Number value) {
+  key(name);
+  char* const place = room(kNumber);
+  char* const end = std::to_chars(place, place + kNumber - 1, value).ptr;
+  *end = ',';
+  ended_at(end + 1);
 }
 
 void JsonFields::number(const char* name, int64_t value, const char* meaning) {
-  key(name);
-  append(line_, value);
+  member(name, value);
   if (!meaning || levels_.back() != Level::record) return;
   key(name, "_meaning");
   string(meaning);
 }
 
 void JsonFields::real(const char* name, double value) {
+  if (std::isfinite(value)) return member(name, value);
   key(name);
-  std::isfinite(value) ? append(line_, value) : void(line_ += "null,");
+  put("null,");
 }
 
 void JsonFields::text(const char* name, std::string_view utf8) {
@@ -125,23 +137,26 @@ void JsonFields::text(const char* name, std::string_view utf8) {
 
 void JsonFields::bytes(const char* name, const uint8_t* data, size_t size) {
   key(name);
-  line_ += '"';
-  for (size_t i = 0; i < size; ++i) append_hex(line_, data[i]);
-  line_ += "\",";
+  char* at = room(2 * size + 3);
+  *at++ = '"';
+  for (const uint8_t* byte = data; byte != data + size; ++byte) at = write_hex(at, *byte);
+  *at++ = '"';
+  *at++ = ',';
+  ended_at(at);
 }
 
 void JsonFields::time(const char* name, const DateTime& utc) {
   key(name);
-  is_defined(utc) ? string(iso_8601(utc)) : void(line_ += "null,");
+  is_defined(utc) ? string(iso_8601(utc)) : put("null,");
 }
 
 void JsonFields::duration(const char* name, const Duration& value) {
   key(name);
-  is_defined(value) ? string(clock(value)) : void(line_ += "null,");
+  is_defined(value) ? string(clock(value)) : put("null,");
 }
 
 void JsonFields::begin_level(Level level, char bracket) {
-  line_ += bracket;
+  put(bracket);
   levels_.push_back(level);
 }
 
@@ -158,8 +173,8 @@ void JsonFields::begin_list(const char* name, size_t) {
 }
 
 void JsonFields::end() {
-  close(line_, levels_.back() == Level::record ? '}' : ']');
-  line_ += ',';
+  close(levels_.back() == Level::record ? '}' : ']');
+  put(',');
   levels_.pop_back();
 }
 

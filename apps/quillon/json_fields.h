@@ -36,14 +36,26 @@ class JsonFields final : public FieldSink {
  private:
   enum class Level { record, list, descriptors };
 
+  // Room for `size` more bytes of the line; `end_` follows as they are written.
+  char* room(size_t size) {
+    if (line_.size() - end_ < size) line_.resize(2 * line_.size() + size);
+    return line_.data() + end_;
+  }
+  void ended_at(const char* at) { end_ = static_cast<size_t>(at - line_.data()); }
+  void put(char c) { *room(1) = c, ++end_; }
+  void put(std::string_view text);
   // The items of a list have no keys.
   void key(std::string_view name, std::string_view suffix = {});
+  template <class Number>
+  void member(const char* name, Number value);
   void string(std::string_view text);
   void begin_level(Level level, char bracket);
+  // Puts the end of a level in the place of the last comma.
+  void close(char bracket);
 
   // Each value has a comma after it, in whose place the end of its level goes.
-  std::string line_ = "{";
-  std::string taken_;
+  std::vector<char> line_ = {'{'};
+  size_t end_ = 1;
   std::vector<Level> levels_ = {Level::record};
 };
 

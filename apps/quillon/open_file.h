@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -16,19 +17,22 @@ class OpenFile {
 
   // `name` is in UTF-8, "-" for standard input. Never waits for the other end of a pipe.
   OpenFile(const std::string& name, std::error_code& failed);
-  OpenFile(OpenFile&& other) noexcept : handle_(std::exchange(other.handle_, closed)), owned_(other.owned_) {}
+  OpenFile(OpenFile&& other) noexcept { *this = std::move(other); }
   OpenFile& operator=(OpenFile&& other) noexcept {
     std::swap(handle_, other.handle_);
     std::swap(owned_, other.owned_);
+    std::swap(regular_, other.regular_);
+    std::swap(identity_, other.identity_);
     return *this;
   }
   ~OpenFile();
 
   // Its bytes stay, so that one can go to any of them.
-  bool is_regular() const;
-  Identity identity() const;
-  uint64_t size() const;
-  uint64_t position() const;
+  bool is_regular() const { return regular_; }
+  Identity identity() const { return identity_; }
+  // None where the system does not say it.
+  std::optional<uint64_t> size() const;
+  std::optional<uint64_t> position() const;
   bool go_to(uint64_t position);
 
   // True once `read` would not have to wait; false if that takes longer than longest_wait.
@@ -41,6 +45,8 @@ class OpenFile {
 
   intptr_t handle_ = closed;
   bool owned_ = true;
+  bool regular_ = false;
+  Identity identity_ = {};
 };
 
 }  // namespace quillon::app

@@ -34,7 +34,10 @@ class FileSource final : public Source {
  public:
   FileSource(const std::string& name, bool follow)
       : name_(name), file_(open_named(name)), regular_(file_.is_regular()), follow_(follow && regular_) {
-    if (regular_) first_ = at_ = file_.position();
+    if (!regular_) return;
+    const std::optional<uint64_t> at = file_.position();
+    if (!at) throw Failure(name_of(name_) + ": can't be read: the system does not say at which byte it is");
+    first_ = at_ = *at;
   }
 
   size_t read(uint8_t* place, size_t room) override {
@@ -59,13 +62,14 @@ class FileSource final : public Source {
   }
 
   bool rewind() override {
-    if (is_live() || !file_.go_to(first_)) return false;
+    if (is_live()) return false;
+    if (!file_.go_to(first_)) throw Failure(name_of(name_) + ": can't be read from its beginning again");
     at_ = first_;
     return true;
   }
 
   uint64_t size() const override {
-    const uint64_t size = is_live() ? 0 : file_.size();
+    const uint64_t size = is_live() ? 0 : file_.size().value_or(0);
     return size > first_ ? size - first_ : 0;
   }
 
@@ -82,7 +86,7 @@ class FileSource final : public Source {
       file_ = std::move(*next_);
       next_.reset();
       first_ = at_ = 0;
-    } else if (file_.size() < at_) {
+    } else if (file_.size().value_or(at_) < at_) {
       if (file_.go_to(0)) first_ = at_ = 0;
     } else if (!find_next()) {
       std::this_thread::sleep_for(longest_wait);

@@ -14,15 +14,30 @@ namespace fs = std::filesystem;
 
 constexpr size_t kBuffer = size_t{1} << 20;
 
+// What is not there, or may not be read, is no input that could be lost. Any other trouble might hide one.
+void refuse_unknown(const std::string& file, std::error_code failed) {
+  if (failed && failed != std::errc::no_such_file_or_directory && failed != std::errc::not_a_directory &&
+      failed != std::errc::permission_denied)
+    throw Failure(visible(file) + ": can't be told from the other files: " + failed.message());
+}
+
+bool is_regular(const std::string& file) {
+  std::error_code failed;
+  const bool out = fs::is_regular_file(path_of(file), failed);
+  refuse_unknown(file, failed);
+  return out;
+}
+
 // Whatever they are called; standard input may be a file, too. A pipe is not opened: its writer would see
 // that.
 bool is_same_file(const std::string& input, const std::string& output) {
+  if ((input != "-" && !is_regular(input)) || !is_regular(output)) return false;
   std::error_code failed;
-  if (input != "-" && !fs::is_regular_file(path_of(input), failed)) return false;
-  if (!fs::is_regular_file(path_of(output), failed)) return false;
   const OpenFile in(input, failed);
+  refuse_unknown(input, failed);
   if (failed || !in.is_regular()) return false;
   const OpenFile out(output, failed);
+  refuse_unknown(output, failed);
   return !failed && in.identity() == out.identity();
 }
 

@@ -1,4 +1,5 @@
 #include "tests/support/cases.h"
+#include "tests/support/packets.h"
 #include "tests/support/table_cases.h"
 
 #include <cctype>
@@ -44,11 +45,14 @@ void write_corpus(const fs::path& folder) {
     if (!written.insert(file).second) throw std::runtime_error("two cases for " + file.string());
     write_file(file, content);
   };
-  for (const char* target : {"descriptor", "section", "document"}) fs::create_directories(folder / target);
+  for (const char* target : {"descriptor", "section", "document", "stream"})
+    fs::create_directories(folder / target);
   for (const DescriptorCase& c : Cases::all()) write("descriptor", file_name_of(c.name), c.bytes);
   for (const TableCase& c : TableCases::all()) {
     write("section", file_name_of(c.name), c.section);
     write("document", file_name_of(c.name) + ".xml", document_of(c));
+    // After two bytes of choices: none.
+    write("stream", file_name_of(c.name), joined({Bytes(2), packets({c.section})}));
   }
 }
 

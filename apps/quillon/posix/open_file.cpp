@@ -16,12 +16,6 @@ namespace {
 // As much as one call takes.
 constexpr size_t kPiece = size_t{1} << 30;
 
-struct stat status_of(intptr_t handle) {
-  struct stat status = {};
-  ::fstat(static_cast<int>(handle), &status);
-  return status;
-}
-
 }  // namespace
 
 OpenFile::OpenFile(const std::string& name, std::error_code& failed) : owned_(name != "-") {
@@ -29,29 +23,27 @@ OpenFile::OpenFile(const std::string& name, std::error_code& failed) : owned_(na
   // To open a pipe without a writer would otherwise wait for one, and miss a request to stop.
   handle_ = owned_ ? ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC) : STDIN_FILENO;
   struct stat status;
-  if (handle_ == closed || ::fstat(static_cast<int>(handle_), &status) != 0)
+  if (handle_ == closed || ::fstat(static_cast<int>(handle_), &status) != 0) {
     failed.assign(errno, std::generic_category());
+    return;
+  }
+  regular_ = S_ISREG(status.st_mode);
+  identity_ = {status.st_dev, status.st_ino};
 }
 
 OpenFile::~OpenFile() {
   if (owned_ && handle_ != closed) ::close(static_cast<int>(handle_));
 }
 
-bool OpenFile::is_regular() const {
-  return S_ISREG(status_of(handle_).st_mode);
+std::optional<uint64_t> OpenFile::size() const {
+  struct stat status;
+  if (::fstat(static_cast<int>(handle_), &status) != 0) return std::nullopt;
+  return static_cast<uint64_t>(status.st_size);
 }
 
-OpenFile::Identity OpenFile::identity() const {
-  const struct stat status = status_of(handle_);
-  return {status.st_dev, status.st_ino};
-}
-
-uint64_t OpenFile::size() const {
-  return static_cast<uint64_t>(std::max<off_t>(0, status_of(handle_).st_size));
-}
-
-uint64_t OpenFile::position() const {
-  return static_cast<uint64_t>(std::max<off_t>(0, ::lseek(static_cast<int>(handle_), 0, SEEK_CUR)));
+std::optional<uint64_t> OpenFile::position() const {
+  const off_t at = ::lseek(static_cast<int>(handle_), 0, SEEK_CUR);
+  return at < 0 ? std::nullopt : std::optional(static_cast<uint64_t>(at));
 }
 
 bool OpenFile::go_to(uint64_t position) {
@@ -60,7 +52,8 @@ bool OpenFile::go_to(uint64_t position) {
 
 bool OpenFile::wait() const {
   pollfd file = {static_cast<int>(handle_), POLLIN, 0};
-  return ::poll(&file, 1, static_cast<int>(longest_wait.count())) > 0;
+  const int ready = ::poll(&file, 1, static_cast<int>(longest_wait.count()));
+  return ready > 0 || (ready < 0 && errno != EINTR);  // a read says why
 }
 
 size_t OpenFile::read(uint8_t* place, size_t room, std::error_code& failed) {

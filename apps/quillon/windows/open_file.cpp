@@ -41,35 +41,31 @@ OpenFile::OpenFile(const std::string& name, std::error_code& failed) : owned_(na
                            GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                            OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr)
              : GetStdHandle(STD_INPUT_HANDLE);
-  if (handle == INVALID_HANDLE_VALUE || !handle)
+  if (handle == INVALID_HANDLE_VALUE || !handle) {
     failed = handle ? last_error() : std::make_error_code(std::errc::bad_file_descriptor);
-  else
-    handle_ = reinterpret_cast<intptr_t>(handle);
+    return;
+  }
+  handle_ = reinterpret_cast<intptr_t>(handle);
+  regular_ = GetFileType(handle) == FILE_TYPE_DISK;
+  BY_HANDLE_FILE_INFORMATION file = {};
+  GetFileInformationByHandle(handle, &file);
+  identity_ = {file.dwVolumeSerialNumber, uint64_t{file.nFileIndexHigh} << 32 | file.nFileIndexLow};
 }
 
 OpenFile::~OpenFile() {
   if (owned_ && handle_ != closed) CloseHandle(system_handle(handle_));
 }
 
-bool OpenFile::is_regular() const {
-  return GetFileType(system_handle(handle_)) == FILE_TYPE_DISK;
-}
-
-OpenFile::Identity OpenFile::identity() const {
-  BY_HANDLE_FILE_INFORMATION file = {};
-  GetFileInformationByHandle(system_handle(handle_), &file);
-  return {file.dwVolumeSerialNumber, uint64_t{file.nFileIndexHigh} << 32 | file.nFileIndexLow};
-}
-
-uint64_t OpenFile::size() const {
+std::optional<uint64_t> OpenFile::size() const {
   LARGE_INTEGER size = {};
-  return GetFileSizeEx(system_handle(handle_), &size) ? static_cast<uint64_t>(size.QuadPart) : 0;
+  if (!GetFileSizeEx(system_handle(handle_), &size)) return std::nullopt;
+  return static_cast<uint64_t>(size.QuadPart);
 }
 
-uint64_t OpenFile::position() const {
+std::optional<uint64_t> OpenFile::position() const {
   LARGE_INTEGER at = {};
-  return SetFilePointerEx(system_handle(handle_), {}, &at, FILE_CURRENT) ? static_cast<uint64_t>(at.QuadPart)
-                                                                         : 0;
+  if (!SetFilePointerEx(system_handle(handle_), {}, &at, FILE_CURRENT)) return std::nullopt;
+  return static_cast<uint64_t>(at.QuadPart);
 }
 
 bool OpenFile::go_to(uint64_t position) {

@@ -41,8 +41,10 @@ Bytes steering_services() {
 }
 
 bool steers(const std::string& text) {
-  for (const char c : text)
-    if (c == 0x7F || (c >= 0 && c < 0x20 && c != '\n')) return true;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte == 0x7F || (byte < 0x20 && byte != '\n')) return true;
+  }
   return text.find("\xC2\x9B") != std::string::npos || text.find("\xE2\x80\xAE") != std::string::npos;
 }
 
