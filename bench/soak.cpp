@@ -1,11 +1,16 @@
 // Many gibibytes of packets through one process, damaged now and then: assembled, parsed, reported and saved;
 // and read by the readers of streams, with a schedule that is never the same twice. Nothing may pile up. Exit
 // code 1 if the resident set grew by more than a MiB after the first GiB.
+// Or hours of a guide, of 50 services each minute by its own time table: exit code 1 if at the end of an hour
+// the events of a service are other ones than those broadcast, or if the resident set grew by more than a MiB
+// after the third hour.
 //
 //   soak GIB
+//   soak guide HOURS
 
 #include "bench/streams.h"
 #include "bench/tables.h"
+#include "tests/stream/broadcast.h"
 
 #include <algorithm>
 #include <chrono>
@@ -15,6 +20,7 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <unistd.h>
 
 #include <quillon/sections/crc.h>
@@ -149,12 +155,42 @@ class Reader {
                           {.every_pid = true, .repeats = true}};
 };
 
+int soak_guide(int hours) {
+  test::Broadcast broadcast(50);
+  test::BroadcastReceiver receiver;
+  uint64_t pushed = 0;
+  int wrong = 0;
+  long after_third = 0;
+  long resident = 0;
+  std::printf("hour  MiB read  services with wrong events  resident set, KiB\n");
+  for (int hour = 0; hour <= hours; ++hour) {
+    const auto begin = test::Broadcast::kBegin + std::chrono::hours(hour);
+    for (int minute = 0; minute < 60; ++minute) {
+      const auto bytes = broadcast.packets_of(begin + std::chrono::minutes(minute));
+      pushed += bytes.size();
+      receiver.push(bytes);
+    }
+    const int now_wrong = receiver.wrong_services(broadcast);
+    wrong += now_wrong;
+    resident = resident_set();
+    if (hour <= 3) after_third = resident;
+    std::printf("%4d  %8llu  %26d  %17ld\n", hour, static_cast<unsigned long long>(pushed >> 20), now_wrong,
+                resident);
+  }
+  // A section reader keeps 32 bytes of each time table, as none comes again; of its room a quarter may be in
+  // use.
+  const long digests = hours * 60L * 32 * 4 / 1024;
+  return wrong > 0 || resident - after_third > kMostGrowth + digests ? 1 : 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc == 3 && std::string_view(argv[1]) == "guide" && std::atoi(argv[2]) > 0)
+    return soak_guide(std::atoi(argv[2]));
   const double gibibytes = argc == 2 ? std::atof(argv[1]) : 0;
   if (gibibytes <= 0) {
-    std::cerr << "soak GIB\n";
+    std::cerr << "soak GIB\nsoak guide HOURS\n";
     return 2;
   }
   const auto bytes_to_go = static_cast<uint64_t>(gibibytes * static_cast<double>(kGiB));

@@ -7,7 +7,8 @@ cd "$(dirname "$0")/.."
 [ $# -ge 1 ] || { sed -n '2,4s/^# \{0,1\}//p' "$0" >&2; exit 2; }
 minutes=$1
 shift
-[ $# -gt 0 ] || set -- demux section agreement descriptor document overlay stream
+# shellcheck disable=SC2046
+[ $# -gt 0 ] || set -- $(cut -d' ' -f1 fuzz/targets.txt)
 seconds=$(awk -v minutes="$minutes" -v targets=$# 'BEGIN { s = int(minutes * 60 / targets); print (s > 1 ? s : 1) }')
 
 . cmake/ccache.sh
@@ -30,9 +31,7 @@ done
 export ASAN_OPTIONS="detect_leaks=1:malloc_context_size=8:quarantine_size_mb=32${ASAN_OPTIONS:+:$ASAN_OPTIONS}"
 mkdir -p build/fuzz/found
 for target; do
-  # The sections serve both of their targets.
-  kind=$target
-  [ "$target" = agreement ] && kind=section
+  kind=$(sed -n "s/^$target //p" fuzz/targets.txt)
   mkdir -p "build/fuzz/corpus/$target"
   folders="build/fuzz/corpus/$target"
   for folder in "fuzz/corpus/$kind" "fuzz/regressions/$target" "$cases/$kind"; do

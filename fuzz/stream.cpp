@@ -1,5 +1,5 @@
+#include "fuzz/packets.h"
 #include "fuzz/require.h"
-#include "fuzz/structure.h"
 #include "fuzz/targets.h"
 
 #include <algorithm>
@@ -13,9 +13,6 @@
 namespace quillon::fuzz {
 
 namespace {
-
-constexpr size_t kStrides[] = {188, 192, 204, 208};
-constexpr int kPids[] = {0x0000, 0x0020, 0x0021, 0x1FFB, 0x0011, 0x0014, 0x0100, 0x0101};
 
 // All that a stream gives, as bytes, so that two readings can be compared.
 struct Outcome {
@@ -94,55 +91,15 @@ Outcome read(const Bytes& stream, uint8_t choice, NextSize next_size) {
   return out;
 }
 
-// Packets of sections: of each record a PID, a size, and bytes that are made whole.
-Bytes made_packets(const uint8_t* data, size_t size, size_t stride) {
-  Bytes out;
-  uint8_t counters[std::size(kPids)] = {};
-  while (size > 3) {
-    const size_t number = data[0] % std::size(kPids);
-    Bytes section(data + 2, data + 2 + std::min<size_t>(data[1] + 3u, size - 2));
-    data += 2 + section.size();
-    size -= 2 + section.size();
-    if (section.size() < 3) break;
-    repair(section);
-    for (size_t at = 0; at < section.size();) {
-      const size_t room = at == 0 ? 183 : 184;
-      const size_t taken = std::min(room, section.size() - at);
-      Bytes packet = {0x47, static_cast<uint8_t>((at == 0 ? 0x40 : 0) | kPids[number] >> 8),
-                      static_cast<uint8_t>(kPids[number]),
-                      static_cast<uint8_t>(0x10 | (counters[number]++ & 0x0F))};
-      if (at == 0) packet.push_back(0);
-      packet.insert(packet.end(), section.begin() + static_cast<ptrdiff_t>(at),
-                    section.begin() + static_cast<ptrdiff_t>(at + taken));
-      packet.resize(stride, 0xFF);
-      out.insert(out.end(), packet.begin(), packet.end());
-      at += taken;
-    }
-  }
-  return out;
-}
-
 }  // namespace
 
 void stream(const uint8_t* data, size_t size) {
-  if (size < 2) return;
-  const uint8_t choice = data[0];
-  const uint8_t pieces = data[1];
-  data += 2;
-  size -= 2;
-  const size_t stride = kStrides[choice >> 6];
-  Bytes bytes(data, data + size);
-  if (choice & 1) bytes = made_packets(data, size, stride);
-  // Sync bytes where they belong, for the most part.
-  if (choice & 2)
-    for (size_t at = 0; at < bytes.size(); at += stride)
-      if (bytes[at] % 16 != 0) bytes[at] = 0x47;
-
-  const Outcome whole = read(bytes, choice, [&] { return bytes.size(); });
-  uint32_t state = pieces;
-  const Outcome apart = read(bytes, choice, [&] {
+  const auto [choice, chance, bytes] = make_stream(data, size);
+  const Outcome whole = read(bytes, choice, [size = bytes.size()] { return size; });
+  uint32_t state = chance;
+  const Outcome apart = read(bytes, choice, [&state, most = 2u + chance % 11u] {
     state = state * 1664525 + 1013904223;
-    return size_t{1} << (state >> 24) % (2 + pieces % 11);
+    return size_t{1} << (state >> 24) % most;
   });
   require(whole == apart);
 }

@@ -194,7 +194,7 @@ std::unique_ptr<Reader> make_reader(const py::iterable& pids, const py::iterable
   for (const py::handle table : tables) {
     choice.tables.resize(0x100);
     if (py::isinstance<py::str>(table))
-      add_tables(choice.tables, table.cast<std::string>());
+      add_tables(choice.tables, py::reinterpret_borrow<py::str>(table));
     else
       choice.tables[index_of(table, 0xFF, "table id")] = true;
   }

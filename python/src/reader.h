@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/quillon/section_chain.h"
+#include "python/src/made.h"
 #include "python/src/section.h"
 
 #include <cstdint>

@@ -3,6 +3,7 @@
 #include "apps/quillon/text.h"
 #include "python/src/convert.h"
 #include "python/src/fields.h"
+#include "python/src/made.h"
 
 #include <pybind11/stl.h>
 #include <span>

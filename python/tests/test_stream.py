@@ -13,7 +13,7 @@ import sys
 import threading
 import time
 import weakref
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from datetime import datetime, timedelta, timezone
 from pathlib import Path
 from typing import Any
@@ -500,6 +500,8 @@ def test_wrong_types_and_values(sample: Path) -> None:
         any_open(sample, standard="isdb")
     with pytest.raises(ValueError, match="no table is called \"epg\"; there are pat, cat, pmt"):
         any_open(sample, tables=["epg"])
+    with pytest.raises(ValueError, match="surrogates not allowed"):
+        any_open(sample, tables=["\ud800"])
     for number in (-1, 0x2000, 1 << 80):
         with pytest.raises(ValueError, match="is no PID: from 0 to 8191 is wanted"):
             any_open(sample, pids=[number])
@@ -514,6 +516,20 @@ def test_wrong_types_and_values(sample: Path) -> None:
             any_parse(wrong)
         with pytest.raises(TypeError):
             any_parse(b"\x70\x70\x05\xc0\x79\x12\x45\x00", standard=7)
+
+
+def test_objects_that_were_never_made_have_nothing(sample: Path) -> None:
+    reader = quillon.Reader.__new__(quillon.Reader)
+    use: Callable[[], object]
+    for use in (reader.finish, reader.services, lambda: reader.feed(b"\x47"), lambda: reader.statistics):
+        with pytest.raises(TypeError):
+            use()
+    failure = quillon.DescriptorFailure.__new__(quillon.DescriptorFailure)
+    for use in (lambda: failure.text, lambda: failure.tag, lambda: repr(failure)):
+        with pytest.raises(TypeError):
+            use()
+    with pytest.raises(TypeError, match="sections are made by open, Reader and parse"):
+        quillon.Section.__new__(quillon.Section)
 
 
 def test_non_blocking_file_without_bytes(sample: Path) -> None:
@@ -719,14 +735,37 @@ def test_what_the_readme_shows(
             return self.chunks.pop(0)
 
     monkeypatch.chdir(TOP)
-    text = (TOP / "python" / "README.md").read_text(encoding="utf-8")
-    code = re.findall(r"^```python\n(.*?)^```", text, re.MULTILINE | re.DOTALL)
+    code = blocks_of("python/README.md")
     assert len(code) == 4
     exec("\n".join(code), {"connection": Connection(), "data": sample.read_bytes()})
     out = capsys.readouterr().out
     assert "4097 Quill One ['H.264 video', 'AAC audio'" in out
     assert "2026-11-22 00:00:00+00:00 The Lamplighter" in out
     assert out.count("<quillon.Section eit") == 2 * len(list(quillon.open(sample, tables=["eit"])))
+
+
+def blocks_of(page: str) -> list[str]:
+    text = (TOP / page).read_text(encoding="utf-8")
+    return re.findall(r"^```python\n(.*?)^```", text, re.MULTILINE | re.DOTALL)
+
+
+def test_what_the_first_page_shows(monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]) -> None:
+    monkeypatch.chdir(TOP)
+    (code,) = blocks_of("README.md")
+    exec(code, {})
+    assert capsys.readouterr().out.startswith("17 [{'service_id': 4097,")
+
+
+def test_what_the_page_of_json_shows(program: str, sample: Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    jsonschema = pytest.importorskip("jsonschema")
+    monkeypatch.chdir(TOP)
+    (code,) = blocks_of("docs/json.md")
+    lines = subprocess.run([program, "json", str(sample)], capture_output=True, encoding="utf-8", check=True).stdout
+    monkeypatch.setattr(sys, "stdin", io.StringIO(lines))
+    exec(code, {})
+    monkeypatch.setattr(sys, "stdin", io.StringIO('{"table": "none"}'))
+    with pytest.raises(jsonschema.ValidationError):
+        exec(code, {})
 
 
 def test_example_rates(sample: Path, tmp_path: Path) -> None:

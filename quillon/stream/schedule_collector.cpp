@@ -111,9 +111,10 @@ class ScheduleCollector::State {
     uint64_t naming;  // of its PID, when it came
     std::vector<uint8_t> bytes;
   };
+  using Sections = std::map<Place, Section>;
   struct Stored {
     ServiceId id;
-    std::map<Place, Section> sections;
+    Sections sections;
     size_t bytes = kStoredServiceCost;
   };
   using Services = std::list<Stored>;
@@ -138,12 +139,14 @@ class ScheduleCollector::State {
   std::optional<uint64_t> naming_of(int pid, int Named::*kind) const;
   bool is_still_named(const Section& section, int Named::*kind) const;
 
-  Services::iterator find_or_make(const ServiceId& id);
+  // The last in line from then on.
+  Stored& find_or_make(const ServiceId& id);
   // True if it is not what was there.
   bool store(const ServiceId& id, const Place& place, const StreamSection& section, uint64_t naming);
   static bool holds(const Stored& service, const Place& place, const StreamSection& section, uint64_t naming);
   void drop_past_last(Stored& service, const Place& place, const StreamSection& section);
   void drop_sections(Stored& service, const Place& first, const Place& last);
+  void drop_all_sections(Stored& service);
   void drop_service(Services::iterator service);
 
   void add_events(Events& events, const Place& place, const Section& section) const;
@@ -243,35 +246,38 @@ bool ScheduleCollector::State::is_still_named(const Section& section, int Named:
   return naming_of(section.pid, kind) == section.naming;
 }
 
-ScheduleCollector::State::Services::iterator ScheduleCollector::State::find_or_make(const ServiceId& id) {
+ScheduleCollector::State::Stored& ScheduleCollector::State::find_or_make(const ServiceId& id) {
   const auto place = places_.find(id);
   if (place != places_.end()) {
     stored_.splice(stored_.end(), stored_, place->second);
-    return place->second;
+    return *place->second;
   }
   Services made;
   made.emplace_back().id = id;
-  const auto out = made.begin();
-  places_.emplace(id, out);
+  places_.emplace(id, made.begin());
   stored_.splice(stored_.end(), made);
   held_ += kStoredServiceCost;
-  return out;
+  return stored_.back();
 }
 
 bool ScheduleCollector::State::store(const ServiceId& id, const Place& place, const StreamSection& section,
                                      uint64_t naming) {
-  auto service = find_or_make(id);
-  if (holds(*service, place, section, naming)) return false;
-  drop_sections(*service, place, place);
-  if (place.table_id != kAtscEtt) drop_past_last(*service, place, section);
-  const size_t cost = section.size + kStoredSectionCost;
-  if (service->bytes + cost > kMostServiceBytes) {
-    drop_service(service);
-    service = find_or_make(id);
+  const auto known = places_.find(id);
+  if (known != places_.end() && holds(*known->second, place, section, naming)) {
+    stored_.splice(stored_.end(), stored_, known->second);
+    return false;
   }
-  service->sections.emplace(
-      place, Section{++arrivals_, section.pid, naming, {section.bytes, section.bytes + section.size}});
-  service->bytes += cost;
+  // What takes memory comes before the first change.
+  Sections made;
+  made.emplace(place,
+               Section{++arrivals_, section.pid, naming, {section.bytes, section.bytes + section.size}});
+  Stored& service = find_or_make(id);
+  drop_sections(service, place, place);
+  if (place.table_id != kAtscEtt) drop_past_last(service, place, section);
+  const size_t cost = section.size + kStoredSectionCost;
+  if (service.bytes + cost > kMostServiceBytes) drop_all_sections(service);
+  service.sections.merge(made);
+  service.bytes += cost;
   held_ += cost;
   // The service of the section is the last in line, and never takes all.
   while (held_ > kMostScheduleBytes) drop_service(stored_.begin());
@@ -312,6 +318,12 @@ void ScheduleCollector::State::drop_sections(Stored& service, const Place& first
     held_ -= cost;
     section = service.sections.erase(section);
   }
+}
+
+void ScheduleCollector::State::drop_all_sections(Stored& service) {
+  held_ -= service.bytes - kStoredServiceCost;
+  service.sections.clear();
+  service.bytes = kStoredServiceCost;
 }
 
 void ScheduleCollector::State::drop_service(Services::iterator service) {

@@ -72,7 +72,7 @@ class QUILLON_API ScheduleCollector {
   ScheduleCollector& operator=(const ScheduleCollector&) = delete;
 
   // True if the section says something new. Sections of other tables, next ones, and those with a wrong CRC
-  // are passed over.
+  // are passed over. Where memory runs out, std::bad_alloc comes out, and nothing has changed.
   bool push(const StreamSection& section);
 
   // In the order of their ids.

@@ -284,7 +284,13 @@ void SectionReader::State::finish_section(int pid, uint64_t packet, const uint8_
   section.crc_ok = section.has_crc && section_crc(bytes, size) == good_section_crc;
   if (pid >= 0 && !is_wanted(pid) && !(section.is_long() && section.crc_ok)) return;
   section.repeated = !seen_.add(section);
-  learn(section);
+  try {
+    learn(section);
+  } catch (...) {
+    // The sink has not got it: it will when it comes again.
+    if (!section.repeated) seen_.forget(section);
+    throw;
+  }
   if (!section.repeated || repeats_) sink_(section);
 }
 
@@ -303,6 +309,9 @@ void SectionReader::State::learn(const StreamSection& section) {
     set_names(*source, names_in(section));
   } catch (const error&) {
     return;  // what a table that is refused would say is not learnt
+  } catch (...) {
+    names_.erase({*source, kLearnt});  // there was no memory for all of it
+    throw;
   }
   if (section.table_id() == kPat)
     drop_names(source_at(kPatPid, 0, section.last_section_number() + 1), source_at(kPatPid + 1),

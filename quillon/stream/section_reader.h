@@ -75,8 +75,9 @@ struct SectionReaderOptions {
 // takes nothing a packet, nor a section that names no PIDs.
 //
 // The sink may add and remove PIDs. One that throws leaves the reader usable; the sections after it in the
-// same packet are lost. The constructor, and whatever reads, throw std::bad_alloc where memory runs out. For
-// threads the rule of the tables holds (PsiBase1).
+// same packet are lost. The constructor, and whatever reads, throw std::bad_alloc where memory runs out; the
+// section that was read is given, and learnt from, when it comes again. For threads the rule of the tables
+// holds (PsiBase1).
 class QUILLON_API SectionReader {
  public:
   // The section is good during the call.

@@ -177,7 +177,9 @@ class ServiceDirectory::State {
   };
   // What a table says of a service; a Service is what a description says.
   using Part = std::variant<Association, Program, Service>;
-  using Parts = std::map<Key, Part>;
+  // By service, and by serial of the table; those of a table that is being read have none.
+  using Parts = std::map<std::pair<Key, uint64_t>, Part>;
+  static constexpr uint64_t kNoSerial = 0;
   struct Source {
     uint64_t serial;  // greater than that of a table that came before
     std::vector<Key> keys;
@@ -204,21 +206,25 @@ class ServiceDirectory::State {
   static size_t cost_of(const Part& part);
 
   void read_emms(const TableEvent& event);
-  // Replaces what a table said; gives the services of which it says something else now.
-  std::vector<Key> replace(const TableId& table, Parts parts);
+  // Replaces what a table said, and adds the services of which it says something else now to those touched;
+  // changes nothing where memory runs out.
+  void replace(const TableId& table, Parts parts);
   bool has_room(const Key& key) const;
   // Calls `use` with each part of a kind, from the table that came first on.
   template <class Kind, class Use>
   void each_part(const Key& key, Use use) const;
   Chosen choose(const Key& key) const;
   static Service made_of(const Key& key, const Chosen& chosen);
-  void update(const Key& key, std::vector<Change>& changes);
+  // Makes a service what its parts say; changes nothing where memory runs out.
+  void update(const Key& key);
 
   const Sink sink_;
   std::map<TableId, Source> sources_;
-  std::map<std::pair<Key, uint64_t>, Part> parts_;  // by service, and by serial of the table
+  Parts parts_;
   size_t part_bytes_ = 0;
-  uint64_t serials_ = 0;
+  uint64_t serials_ = kNoSerial;
+  std::vector<Key> touched_;     // to be updated
+  std::vector<Change> changes_;  // to be told
   std::map<Key, Service> services_;
   bool has_association_ = false;  // there was one: maps count that it names, and no others
   std::vector<CaStream> emms_;
@@ -281,7 +287,7 @@ ServiceDirectory::State::Parts ServiceDirectory::State::parts_of(const TableEven
 }
 
 void ServiceDirectory::State::put(Parts& parts, const Key& key, Part part) {
-  if (parts.size() < kMostPartsOfTable) parts.insert_or_assign(key, std::move(part));
+  if (parts.size() < kMostPartsOfTable) parts.insert_or_assign({key, kNoSerial}, std::move(part));
 }
 
 void ServiceDirectory::State::add_program(Parts& parts, const PmtDVB& map, int pid) {
@@ -332,17 +338,21 @@ void ServiceDirectory::State::push(const TableEvent& event) {
   if (event.table.table_id == 0x01 && is_on(event.table, 0x0001)) read_emms(event);
   if (!says_something(event.table)) return;
 
-  std::vector<Change> changes;
-  std::vector<Key> touched = replace(event.table, parts_of(event));
-  if (event.table.table_id == 0x00 && event.is_there() && !std::exchange(has_association_, true))
-    for (const auto& [key, service] : services_) touched.push_back(key);
-  for (const Key& key : touched) {
-    update(key, changes);
+  // What there is no memory for stays touched, or to be told, until the next push.
+  replace(event.table, parts_of(event));
+  if (event.table.table_id == 0x00 && event.is_there() && !has_association_) {
+    for (const auto& [key, service] : services_) touched_.push_back(key);
+    has_association_ = true;
+  }
+  for (const Key& key : touched_) {
+    update(key);
     if (key != program_key(std::get<3>(key))) continue;
     // Its other channels have its streams too.
     Key channel = key;
-    for (int& i = std::get<4>(channel); ++i, services_.contains(channel);) update(channel, changes);
+    for (int& i = std::get<4>(channel); ++i, services_.contains(channel);) update(channel);
   }
+  touched_.clear();
+  const std::vector<Change> changes = std::exchange(changes_, {});
   if (!sink_) return;
   for (const Change& change : changes) sink_({change.kind, *change.service});
 }
@@ -363,39 +373,45 @@ void ServiceDirectory::State::read_emms(const TableEvent& event) {
   emm_table_ = event.table;
 }
 
-std::vector<ServiceDirectory::State::Key> ServiceDirectory::State::replace(const TableId& table,
-                                                                           Parts parts) {
-  std::vector<Key> touched;
+void ServiceDirectory::State::replace(const TableId& table, Parts parts) {
   auto source = sources_.find(table);
-  if (source == sources_.end()) {
-    if (parts.empty()) return touched;
-    source = sources_.emplace(table, Source{++serials_, {}}).first;
-  }
+  if (source == sources_.end() && parts.empty()) return;
+  const size_t before = source == sources_.end() ? 0 : source->second.keys.size();
+  std::vector<Key> keys;
+  keys.reserve(before + parts.size());
+  touched_.reserve(touched_.size() + before + parts.size());
+  if (source == sources_.end()) source = sources_.emplace(table, Source{++serials_, {}}).first;
+
   const uint64_t serial = source->second.serial;
-  for (const Key& key : std::exchange(source->second.keys, {})) {
+  for (const Key& key : source->second.keys) {
     const auto old = parts_.find({key, serial});
-    const auto now = parts.find(key);
+    const auto now = parts.find({key, kNoSerial});
     if (now != parts.end() && now->second == old->second) {
-      source->second.keys.push_back(key);
+      keys.push_back(key);
       parts.erase(now);
       continue;
     }
     part_bytes_ -= cost_of(old->second);
     parts_.erase(old);
-    touched.push_back(key);
+    touched_.push_back(key);
   }
-  for (auto& [key, part] : parts) {
-    const size_t cost = cost_of(part);
+  while (!parts.empty()) {
+    auto part = parts.extract(parts.begin());
+    const Key& key = part.key().first;
+    const size_t cost = cost_of(part.mapped());
     if (part_bytes_ + cost > kMostPartBytes || !has_room(key)) continue;
-    parts_.emplace(std::pair(key, serial), std::move(part));
     part_bytes_ += cost;
-    source->second.keys.push_back(key);
-    touched.push_back(key);
+    keys.push_back(key);
+    touched_.push_back(key);
+    part.key().second = serial;
+    parts_.insert(std::move(part));
   }
-  if (source->second.keys.empty()) sources_.erase(source);
-  std::sort(touched.begin(), touched.end());
-  touched.erase(std::unique(touched.begin(), touched.end()), touched.end());
-  return touched;
+  if (keys.empty())
+    sources_.erase(source);
+  else
+    source->second.keys = std::move(keys);
+  std::sort(touched_.begin(), touched_.end());
+  touched_.erase(std::unique(touched_.begin(), touched_.end()), touched_.end());
 }
 
 template <class Kind, class Use>
@@ -444,7 +460,7 @@ Service ServiceDirectory::State::made_of(const Key& key, const Chosen& chosen) {
   return out;
 }
 
-void ServiceDirectory::State::update(const Key& key, std::vector<Change>& changes) {
+void ServiceDirectory::State::update(const Key& key) {
   using Kind = ServiceEvent::Kind;
   const Chosen chosen = choose(key);
   const bool is_first_channel = std::get<4>(key) == 0;
@@ -452,21 +468,24 @@ void ServiceDirectory::State::update(const Key& key, std::vector<Change>& change
   const auto old = services_.find(key);
   if (!is_there) {
     if (old == services_.end()) return;
-    const Service* const service = &old->second;
-    changes.push_back({Kind::gone, service, services_.extract(old)});
+    changes_.push_back({Kind::gone, &old->second});
+    changes_.back().gone = services_.extract(old);
     return;
   }
   Service made = made_of(key, chosen);
   if (old == services_.end()) {
-    changes.push_back({Kind::appeared, &services_.emplace(key, std::move(made)).first->second});
+    std::map<Key, Service> appeared;
+    const Service& service = appeared.emplace(key, std::move(made)).first->second;
+    changes_.push_back({Kind::appeared, &service});
+    services_.merge(appeared);
     return;
   }
   Service& service = old->second;
   made.revision = service.revision;
   if (made == service) return;
   ++made.revision;
+  changes_.push_back({Kind::changed, &service});
   service = std::move(made);
-  changes.push_back({Kind::changed, &service});
 }
 
 std::vector<const Service*> ServiceDirectory::State::services() const {

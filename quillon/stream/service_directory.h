@@ -103,7 +103,9 @@ struct ServiceEvent {
 // sixteen.
 //
 // The sink may not push. One that throws leaves the directory as it is to be, and does not get the other
-// events of the same table. For threads the rule of the tables holds (PsiBase1).
+// events of the same table. Where memory runs out, std::bad_alloc comes out of push; the same event pushed
+// again makes the directory what it is to be, and tells what was not told. For threads the rule of the tables
+// holds (PsiBase1).
 class QUILLON_API ServiceDirectory {
  public:
   using Sink = std::function<void(const ServiceEvent&)>;

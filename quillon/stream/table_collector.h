@@ -85,8 +85,9 @@ struct TableCollectorOptions {
 // Memory: what the options say, 32 MiB by default, the memory of the heap's blocks counted in. Where tables
 // need more, those are forgotten first of which nothing came for the longest time.
 //
-// The sink may not use the collector. One that throws leaves it usable, and does not get the event again. For
-// threads the rule of the tables holds (PsiBase1).
+// The sink may not use the collector. One that throws leaves it usable, and does not get the event again.
+// Where memory runs out, std::bad_alloc comes out of push; the tables that were complete are as before, and
+// the section counts when it comes again. For threads the rule of the tables holds (PsiBase1).
 class QUILLON_API TableCollector {
  public:
   // What an event refers to is good during the call.

@@ -1,13 +1,17 @@
 // Each operation with its first, second, ... allocation failing: it says so, leaks nothing, and what it
-// worked on stays usable. A program of its own, as it makes allocations fail: those of operator new and of
-// malloc, which the linker sends here. The case tables are those of the unit tests.
+// worked on stays usable. A program of its own, as it makes allocations fail. The case tables are those of
+// the unit tests.
 
+#include "apps/quillon/json_fields.h"
+#include "tests/alone/failing_heap.h"
 #include "tests/support/cases.h"
+#include "tests/support/huffman_encoder.h"
 #include "tests/support/log_file.h"
 #include "tests/support/packets.h"
 #include "tests/support/sample.h"
 #include "tests/support/table_cases.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdlib>
 #include <fstream>
@@ -24,119 +28,10 @@
 #include <quillon/xml/attributes.h>
 #include <quillon/xml/document.h>
 
-namespace {
-
-// The program has one thread.
-size_t until_failure = 0;  // allocations up to and with the one that fails; 0 for none
-bool allocation_failed = false;
-size_t live_blocks = 0;
-
-}  // namespace
-
-extern "C" {
-
-void* __real_malloc(size_t size);
-void __real_free(void* memory);
-
-void* __wrap_malloc(size_t size) {
-  if (until_failure > 0 && --until_failure == 0) {
-    allocation_failed = true;
-    return nullptr;
-  }
-  void* const out = __real_malloc(size);
-  if (out) ++live_blocks;
-  return out;
-}
-
-void __wrap_free(void* memory) {
-  if (memory) --live_blocks;
-  __real_free(memory);
-}
-
-}  // extern "C"
-
-// Not inlined: a compiler that sees malloc inside new takes free inside delete for a mistake.
-[[gnu::noinline]] void* operator new(size_t size) {
-  void* const out = std::malloc(size > 0 ? size : 1);
-  if (!out) throw std::bad_alloc();
-  return out;
-}
-[[gnu::noinline]] void* operator new[](size_t size) {
-  return operator new(size);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, size_t) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory, size_t) noexcept {
-  std::free(memory);
-}
-
 namespace quillon {
 namespace {
 
 using namespace test;
-
-// Whether the operation whose outcome is checked said that it failed.
-bool has_failed = false;
-
-// What an operation says when it runs out of memory; "" if it says nothing.
-template <class Operation>
-std::string said_by(Operation operation) {
-  try {
-    operation();
-  } catch (const std::bad_alloc&) {
-    return "no memory";
-  } catch (const _com_error& failure) {
-    return failure.Error() == E_OUTOFMEMORY ? "no memory" : "another COM failure";
-  } catch (const error& failure) {
-    return std::string("error: ") + failure.what();
-  }
-  return "";
-}
-
-// Calls `operation` on what `make` gives, anew each time, with the first, second, ... allocation failing
-// until none fails, and `check` on the same each time. Gives the number of failures.
-template <class Make, class Operation, class Check>
-size_t fail_each(Make make, Operation operation, Check check) {
-  {
-    // What is made once and stays is made here.
-    auto subject = make();
-    operation(subject);
-  }
-  for (size_t n = 1;; ++n) {
-    const size_t before = live_blocks;
-    bool fell = false;
-    {
-      auto subject = make();
-      until_failure = n;
-      const std::string said = said_by([&] {
-        struct Disarmed {
-          ~Disarmed() { until_failure = 0; }
-        } const disarmed;
-        operation(subject);
-      });
-      fell = allocation_failed;
-      allocation_failed = false;
-      // What says nothing has to be right all the same, as if nothing had failed.
-      has_failed = !said.empty();
-      EXPECT_EQ(said, has_failed ? "no memory" : "") << "allocation " << n;
-      EXPECT_TRUE(fell || !has_failed);
-      check(subject);
-    }
-    if (testing::Test::HasFailure()) {
-      ADD_FAILURE() << "at the failure of allocation " << n;
-      return n;
-    }
-    EXPECT_EQ(live_blocks, before) << "after the failure of allocation " << n;
-    if (!fell) return n - 1;
-  }
-}
 
 // Demultiplexers
 
@@ -299,9 +194,10 @@ struct Known {
   std::string again;
 };
 
-Known known(const TableCase& c, bool tolerant) {
+Known known(const TableCase& c, bool tolerant, Reading reading = Reading::kept) {
   const auto table = c.make();
   table->set_tolerant(tolerant);
+  table->set_reading(reading);
   table->Parse(c.section.data(), c.section.size(), true);
   const std::string fresh = test::report(*table);
   table->reset();
@@ -309,40 +205,68 @@ Known known(const TableCase& c, bool tolerant) {
   return {fresh, test::report(*table)};
 }
 
-std::unique_ptr<AnyTable> parsed(const TableCase& c) {
+std::unique_ptr<AnyTable> parsed(const TableCase& c, Reading reading = Reading::kept) {
   auto out = c.make();
+  out->set_reading(reading);
   out->Parse(c.section.data(), c.section.size(), true);
   return out;
 }
 
-TEST(AllocationFailures, OfAParse) {
-  for (const bool tolerant : {false, true})
+// Whether the section is for this reading.
+bool is_taken(const TableCase& c, Reading reading) {
+  try {
+    parsed(c, reading);
+  } catch (const error&) {
+    return false;
+  }
+  return true;
+}
+
+// Calls `use` with each case and reading.
+template <class Use>
+void with_each_case(Use use) {
+  size_t taken = 0;
+  for (const Reading reading : {Reading::kept, Reading::standard})
     for (const TableCase& c : TableCases::all()) {
-      SCOPED_TRACE(c.name);
-      const Known reports = known(c, tolerant);
-      fail_each(
-          [&] {
-            auto out = c.make();
-            out->set_tolerant(tolerant);
-            return out;
-          },
-          [&](auto& table) { table->Parse(c.section.data(), c.section.size(), true); },
-          [&](auto& table) {
-            EXPECT_EQ(table->is_parsed(), !has_failed);
-            if (!has_failed) {
-              EXPECT_EQ(test::report(*table), reports.fresh);
-              return;
-            }
-            test::report(*table);  // of what was read
-            walked(*table);
-            table->reset();
-            table->Parse(c.section.data(), c.section.size(), true);
-            EXPECT_TRUE(table->is_parsed());
-            if (reports.again == reports.fresh) {
-              EXPECT_EQ(test::report(*table), reports.fresh);
-            }
-          });
+      SCOPED_TRACE(c.name + (reading == Reading::standard ? ", standard" : ""));
+      if (!is_taken(c, reading)) continue;
+      ++taken;
+      use(c, reading);
     }
+  EXPECT_GT(taken, TableCases::all().size() * 3 / 2);
+}
+
+void parse_with_failures(const TableCase& c, bool tolerant, Reading reading) {
+  const Known reports = known(c, tolerant, reading);
+  fail_each(
+      [&] {
+        auto out = c.make();
+        out->set_tolerant(tolerant);
+        out->set_reading(reading);
+        return out;
+      },
+      [&](auto& table) { table->Parse(c.section.data(), c.section.size(), true); },
+      [&](auto& table) {
+        EXPECT_EQ(table->is_parsed(), !has_failed);
+        if (!has_failed) {
+          EXPECT_EQ(test::report(*table), reports.fresh);
+          return;
+        }
+        test::report(*table);  // of what was read
+        walked(*table);
+        table->reset();
+        table->Parse(c.section.data(), c.section.size(), true);
+        EXPECT_TRUE(table->is_parsed());
+        if (reports.again == reports.fresh) {
+          EXPECT_EQ(test::report(*table), reports.fresh);
+        }
+      });
+}
+
+TEST(AllocationFailures, OfAParse) {
+  with_each_case([](const TableCase& c, Reading reading) {
+    for (const bool tolerant : {false, true}) parse_with_failures(c, tolerant, reading);
+  });
 }
 
 TEST(AllocationFailures, OfACopy) {
@@ -361,12 +285,112 @@ TEST(AllocationFailures, OfACopy) {
 }
 
 TEST(AllocationFailures, OfAReport) {
-  for (const TableCase& c : TableCases::all()) {
-    SCOPED_TRACE(c.name);
-    const std::string fresh = known(c, false).fresh;
-    fail_each([&] { return parsed(c); }, [](auto& table) { test::report(*table); },
+  with_each_case([](const TableCase& c, Reading reading) {
+    const std::string fresh = known(c, false, reading).fresh;
+    fail_each([&] { return parsed(c, reading); }, [](auto& table) { test::report(*table); },
               [&](auto& table) { EXPECT_EQ(test::report(*table), fresh); });
+  });
+}
+
+// A stream that takes no heap.
+class Page : private std::streambuf, public std::ostream {
+ public:
+  Page() : std::ostream(static_cast<std::streambuf*>(this)) {
+    setp(place_.data(), place_.data() + place_.size());
   }
+  std::string_view text() const { return {pbase(), static_cast<size_t>(pptr() - pbase())}; }
+
+ private:
+  std::array<char, 1 << 16> place_;
+};
+
+TEST(AllocationFailures, OfAReportLeavesWhatWasComposed) {
+  struct Printing {
+    std::unique_ptr<AnyTable> table;  // whose texts are decoded when they are printed first
+    std::unique_ptr<Page> page = std::make_unique<Page>();
+  };
+  size_t cut = 0;
+  with_each_case([&](const TableCase& c, Reading reading) {
+    const std::string whole = "A report:\n" + test::report(*parsed(c, reading));
+    fail_each([&] { return Printing{parsed(c, reading)}; },
+              [&](Printing& p) {
+                *p.page << "A report:\n";
+                p.table->dump_state(*p.page);
+              },
+              [&](Printing& p) {
+                EXPECT_TRUE(p.page->good());
+                EXPECT_EQ(p.page->text(), has_failed ? whole.substr(0, p.page->text().size()) : whole);
+                cut += has_failed && p.page->text().size() > 50;
+              });
+  });
+  EXPECT_GE(cut, 1u);  // few reports take heap at all
+}
+
+struct Deaf final : FieldSink {};
+
+TEST(AllocationFailures, OfAWalk) {
+  with_each_case([](const TableCase& c, Reading reading) {
+    const auto table = parsed(c, reading);
+    const std::string whole = walked(*table);
+    app::JsonFields fields;
+    table->walk(fields);
+    const std::string line(fields.take());
+    // That of the walk itself, of one with a text, and of JSON.
+    fail_each([] { return 0; },
+              [&](int) {
+                Deaf sink;
+                table->walk(sink);
+              },
+              [&](int) { EXPECT_EQ(walked(*table), whole); });
+    fail_each([] { return std::string(); }, [&](std::string& text) { text = walked(*table); },
+              [&](std::string& text) { EXPECT_EQ(text, has_failed ? "" : whole); });
+    fail_each([] { return std::make_unique<app::JsonFields>(); }, [&](auto& json) { table->walk(*json); },
+              [&](auto& json) {
+                if (!has_failed) {
+                  EXPECT_EQ(json->take(), line);
+                }
+              });
+  });
+}
+
+TEST(AllocationFailures, OfATableOfWhateverClass) {
+  with_each_case([](const TableCase& c, Reading reading) {
+    const auto table = parsed(c, reading);
+    const std::string report = test::report(*table);
+    using Made = std::unique_ptr<AnyTable>;
+    const auto made = [&](auto make) {
+      return fail_each([] { return Made(); }, make, [](Made& out) { EXPECT_EQ(out == nullptr, has_failed); });
+    };
+    EXPECT_GE(made([&](Made& out) { out = AnyTable::for_element(c.element); }), 1u);
+    EXPECT_GE(made([&](Made& out) {
+                const bool is_atsc = c.element.starts_with("atsc");
+                out = AnyTable::for_table_id(c.section[0], is_atsc ? Standard::atsc : Standard::dvb);
+              }),
+              1u);
+    EXPECT_GE(made([&](Made& out) { out = table->copy(); }), 1u);
+    EXPECT_EQ(test::report(*table), report);
+  });
+}
+
+TEST(AllocationFailures, NeverOfGoingThroughDescriptors) {
+  Bytes loop;
+  for (const DescriptorCase& c : Cases::all())
+    if (c.family == Family::dvb && loop.size() + c.bytes.size() < 900) loop = joined({loop, c.bytes});
+  const Bytes section = long_section(
+      0x02,
+      joined({{0xE1, 0x00, static_cast<uint8_t>(0xF0 | loop.size() >> 8), static_cast<uint8_t>(loop.size())},
+              loop}));
+  PmtDVB map;
+  map.set_tolerant(true);
+  map.Parse(section);
+  size_t count = 0;
+  EXPECT_EQ(fail_each([&] { return count = 0; },
+                      [&](size_t) {
+                        for (const AnyDescriptor& d : map.descriptors())
+                          count += d.element() != nullptr && !d.as<DescriptorCa>() && d.base().get_tag_text();
+                      },
+                      [&](size_t) { EXPECT_GT(count, 10u); }),
+            0u);
 }
 
 TEST(AllocationFailures, OfASave) {
@@ -603,6 +627,45 @@ TEST(AllocationFailures, OfATextsDecoding) {
         EXPECT_EQ(t.get_textA(), "x");
         EXPECT_EQ(t.get_textW(), wide_string(1, 'x'));
       });
+}
+
+TEST(AllocationFailures, OfTextsInUtf8) {
+  const auto told = [](const auto& object) {
+    const std::string whole = object.utf8();
+    EXPECT_GT(whole.size(), 20u);
+    EXPECT_GE(fail_each([] { return std::string(); }, [&](std::string& text) { text = object.utf8(); },
+                        [&](std::string& text) { EXPECT_EQ(text, has_failed ? "" : whole); }),
+              1u);
+    EXPECT_GE(fail_each([] { return std::make_unique<Page>(); }, [&](auto& page) { *page << object; },
+                        [&](auto& page) { EXPECT_EQ(page->text(), has_failed ? "" : whole); }),
+              1u);
+  };
+  // The default table, pages by number, two bytes a character, UTF-8; with an accent and a control of their
+  // own.
+  for (const char* const begin : {"", "\x01", "\x0B", "\x15", "\x86"}) {
+    const Bytes bytes =
+        joined({text(begin), text("A text that is too long for a string"), {0x8A}, text("\xC8o")});
+    told(Text(static_cast<int>(bytes.size()), view(bytes)));
+  }
+  Bytes wide = {0x11};
+  for (int i = 0; i < 40; ++i) wide = joined({wide, {0x4E, static_cast<uint8_t>(i)}});
+  told(Text(static_cast<int>(wide.size()), view(wide)));
+
+  const std::string characters = "A title that is too long for a string, and its text";
+  const std::string codes = std::string(std::getenv("QUILLON_DATA")) + "/atsc_text";
+  for (const int compression : {0, 1, 2}) {
+    const Bytes coded = compression == 0 ? text(characters)
+                                         : packed_bits(HuffmanEncoder(codes, compression).ended(characters));
+    const Bytes strings = joined(
+        {{1, 'e', 'n', 'g', 1, static_cast<uint8_t>(compression), 0, static_cast<uint8_t>(coded.size())},
+         coded});
+    ATSCMultipleStringStructure structure;
+    int length = static_cast<int>(strings.size());
+    structure.parse(view(strings), length);
+    ASSERT_EQ(structure.strings.size(), 1u);
+    EXPECT_EQ(structure.strings[0].utf8(), characters);
+    told(structure.strings[0]);
+  }
 }
 
 // Registries

@@ -2,6 +2,7 @@
 // all allocations.
 
 #include "tests/alone/counted_heap.h"
+#include "tests/stream/broadcast.h"
 #include "tests/stream/collected.h"
 
 #include <gtest/gtest.h>
@@ -111,6 +112,48 @@ TEST(CollectorsAllocation, IsBoundedForVersions) {
     }
   EXPECT_EQ(events, 300u);
   taken.expect_less_than(4 * kMiB, "new versions");
+}
+
+// Ever new streams, networks and services, each of them described and with events, in ever new versions.
+TEST(CollectorsAllocation, IsBoundedForSubTables) {
+  const Taken taken;
+  uint64_t forgotten = 0;
+  ServiceDirectory directory;
+  ScheduleCollector schedule;
+  TableCollector tables([&](const TableEvent& event) {
+    forgotten += event.kind == TableEvent::Kind::forgotten;
+    directory.push(event);
+  });
+  const auto push = [&](const Bytes& section, int pid) {
+    tables.push(stream_section(section, pid));
+    schedule.push(stream_section(section, pid));
+  };
+  for (size_t number = 0; number < 150'000; ++number) {
+    const size_t stream = number / 2;
+    const int version = static_cast<int>(number % 2);
+    const Bytes ids = bits({{16, u(stream * 40503 & 0xFFFF), "transport_stream_id"},
+                            {16, u(stream >> 3), "original_network_id"},
+                            {16, 0x004E, "segment_last_section_number, last_table_id"}});
+    Bytes event = bits({{16, u(number & 0xFFFF), "event_id"}, {64, u(number), "start_time, duration"}});
+    event.resize(12 + 200);
+    event[10] = 0;
+    event[11] = 200;
+    const Bytes service =
+        bits({{16, u(stream >> 3), "original_network_id"},
+              {8, 0xFF, "reserved_future_use"},
+              {16, u(stream & 0xFFFF), "service_id"},
+              {8, 0xFF, "flags"},
+              {16, u(static_cast<size_t>(version) << 13), "running_status, free_CA_mode, length"}});
+    push(long_section(0x4E, joined({ids, event}),
+                      {.extension = static_cast<int>(stream & 0xFFFF), .version = version}),
+         0x12);
+    push(long_section(0x46, service, {.extension = static_cast<int>(stream & 0xFFFF), .version = version}),
+         0x11);
+  }
+  EXPECT_GT(forgotten, 1000u);
+  EXPECT_GT(directory.services().size(), 1000u);
+  EXPECT_GT(schedule.services().size(), 1000u);
+  taken.expect_less_than((32 + 32 + 24) * kMiB, "new streams, networks and services");
 }
 
 TEST(CollectorsAllocation, IsBoundedForSchedules) {
@@ -230,4 +273,23 @@ TEST(CollectorsAllocation, IsBoundedForServices) {
   directory.push(
       event_of(Kind::complete, {.pid = 0x20, .table_id = 0x02, .extension = 1}, {pmt_of(1, {{2, 3}})}));
   EXPECT_EQ(directory.services().size(), 1u);
+}
+
+// bench/soak.cpp has more services each minute, in packets.
+TEST(CollectorsAllocation, IsTheSameOnEachDayOfABroadcast) {
+  constexpr size_t kHours = 24;
+  Broadcast broadcast(6);
+  BroadcastReceiver receiver;
+  std::vector<size_t> held;
+  held.reserve(3 * kHours);
+  for (Broadcast::Time now = Broadcast::kBegin; held.size() < held.capacity();
+       now += std::chrono::minutes(5)) {
+    for (const Bytes& section : broadcast.sections(now)) receiver.push(stream_section(section, 0x12));
+    if (now != std::chrono::floor<std::chrono::hours>(now)) continue;
+    EXPECT_EQ(receiver.now(), now);
+    EXPECT_EQ(receiver.wrong_services(broadcast), 0) << "after " << held.size() << " hours";
+    held.push_back(live);
+  }
+  for (size_t hour = 0; hour < kHours; ++hour)
+    EXPECT_EQ(held[hour + 2 * kHours], held[hour + kHours]) << "hour " << hour;
 }

@@ -1,10 +1,12 @@
 // What the README and the pages of docs show is what comes: their commands on the bundled streams, and their
-// programs.
+// programs. What they name is there, and figures that the headers state are theirs.
 
 #include "tests/app/program.h"
 
 #include <algorithm>
+#include <cctype>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -42,13 +44,88 @@ class Pages : public Program {
     return out;
   }
 
+  // What a page names as code: between backticks in its text, and in its blocks of commands.
+  static std::vector<std::string> code_in(const std::string& page) {
+    std::vector<std::string> out;
+    std::istringstream lines(page);
+    bool inside = false;
+    bool is_command = false;
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with("```")) {
+        inside = !inside;
+        is_command = line == "```sh" || line == "```text" || line == "```cmake";
+      } else if (inside) {
+        if (is_command) out.push_back(line.substr(0, line.find(" #")));
+      } else {
+        for (size_t end, at = 0;
+             (at = line.find('`', at)) != line.npos && (end = line.find('`', at + 1)) != line.npos;
+             at = end + 1)
+          out.push_back(line.substr(at + 1, end - at - 1));
+      }
+    }
+    return out;
+  }
+
+  // Identifiers, and options with their dashes.
+  static std::set<std::string> words_of(const std::string& code) {
+    const auto is_part = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
+    std::set<std::string> out;
+    for (size_t at = 0; at < code.size();) {
+      size_t end = at;
+      if (code.compare(at, 2, "--") == 0 && at + 2 < code.size() && code[at + 2] >= 'a' &&
+          code[at + 2] <= 'z')
+        for (end += 2; end < code.size() && (is_part(code[end]) || code[end] == '-');) ++end;
+      else
+        while (end < code.size() && is_part(code[end])) ++end;
+      if (end > at && !std::isdigit(static_cast<unsigned char>(code[at])))
+        out.insert(code.substr(at, end - at));
+      at = std::max(end, at + 1);
+    }
+    return out;
+  }
+
+  // All that is in the sources, the names of files included.
+  std::set<std::string> words_in_sources() const {
+    std::set<std::string> out;
+    const auto add = [&](const fs::path& file) {
+      if (file.extension() == ".md" || file.filename() == "readme_test.cpp") return;
+      out.merge(words_of(whole(file)));
+      out.merge(words_of(file.lexically_relative(top_).generic_string()));
+    };
+    for (const auto& entry : fs::directory_iterator(top_))
+      if (entry.is_regular_file()) add(entry.path());
+    for (const std::string folder : folders)
+      for (auto at = fs::recursive_directory_iterator(top_ / folder);
+           at != fs::recursive_directory_iterator(); ++at) {
+        if (at->path().filename() == "node_modules") at.disable_recursion_pending();
+        if (at->is_regular_file() && at->path().extension() != ".ts") add(at->path());
+      }
+    return out;
+  }
+
+  std::vector<std::string> commands() const {
+    std::istringstream lines(run("--help").out);
+    std::vector<std::string> out;
+    bool inside = false;
+    for (std::string line; std::getline(lines, line);) {
+      if (inside && line.empty()) break;
+      if (inside) out.push_back(line.substr(2, line.find(' ', 2) - 2));
+      inside = inside || line == "Commands:";
+    }
+    return out;
+  }
+
+  static constexpr const char* folders[] = {".ci",    ".github", "abi",      "apps", "bench",
+                                            "cmake",  "data",    "examples", "fuzz", "packaging",
+                                            "python", "quillon", "tests"};
+
   // A command whose files are named from the top of the project.
-  std::string output_of(std::string command) const {
+  Result result_of(std::string command) const {
     const std::string name = "data/";
     const std::string place = top_.generic_string() + "/";
     for (size_t at = 0; (at = command.find(name, at)) != command.npos; at += place.size() + name.size())
       command.insert(at, place);
-    return run(command).out;
+    return run(command);
   }
 
   fs::path top_;
@@ -77,7 +154,7 @@ TEST_F(Pages, ShowWhatTheirCommandsPrint) {
       const std::string cut = "...\n";
       const bool is_cut = shown.ends_with(cut);
       if (is_cut) shown.erase(shown.size() - cut.size());
-      const std::string printed = output_of(command);
+      const std::string printed = result_of(command).out;
       EXPECT_FALSE(shown.empty()) << page << command;
       EXPECT_EQ(is_cut ? printed.substr(0, shown.size()) : printed, shown) << page << command;
     }
@@ -128,4 +205,128 @@ TEST_F(Pages, LinkToWhatIsThere) {
     }
   }
   EXPECT_GE(links, 150);
+}
+
+TEST_F(Pages, NameWhatIsThere) {
+  const std::set<std::string> there = words_in_sources();
+  const std::set<std::string> of_others = {
+      "cppstd",         "--overlay-ports",                     // of Conan and vcpkg
+      "--partition",    "--time",          "--resume-failed",  // of Slurm and GNU parallel
+      "GLIBC_TUNABLES", "glibc",           "tcache_count",       "LD_PRELOAD",   "libjemalloc",
+      "_int_malloc",    "_int_free",       "malloc_consolidate", "unlink_chunk",  // of allocators
+      "Unreleased",                                                               // of the change log
+  };
+  int words = 0;
+  int paths = 0;
+  for (const fs::path& page : pages()) {
+    // Those that are made have tests of their own, and the change log names what was.
+    const std::string name = page.filename().string();
+    if (name == "tables.md" || name == "descriptors.md" || name == "CHANGELOG.md") continue;
+    std::string text = whole(page);
+    // In its first column are the names of others.
+    if (name == "from.md") text = std::regex_replace(text, std::regex("\n\\|[^|\n]*\\|"), "\n|");
+    for (const std::string& code : code_in(text)) {
+      for (const std::string& word : words_of(code)) {
+        ++words;
+        EXPECT_TRUE(there.contains(word) || of_others.contains(word))
+            << name << " names " << word << ": " << code;
+      }
+      std::istringstream parts(code);
+      for (std::string part; parts >> part;) {
+        static const std::regex path(R"(([\w.-]+)(/[\w.-]+)+/?)");
+        std::smatch match;
+        if (!std::regex_match(part, match, path) ||
+            std::ranges::find(folders, match[1].str()) == std::end(folders))
+          continue;
+        ++paths;
+        EXPECT_TRUE(fs::exists(top_ / part)) << name << " names " << part;
+      }
+    }
+  }
+  EXPECT_GE(words, 900);
+  EXPECT_GE(paths, 30);
+}
+
+TEST_F(Pages, NameTheCommandsThatThereAre) {
+  const std::vector<std::string> known = commands();
+  ASSERT_GE(known.size(), 10u);
+  std::string helps = run("--help").out;
+  for (const std::string& command : known) helps += run(command + " --help").out;
+  const std::set<std::string> options = words_of(helps);
+
+  const std::string page = whole(top_ / "docs/program.md");
+  std::string first_column;
+  std::istringstream lines(page);
+  for (std::string line; std::getline(lines, line);)
+    if (line.starts_with("| `")) first_column += line.substr(0, line.find(" | "));
+  const std::set<std::string> listed = words_of(first_column);
+  for (const std::string& command : known)
+    EXPECT_TRUE(listed.contains(command)) << command << " is not listed";
+  for (const std::string& code : code_in(page))
+    for (const std::string& word : words_of(code))
+      EXPECT_TRUE(!word.starts_with("--") || options.contains(word)) << code;
+
+  const std::string dev = whole(top_ / "dev");
+  static const std::regex call(R"((quillon|\./dev) ([a-z]+).*)");
+  for (const fs::path& each : pages())
+    for (const std::string& code : code_in(whole(each))) {
+      std::smatch match;
+      if (!std::regex_match(code, match, call)) continue;
+      const std::string name = match[2];
+      if (match[1] == "quillon")
+        EXPECT_NE(std::ranges::find(known, name), known.end()) << each << ": " << code;
+      else
+        EXPECT_NE(dev.find("\n  " + name + ")\n"), dev.npos) << each << ": " << code;
+    }
+}
+
+// The commands that need the program alone.
+TEST_F(Pages, HaveCommandsThatSucceed) {
+  int run_of_them = 0;
+  for (const fs::path& page : pages())
+    for (const std::string& block : blocks(whole(page), "sh")) {
+      std::istringstream lines(block);
+      for (std::string line; std::getline(lines, line);) {
+        if (!line.starts_with("quillon ")) continue;
+        ++run_of_them;
+        EXPECT_EQ(result_of(line.substr(8)).code, 0) << page << ": " << line;
+      }
+    }
+  EXPECT_GE(run_of_them, 2);
+}
+
+TEST_F(Pages, ShowLinesOfProjectsThatAreBuilt) {
+  const std::string built =
+      "\n" + whole(top_ / "examples/CMakeLists.txt") + whole(top_ / "tests/install/package/CMakeLists.txt");
+  int lines_shown = 0;
+  for (const fs::path& page : pages())
+    for (const std::string& block : blocks(whole(page), "cmake")) {
+      std::istringstream lines(block);
+      for (std::string line; std::getline(lines, line); ++lines_shown)
+        EXPECT_NE(built.find("\n" + line + "\n"), built.npos) << page << ": " << line;
+    }
+  EXPECT_GE(lines_shown, 4);
+}
+
+// What a class takes at most is stated in its header, where tests hold it.
+TEST_F(Pages, StateTheMemoryThatTheHeadersState) {
+  const std::string page = whole(top_ / "docs/robustness.md");
+  static const std::regex row(R"(\n\| `(\w+)`([^\n]*))");
+  static const std::regex amount(R"((\d+(?:\.\d+)?) (?:KiB|MiB))");
+  int stated = 0;
+  for (std::sregex_iterator at(page.begin(), page.end(), row), end; at != end; ++at) {
+    std::string header;
+    for (const char c : (*at)[1].str())
+      header += std::isupper(c)
+                    ? (header.empty() ? "" : "_") + std::string(1, static_cast<char>(std::tolower(c)))
+                    : std::string(1, c);
+    const std::string comment = whole(top_ / ("quillon/stream/" + header + ".h"));
+    const std::string cells = (*at)[2];
+    const std::string facts = cells.substr(cells.rfind(" | ", cells.size() - 3));
+    for (std::sregex_iterator one(facts.begin(), facts.end(), amount); one != end; ++one) {
+      ++stated;
+      EXPECT_NE(comment.find(one->str()), comment.npos) << header << ".h does not state " << one->str();
+    }
+  }
+  EXPECT_GE(stated, 7);
 }

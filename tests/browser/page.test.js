@@ -5,6 +5,7 @@
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
+import { createHash } from "node:crypto";
 import { existsSync, mkdirSync, readdirSync, readFileSync, statSync } from "node:fs";
 import { createRequire } from "node:module";
 import { basename, dirname, join, resolve } from "node:path";
@@ -234,5 +235,13 @@ for (const input of inputs) {
     });
   });
 }
+
+it("is what the picture in the README shows", () => {
+  const file = join(folder, "picture.html");
+  execFileSync(program, ["html", "sample.ts", "-o", file], { cwd: join(root, "data") });
+  const digest = createHash("sha256").update(readFileSync(file)).digest("hex");
+  const kept = readFileSync(join(root, "tests/browser/picture.sha256"), "utf8").trim();
+  assert.equal(digest, kept, "tests/browser/run --picture makes the picture anew");
+});
 
 it("had a stream to show", () => assert.ok(inputs.length > 0));

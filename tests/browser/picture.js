@@ -1,7 +1,9 @@
-// Makes docs/page.webp, the picture of the page of the bundled stream.
+// Makes docs/page.webp, the picture of the page of the bundled stream, and keeps that page's digest, by which the tests
+// know that the picture is of the page that is made now.
 
 import { execFileSync } from "node:child_process";
-import { mkdirSync, writeFileSync } from "node:fs";
+import { createHash } from "node:crypto";
+import { mkdirSync, readFileSync, writeFileSync } from "node:fs";
 import { dirname, join, resolve } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
@@ -41,4 +43,5 @@ const picture = await page.evaluate(async (data) => {
 }, shot.toString("base64"));
 writeFileSync(join(folder, "page.png"), shot);
 writeFileSync(join(root, "docs/page.webp"), Buffer.from(picture, "base64"));
+writeFileSync(join(root, "tests/browser/picture.sha256"), createHash("sha256").update(readFileSync(file)).digest("hex") + "\n");
 await browser.close();

@@ -16,12 +16,13 @@ namespace {
 
 using Places = std::vector<long>;
 
-// Where a virtual function is in its class's table, by the C++ ABI of Itanium: 1 past its offset in bytes.
+// Where a virtual function is in its class's table: by the C++ ABI of Itanium 1 past its offset in bytes, and
+// on ARM that offset itself.
 template <class Member>
 long place_of(Member member) {
   intptr_t offset = 0;
   std::memcpy(&offset, &member, sizeof offset);
-  return static_cast<long>((offset - 1) / static_cast<intptr_t>(sizeof(void*)));
+  return static_cast<long>(offset / static_cast<intptr_t>(sizeof(void*)));
 }
 
 // Private functions can be named in an explicit instantiation, from which they are handed out here.

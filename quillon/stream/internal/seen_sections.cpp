@@ -31,6 +31,10 @@ bool SeenSections::add(const StreamSection& section) {
   return !repeated;
 }
 
+void SeenSections::forget(const StreamSection& section) {
+  find(place_of(section, digest_of(section.bytes, section.size))) = {};
+}
+
 // The digests of both halves, and the bytes left, digested together: the halves are independent, which makes
 // use of a processor's width.
 SipDigest SeenSections::digest_of(const uint8_t* bytes, size_t size) const {

@@ -18,6 +18,8 @@ class SeenSections {
 
   // True for a section that is another than the last in its place.
   bool add(const StreamSection& section);
+  // Makes a section that was added a new one again.
+  void forget(const StreamSection& section);
 
  private:
   static constexpr size_t kBucket = 16;
