@@ -20,7 +20,7 @@ unsigned low_bits(const void* pointer) {
 }  // namespace
 
 // What hooks remove while a packet is in progress is released when the outermost packet is done.
-class Demux::PacketScope {
+class QUILLON_LOCAL Demux::PacketScope {
  public:
   explicit PacketScope(Demux& demux) : demux_(demux) { ++demux_.packets_in_progress_; }
   ~PacketScope() {

@@ -91,7 +91,7 @@ void fill_in(ScheduledEvent& event, ScheduledEvent&& other) {
 
 }  // namespace
 
-class ScheduleCollector::State {
+class QUILLON_LOCAL ScheduleCollector::State {
  public:
   bool push(const StreamSection& section);
   std::vector<ServiceId> services() const;

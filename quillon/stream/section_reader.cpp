@@ -70,7 +70,7 @@ std::set<int> names_in(const StreamSection& section) {
 
 }  // namespace
 
-class SectionReader::State {
+class QUILLON_LOCAL SectionReader::State {
  public:
   State(std::array<uint8_t, TsPacket::pids>& interest, Sink sink, const SectionReaderOptions& options);
 

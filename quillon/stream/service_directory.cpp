@@ -147,7 +147,7 @@ Service service_of(const VirtualChannel& channel, int transport_stream_id) {
 
 }  // namespace
 
-class ServiceDirectory::State {
+class QUILLON_LOCAL ServiceDirectory::State {
  public:
   explicit State(Sink sink) : sink_(std::move(sink)) {}
 

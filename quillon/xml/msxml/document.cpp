@@ -184,7 +184,7 @@ std::string name_of(IXMLDOMElement& element) {
 
 }  // namespace
 
-struct Document::Impl {
+struct QUILLON_LOCAL Document::Impl {
   // COM, for as long as the document lives and on whatever threads.
   class Com {
    public:

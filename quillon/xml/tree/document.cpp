@@ -87,7 +87,7 @@ void walk(const TreeElement& root, Begin begin, End end) {
 
 }  // namespace
 
-struct Document::Impl {
+struct QUILLON_LOCAL Document::Impl {
   TreeDocument* tree = TreeDocument::create();
 
   Impl() = default;
