@@ -236,7 +236,6 @@ class Actor final : public Source {
   }
 
   const std::span<const uint8_t> script_;
-  std::map<long, size_t> counts_;
   size_t packets_ = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include <quillon/fields/time.h>
+#include <quillon/xml/attributes.h>
 
 namespace quillon::app {
 
@@ -66,7 +67,7 @@ void FieldLines::text(const char* name, std::string_view utf8) {
 
 void FieldLines::bytes(const char* name, const uint8_t* data, size_t size) {
   std::string text;
-  for (size_t i = 0; i < size; ++i) append_hex(text, data[i]);
+  bin2str(data, text, static_cast<int>(size));
   line(name, text.empty() ? "none" : text);
 }
 

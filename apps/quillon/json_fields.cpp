@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <quillon/fields/time.h>
+#include <quillon/xml/internal/hex.h>
 
 namespace quillon::app {
 
@@ -31,12 +32,10 @@ bool has_escaped(const char* bytes) {
 
 constexpr size_t kNumber = 32;  // room for any number and a comma
 constexpr size_t kEscape = 6;   // the most that a byte becomes
-constexpr std::string_view kHex = "0123456789abcdef";
 
-char* write_hex(char* at, uint8_t byte) {
-  *at++ = kHex[byte >> 4];
-  *at++ = kHex[byte & 0x0F];
-  return at;
+char* write_hex(char* at, const uint8_t* bytes, size_t size) {
+  xml::write_hex(bytes, size, at);
+  return at + 2 * size;
 }
 
 char* write_escaped(char* at, char c) {
@@ -47,7 +46,8 @@ char* write_escaped(char* at, char c) {
     *at++ = letters[named];
   } else if (static_cast<unsigned char>(c) < 0x20) {
     at = std::copy_n("u00", 3, at);
-    at = write_hex(at, static_cast<uint8_t>(c));
+    const auto byte = static_cast<uint8_t>(c);
+    at = write_hex(at, &byte, 1);
   } else {
     *at++ = c;
   }
@@ -139,7 +139,7 @@ void JsonFields::bytes(const char* name, const uint8_t* data, size_t size) {
   key(name);
   char* at = room(2 * size + 3);
   *at++ = '"';
-  for (const uint8_t* byte = data; byte != data + size; ++byte) at = write_hex(at, *byte);
+  at = write_hex(at, data, size);
   *at++ = '"';
   *at++ = ',';
   ended_at(at);

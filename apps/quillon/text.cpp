@@ -8,6 +8,7 @@
 #include <memory>
 
 #include <quillon/fields/time.h>
+#include <quillon/xml/attributes.h>
 
 namespace quillon::app {
 
@@ -74,8 +75,9 @@ std::string escaped(std::string_view text, bool keeps_lines) {
   while (!text.empty()) {
     const Character first = first_of(text);
     if (first.size == 0) {
+      const auto byte = static_cast<uint8_t>(text[0]);
       out += "\\x";
-      append_hex(out, static_cast<uint8_t>(text[0]));
+      bin2str(&byte, out, 1);
     } else if (is_steering(first.code) && !(keeps_lines && first.code == '\n')) {
       append_escaped(out, first.code);
     } else {
@@ -104,12 +106,6 @@ std::string hex(unsigned value, int digits) {
 
 std::string pid_text(int pid) {
   return pid < 0 ? std::string() : hex(static_cast<unsigned>(pid), 4);
-}
-
-void append_hex(std::string& text, uint8_t byte) {
-  constexpr const char* digits = "0123456789abcdef";
-  text += digits[byte >> 4];
-  text += digits[byte & 0x0F];
 }
 
 std::string grouped(uint64_t number) {

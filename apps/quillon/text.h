@@ -24,8 +24,6 @@ std::string visible_lines(std::string_view utf8);
 std::string hex(unsigned value, int digits);
 // "0x0012"; empty of none, in a chain of sections.
 std::string pid_text(int pid);
-// Two digits.
-void append_hex(std::string& text, uint8_t byte);
 // "12,345,678"
 std::string grouped(uint64_t number);
 // "12.480 s"

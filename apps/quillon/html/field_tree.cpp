@@ -4,6 +4,7 @@
 #include "apps/quillon/text.h"
 
 #include <quillon/fields/time.h>
+#include <quillon/xml/attributes.h>
 
 namespace quillon::app::html {
 
@@ -35,7 +36,7 @@ void FieldTree::text(const char* name, std::string_view utf8) {
 
 void FieldTree::bytes(const char* name, const uint8_t* data, size_t size) {
   std::string text;
-  for (size_t i = 0; i < size; ++i) append_hex(text, data[i]);
+  bin2str(data, text, static_cast<int>(size));
   add(name, Field::Shape::other, size == 0 ? "none" : std::move(text));
 }
 

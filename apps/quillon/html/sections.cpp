@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include <quillon/xml/attributes.h>
+
 namespace quillon::app::html {
 
 namespace {
@@ -41,7 +43,7 @@ void write_fields(Markup& out, const Field& of) {
 std::string hex_of(std::span<const uint8_t> bytes) {
   std::string out;
   for (size_t i = 0; i < bytes.size(); ++i) {
-    append_hex(out, bytes[i]);
+    bin2str(&bytes[i], out, 1);
     out += i % 16 == 15 ? '\n' : ' ';
   }
   return out;

@@ -20,12 +20,12 @@ class Tree {
   // Null for objects of another DOM, null, and an element that is not of the document.
   static Tree* of(IXMLDOMDocument* document, IXMLDOMElement* element);
 
-  // The attribute takes the place of one of the same name. E_FAIL, and no change, for what is no name, or a
+  // The attribute takes the place of one of the same name. False, and no change, for what is no name, or a
   // text that is too long. The element, here as below, is of the document.
-  virtual HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) = 0;
-  virtual HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, double value) = 0;
-  virtual HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) = 0;
-  virtual HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) = 0;
+  virtual bool set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) = 0;
+  virtual bool set_attribute(IXMLDOMElement* element, const XmlName& name, double value) = 0;
+  virtual bool set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) = 0;
+  virtual bool set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) = 0;
   // The same with a text of ASCII to be filled in; null on a failure.
   virtual char* set_ascii(IXMLDOMElement* element, const XmlName& name, size_t units) = 0;
   // An element without a place, null for what is no name. No reference is handed out: it lives as long as

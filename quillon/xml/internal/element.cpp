@@ -57,22 +57,22 @@ Element::Element(void* document, void* element)
 }
 
 bool Element::put(const XmlName& name, int32_t value) const {
-  return tree_ ? tree_->set_attribute(element_, name, value) >= 0 : add(*this, name, Value(value));
+  return tree_ ? tree_->set_attribute(element_, name, value) : add(*this, name, Value(value));
 }
 
 bool Element::put(const XmlName& name, double value) const {
-  if (tree_) return tree_->set_attribute(element_, name, value) >= 0;
+  if (tree_) return tree_->set_attribute(element_, name, value);
   if (backend::takes_reals) return add(*this, name, Value(value));
   char digits[real_room];
   return put(name, std::string_view(digits, static_cast<size_t>(write_real(digits, value) - digits)));
 }
 
 bool Element::put(const XmlName& name, wide_view text) const {
-  return tree_ ? tree_->set_attribute(element_, name, text) >= 0 : add(*this, name, Value(text));
+  return tree_ ? tree_->set_attribute(element_, name, text) : add(*this, name, Value(text));
 }
 
 bool Element::put(const XmlName& name, std::string_view ascii) const {
-  return tree_ ? tree_->set_attribute(element_, name, ascii) >= 0 : add(*this, name, Value(ascii));
+  return tree_ ? tree_->set_attribute(element_, name, ascii) : add(*this, name, Value(ascii));
 }
 
 bool Element::put(const XmlName& name, const VARIANT& value) const {

@@ -378,7 +378,6 @@ HRESULT TreeElement::get_item(long index, IXMLDOMNode** out) {
 // Documents
 
 HRESULT TreeDocument::QueryInterface(IID id, void** out) {
-  if (id == IID_TreeDocument) return *out = static_cast<IXMLDOMDocument*>(this), kOwn;
   switch (id) {
     case IID_IUnknown:
     case IID_IXMLDOMNode:
@@ -500,25 +499,25 @@ Name TreeDocument::name_of(const XmlName& name) {
 }
 
 template <class Value>
-HRESULT TreeDocument::set(IXMLDOMElement* element, const XmlName& name, Value value) {
+bool TreeDocument::set(IXMLDOMElement* element, const XmlName& name, Value value) {
   const Name known = name_of(name);
-  if (!known) return E_FAIL;
+  if (!known) return false;
   TreeAttribute* const attribute = make_attribute(known);
-  if (!attribute->set(value)) return E_FAIL;
+  if (!attribute->set(value)) return false;
   static_cast<TreeElement*>(element)->attach(attribute);
-  return S_OK;
+  return true;
 }
 
-HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) {
+bool TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) {
   return set(element, name, value);
 }
-HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, double value) {
+bool TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, double value) {
   return set(element, name, value);
 }
-HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) {
+bool TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) {
   return set(element, name, text);
 }
-HRESULT TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) {
+bool TreeDocument::set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) {
   return set(element, name, ascii);
 }
 

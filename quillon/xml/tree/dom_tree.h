@@ -24,9 +24,8 @@ class TreeDocument;
 // For QueryInterface: whether an object is of this tree. Type information can't say so, since other DOMs may
 // have none. The answer is kOwn, which no other DOM gives, with the very object that was asked, since a
 // wrapper of ours may pass the question on; it adds no reference.
-inline constexpr IID IID_TreeDocument{0x51540001};
-inline constexpr IID IID_TreeElement{0x51540002};
-inline constexpr IID IID_TreeAttribute{0x51540003};
+inline constexpr IID IID_TreeElement{0x51540001};
+inline constexpr IID IID_TreeAttribute{0x51540002};
 inline constexpr HRESULT kOwn = 0x5154;
 
 // Memory that is handed out piece by piece and released as a whole.
@@ -228,10 +227,10 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList, publi
   HRESULT get_length(long* out) override;
   HRESULT get_item(long index, IXMLDOMNode** out) override;
 
-  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) override;
-  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, double value) override;
-  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) override;
-  HRESULT set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) override;
+  bool set_attribute(IXMLDOMElement* element, const XmlName& name, int32_t value) override;
+  bool set_attribute(IXMLDOMElement* element, const XmlName& name, double value) override;
+  bool set_attribute(IXMLDOMElement* element, const XmlName& name, wide_view text) override;
+  bool set_attribute(IXMLDOMElement* element, const XmlName& name, std::string_view ascii) override;
   char* set_ascii(IXMLDOMElement* element, const XmlName& name, size_t units) override;
   IXMLDOMElement* make_element(const XmlName& name) override;
   void append(IXMLDOMElement* parent, IXMLDOMElement* child) override;
@@ -253,7 +252,7 @@ class TreeDocument final : public IXMLDOMDocument, public IXMLDOMNodeList, publi
   // A literal is a name where it is.
   Name name_of(const XmlName& name);
   template <class Value>
-  HRESULT set(IXMLDOMElement* element, const XmlName& name, Value value);
+  bool set(IXMLDOMElement* element, const XmlName& name, Value value);
 
   Arena arena_;
   NameTable names_{arena_};
