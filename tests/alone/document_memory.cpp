@@ -1,5 +1,5 @@
 // Documents when memory runs out, at each allocation in turn, the parser's included: what was asked for is
-// there whole, or std::bad_alloc. And what many names cost, whoever chose them: counted, not timed.
+// there whole, or std::bad_alloc. And what many names and children cost: counted, not timed.
 
 #include "tests/alone/failing_heap.h"
 
@@ -263,4 +263,19 @@ TEST(Names, MayBeManyThousands) {
   std::vector<std::string> names;
   for (int i = 0; i < 40000; ++i) names.push_back(std::to_string(i).insert(0, 1, 'n'));
   EXPECT_LT(blocks_to_read(names), 40000u * 500);
+}
+
+TEST(Children, CostInProportion) {
+  const auto blocks_for = [](size_t count) {
+    const uint64_t begun = blocks;
+    Document document;
+    void* const root = document.create_root("a");
+    for (size_t i = 0; i < count; ++i) document.append_element(root, "item");
+    const Document back = Document::from_text(document.to_text());
+    EXPECT_EQ(back.children(back.root()).size(), count);
+    return blocks - begun;
+  };
+  const uint64_t few = blocks_for(2000);
+  EXPECT_GT(few, 2000u);
+  EXPECT_LT(blocks_for(20000), few * 12);
 }

@@ -11,6 +11,7 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <thread>
@@ -141,6 +142,11 @@ class Fifo {
   template <class Bytes>
   bool write(const Bytes& bytes) const {
     return ::write(handle_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
+  }
+  // Whether all that was written is read.
+  bool is_read() const {
+    int left = -1;
+    return ioctl(handle_, FIONREAD, &left) == 0 && left == 0;
   }
   void end() {
     if (handle_ >= 0) close(handle_);

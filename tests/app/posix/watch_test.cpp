@@ -1,5 +1,6 @@
 // The command `watch` where there are signals, and files may have any name.
 
+#include "tests/app/posix/running.h"
 #include "tests/app/program.h"
 #include "tests/support/sample.h"
 
@@ -7,24 +8,22 @@ using namespace quillon::test;
 
 TEST_F(Program, WatchesUntilASignal) {
   file("s.ts", sample_stream());
-  for (const std::string signal : {"INT", "TERM"}) {
-    const Result result =
-        run("watch --follow --metrics m.prom s.ts", "timeout --preserve-status -s " + signal + " 0.5 ");
-    EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.messages, "");
-    EXPECT_EQ(count(result.out, "CAT (table 0x01)"), 1);
-    EXPECT_EQ(count(whole(folder_ / "m.prom"), "\nquillon_up{input=\"s.ts\"} 0\n"), 1);
+  for (const int signal : {SIGINT, SIGTERM}) {
+    std::filesystem::remove(folder_ / "m.prom");
+    Running program(program_, folder_, {"watch", "--follow", "--metrics", "m.prom", "s.ts"});
+    // What came is told while it waits for more.
+    const auto is_told = [&] { return count(program.out(), "CAT (table 0x01)") == 1; };
+    const auto is_up = [&](const char* value) {
+      return count(whole(folder_ / "m.prom"), std::string("\nquillon_up{input=\"s.ts\"} ") + value + "\n") ==
+             1;
+    };
+    EXPECT_TRUE(program.until([&] { return is_told() && is_up("1"); })) << program.out();
+    program.signal(signal);
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.messages(), "");
+    EXPECT_TRUE(is_told());
+    EXPECT_TRUE(is_up("0"));
   }
-}
-
-TEST_F(Program, WatchTellsWhatCameWhileItWaitsForMore) {
-  file("s.ts", sample_stream());
-  const Result result =
-      run("watch --follow --metrics m.prom s.ts >live.txt & sleep 0.5; cat live.txt >seen.txt; "
-          "cat m.prom >seen.prom; kill $!; wait $! #");
-  EXPECT_EQ(count(whole(folder_ / "seen.txt"), "CAT (table 0x01)"), 1);
-  EXPECT_EQ(count(whole(folder_ / "seen.prom"), "\nquillon_up{input=\"s.ts\"} 1\n"), 1);
-  EXPECT_EQ(count(whole(folder_ / "m.prom"), "\nquillon_up{input=\"s.ts\"} 0\n"), 1);
 }
 
 TEST_F(Program, WatchTellsWhenALiveInputArrives) {
@@ -37,10 +36,17 @@ TEST_F(Program, WatchTellsWhenALiveInputArrives) {
 
 // Without a clock in the stream tables are gone by the clock on the wall.
 TEST_F(Program, WatchGoesByTheWallWithoutAClock) {
-  file("s.ts", sample_stream());
-  const Result result = run("watch -", "(cat s.ts; sleep 1.7; tail -c 1880 s.ts) | ");
-  EXPECT_EQ(count(result.out, " s  PID 0x0100  PMT (table 0x02), extension 0x1001: gone, version 3\n"), 1)
-      << result.out;
+  const Bytes stream = sample_stream();
+  Fifo fifo(folder_ / "live.ts");
+  Running program(program_, folder_, {"watch", "live.ts"});
+  ASSERT_TRUE(fifo.write(stream));
+  const std::string map = "PID 0x0100  PMT (table 0x02), extension 0x1001";
+  ASSERT_TRUE(program.until([&] { return count(program.out(), map) == 1; })) << program.out();
+  std::this_thread::sleep_for(std::chrono::milliseconds(1700));
+  ASSERT_TRUE(fifo.write(Bytes(stream.end() - 1880, stream.end())));
+  fifo.end();
+  EXPECT_EQ(program.wait(), 0);
+  EXPECT_EQ(count(program.out(), " s  " + map + ": gone, version 3\n"), 1) << program.out();
 }
 
 TEST_F(Program, EscapesNamesInMetrics) {
