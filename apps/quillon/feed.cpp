@@ -215,6 +215,11 @@ Exit read_inputs(const Options& options, Console& console, Receiver& receiver, R
   bool was_wanted = false;
   bool failed = false;
   for (const std::string& input : options.inputs) {
+    if (is_interrupted()) {
+      console.message(visible(name_of(input)) + ": not read");
+      failed = true;
+      continue;
+    }
     if (stop_requested()) break;
     try {
       was_wanted |= Feed(options, console, receiver, needs).run(input);
