@@ -282,6 +282,8 @@ TEST_F(Watch, WaitsForTheNameOfAServiceNoLongerThanTwoSeconds) {
   EXPECT_EQ(count(out, "service 7"), 2) << out;
   EXPECT_EQ(count(out, "\n2.100 s  service 7: new\n"), 1) << out;
   EXPECT_EQ(count(out, "\n3.000 s  service 7 \"Late\": changed: name \"\" -> \"Late\", "), 1) << out;
+  const std::string json = watch(stream, "--json");
+  EXPECT_EQ(count(json, R"("changes":[{"part":"name","old":"","new":"Late"},)"), 1) << json;
 }
 
 TEST_F(Watch, CountsErrorsOnceASecondAPid) {

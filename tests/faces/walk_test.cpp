@@ -15,6 +15,7 @@
 #include <quillon/descriptors/general.h>
 #include <quillon/descriptors/mpeg2/ca.h>
 #include <quillon/fields/multiple_string.h>
+#include <quillon/fields/time.h>
 #include <quillon/tables/eit.h>
 
 using namespace quillon;
@@ -377,6 +378,12 @@ TEST(Walk, LacksTheseBitsOfTheWireAlone) {
             "DescriptorTelephone: 2&c0 3&04 4&80\n"
             "DescriptorTerrestrialDeliverySystem: 6&03 9..12\n"
             "DescriptorTimeSliceFecIdentifier: 2&18 6..6\n");
+}
+
+// In an object that holds it, it is one field.
+TEST(Walk, OfATimeByItselfHasItsParts) {
+  EXPECT_EQ(walked(Duration(Bytes{0x01, 0x30, 0x59}.data())), "hour: 1\nminute: 30\nsecond: 59\n");
+  EXPECT_EQ(walked(TimeOffset(Bytes{0x12, 0x45}.data())), "hour: 12\nminute: 45\n");
 }
 
 TEST(Walk, OfATableHasEachFieldOfItsDocument) {

@@ -416,6 +416,23 @@ TEST(TableReport, IsThereUntilItsFailure) {
   EXPECT_EQ(stream.str(), lines(2));
 }
 
+TEST(TableReport, TellsTheFirstOfTwoFailures) {
+  const Printing table([](std::ostream& inner) {
+    print_lines(inner, 2);
+    throw error("printing failed");
+  });
+  CountingBuffer full(0);
+  std::ostream stream(&full);
+  stream.exceptions(std::ios::badbit);
+  EXPECT_EQ(std::string(caught([&] { table.dump_state(stream); })->what()), "printing failed");
+}
+
+TEST(TableReport, TakesSingleCharacters) {
+  std::ostringstream stream;
+  Printing([](std::ostream& inner) { inner.put('a').put('b') << 'c' << std::endl; }).dump_state(stream);
+  EXPECT_EQ(stream.str(), "abc\n");
+}
+
 TEST(TableReport, TellsThatItsStreamIsFull) {
   const Printing table([](std::ostream& inner) { print_lines(inner, 5000); });
   CountingBuffer small(100);

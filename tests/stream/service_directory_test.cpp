@@ -81,7 +81,8 @@ struct Channel {
   Bytes descriptors = {};
 };
 
-Bytes tvct_of(const std::vector<Channel>& channels, int version = 0) {
+// Of terrestrial or of cable channels: two bits that were reserved are all that differs.
+Bytes vct_of(const std::vector<Channel>& channels, int version = 0, int table_id = 0xC8) {
   Bytes body = bits({{8, 0, "protocol_version"}, {8, channels.size(), "num_channels_in_section"}});
   for (const Channel& channel : channels) {
     Bytes name(14);
@@ -107,7 +108,7 @@ Bytes tvct_of(const std::vector<Channel>& channels, int version = 0) {
                    channel.descriptors});
   }
   body = joined({body, bits({{6, 63, "reserved"}, {10, 0, "additional_descriptors_length"}})});
-  return long_section(0xC8, body, {.extension = 0x7DB, .version = version, .private_bit = 1});
+  return long_section(table_id, body, {.extension = 0x7DB, .version = version, .private_bit = 1});
 }
 
 Bytes ca_descriptor(int system, int pid) {
@@ -197,26 +198,52 @@ TEST(ServiceDirectory, SaysWhatEachStreamCarries) {
     return std::string(watched.only().streams.at(0).content);
   };
   // By its type.
-  EXPECT_EQ(content({0x02, 0x101}), "MPEG-2 video");
-  EXPECT_EQ(content({0x04, 0x101}), "MPEG audio");
-  EXPECT_EQ(content({0x0B, 0x101}), "DSM-CC");
-  EXPECT_EQ(content({0x1B, 0x101}), "H.264 video");
-  EXPECT_EQ(content({0x24, 0x101}), "HEVC video");
-  EXPECT_EQ(content({0x81, 0x101}), "AC-3 audio");
+  const std::pair<int, const char*> types[] = {
+      {0x01, "MPEG-1 video"},
+      {0x02, "MPEG-2 video"},
+      {0x03, "MPEG audio"},
+      {0x04, "MPEG audio"},
+      {0x08, "DSM-CC"},
+      {0x0A, "DSM-CC"},
+      {0x0B, "DSM-CC"},
+      {0x0C, "DSM-CC"},
+      {0x0D, "DSM-CC"},
+      {0x0F, "AAC audio"},
+      {0x10, "MPEG-4 video"},
+      {0x11, "AAC audio"},
+      {0x15, "metadata"},
+      {0x16, "metadata"},
+      {0x1B, "H.264 video"},
+      {0x20, "H.264 video, second view"},
+      {0x21, "JPEG 2000 video"},
+      {0x24, "HEVC video"},
+      {0x25, "HEVC video"},
+      {0x33, "VVC video"},
+      {0x42, "AVS video"},
+      {0x81, "AC-3 audio"},
+      {0x86, "splice information"},
+      {0x87, "E-AC-3 audio"},
+  };
+  for (const auto& [type, carried] : types) EXPECT_EQ(content({type, 0x101}), carried) << type;
   // Private data by what describes it; a registration counts most.
   const Bytes subtitles = descriptor(0x59, joined({text("deu"), {0x10, 0x00, 0x01, 0x00, 0x01}}));
   EXPECT_EQ(content({0x06, 0x101, subtitles}), "subtitles");
   EXPECT_EQ(content({0x06, 0x101, descriptor(0x56, joined({text("deu"), {0x09, 0x00}}))}), "teletext");
   EXPECT_EQ(content({0x06, 0x101, descriptor(0x6A, {0x00})}), "AC-3 audio");
   EXPECT_EQ(content({0x06, 0x101, descriptor(0x7A, {0x00})}), "E-AC-3 audio");
+  EXPECT_EQ(content({0x06, 0x101, descriptor(0x7B, {0x00, 0x00, 0x00, 0x00, 0x00})}), "DTS audio");
+  EXPECT_EQ(content({0x06, 0x101, descriptor(0x7C, {0x51})}), "AAC audio");
+  EXPECT_EQ(content({0x06, 0x101, descriptor(0x45, {0x01, 0x01, 0xE7})}), "VBI data");
+  EXPECT_EQ(content({0x06, 0x101, descriptor(0x46, joined({text("deu"), {0x09, 0x00}}))}), "VBI data");
   EXPECT_EQ(content({0x06, 0x101, joined({subtitles, descriptor(0x05, text("Opus"))})}), "Opus audio");
   EXPECT_EQ(content({0x99, 0x101, descriptor(0x05, text("HEVC"))}), "HEVC video");
+  EXPECT_EQ(content({0xEA, 0x101, descriptor(0x05, text("VC-1"))}), "VC-1 video");
   // Sections too.
   EXPECT_EQ(content({0x05, 0x101}), "sections");
   EXPECT_EQ(content({0x05, 0x101, descriptor(0x6F, {0x00, 0x01, 0xE0})}), "applications");
   EXPECT_EQ(content({0x05, 0x101, descriptor(0x66, {0x00, 0x0B, 0x00})}), "IP/MAC notification");
   // Where nothing says it, the text of its type.
-  for (const int type : {0x00, 0x06, 0x99}) {
+  for (const int type : {0x00, 0x06, 0x99, 0xEA}) {
     Watched watched;
     const ServiceStream stream = watched.push(pmt_of(1, {{type, 0x101}}), 0x100).only().streams.at(0);
     EXPECT_STREQ(stream.content, stream.stream_type_text) << type;
@@ -278,7 +305,7 @@ TEST(ServiceDirectory, PassesOverWhatIsNotThereOrElsewhere) {
   next[5] &= 0xFE;
   repair_crc(next);
   watched.push(next, kDescriptionPid).push(sdt_of({{1, "Elsewhere"}}), 0x12);
-  watched.push(pat_of({{1, 0x100}}), 0x01).push(tvct_of({{"Private", 1, 1, 1}}), 0x500);
+  watched.push(pat_of({{1, 0x100}}), 0x01).push(vct_of({{"Private", 1, 1, 1}}), 0x500);
   watched.push(long_section(0x4A, {0xF0, 0x00, 0xF0, 0x00}), kDescriptionPid);
   watched.push(long_section(0x01, ca_descriptor(0x0B00, 0x500)), 0x11);
   EXPECT_TRUE(watched.directory.services().empty());
@@ -309,7 +336,7 @@ TEST(ServiceDirectory, ListsVirtualChannels) {
                                                   text("eng")}));
   Watched watched;
   watched.push(pat_of({{3, 0x30}}), kAssociationPid).changes();
-  watched.push(tvct_of({{"NEWS", 1, 3, 11, 0x7DB, location}, {"NEWS2", 2, 3, 12}, {"AWAY", 3, 1, 13, 0x7DC}}),
+  watched.push(vct_of({{"NEWS", 1, 3, 11, 0x7DB, location}, {"NEWS2", 2, 3, 12}, {"AWAY", 3, 1, 13, 0x7DC}}),
                kPsipPid);
   EXPECT_EQ(watched.changes(), (Lines{"changed 3 NEWS", "appeared 3 NEWS2", "appeared 1 AWAY"}));
   const Service& news = *watched.directory.services()[0];
@@ -328,8 +355,15 @@ TEST(ServiceDirectory, ListsVirtualChannels) {
   EXPECT_EQ(listed(watched.directory), (Lines{"3 NEWS 52 49", "3 NEWS2 52 49", "1 AWAY"}));
   EXPECT_STREQ(watched.directory.services()[1]->streams[0].stream_type_text, "AC-3 audio");
   EXPECT_EQ(watched.changes(), (Lines{"changed 3 NEWS", "changed 3 NEWS2"}));
-  watched.push(tvct_of({{"NEWS", 1, 3, 11}}, 1), kPsipPid);
+  watched.push(vct_of({{"NEWS", 1, 3, 11}}, 1), kPsipPid);
   EXPECT_EQ(listed(watched.directory), Lines{"3 NEWS 52 49"});
+}
+
+TEST(ServiceDirectory, ListsChannelsOfCable) {
+  Watched watched;
+  watched.push(vct_of({{"NEWS", 1, 3, 11}}, 0, 0xC9), kPsipPid);
+  EXPECT_EQ(watched.changes(), Lines{"appeared 3 NEWS"});
+  EXPECT_EQ(watched.only().minor_channel_number, 1);
 }
 
 TEST(ServiceDirectory, LosesWhatIsRefusedAlone) {
@@ -368,10 +402,10 @@ TEST(ServiceDirectory, TakesInSoManyTablesAndChannels) {
   EXPECT_EQ(listed(watched.directory), Lines{"1  271"});  // 0x10F, the sixteenth
   std::vector<Channel> channels;
   for (int i = 0; i < 30; ++i) channels.push_back({"C", i, 1, i});
-  watched.push(tvct_of(channels), kPsipPid);
+  watched.push(vct_of(channels), kPsipPid);
   EXPECT_EQ(watched.directory.services().front()->name, "");
   Watched others;
-  others.push(tvct_of(channels), kPsipPid);
+  others.push(vct_of(channels), kPsipPid);
   EXPECT_EQ(others.directory.services().size(), 16u);
 }
 
