@@ -429,8 +429,14 @@ TEST(TableReport, TellsTheFirstOfTwoFailures) {
 
 TEST(TableReport, TakesSingleCharacters) {
   std::ostringstream stream;
-  Printing([](std::ostream& inner) { inner.put('a').put('b') << 'c' << std::endl; }).dump_state(stream);
-  EXPECT_EQ(stream.str(), "abc\n");
+  Printing([](std::ostream& inner) {
+    for (int i = 0; i < 100'000; ++i) inner.put(static_cast<char>('a' + i % 26));
+    inner << 'c' << std::endl;
+  }).dump_state(stream);
+  const std::string printed = stream.str();
+  ASSERT_EQ(printed.size(), 100'002u);
+  EXPECT_EQ(printed.substr(51 * 26, 26), "abcdefghijklmnopqrstuvwxyz");
+  EXPECT_EQ(printed.substr(100'000), "c\n");
 }
 
 TEST(TableReport, TellsThatItsStreamIsFull) {
