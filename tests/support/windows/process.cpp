@@ -1,5 +1,6 @@
 #include "tests/support/process.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 
@@ -24,7 +25,14 @@ LONG CALLBACK listen(EXCEPTION_POINTERS* what) {
 // Quotes around the whole are taken away where the command begins with one.
 int run_in_shell(const std::string& command) {
   const wide_string units = platform::to_utf16("\"" + command + "\"");
-  return _wsystem(std::wstring(units.begin(), units.end()).c_str());
+  const std::wstring line(units.begin(), units.end());
+  // A system that is short of something may fail to start the shell once; nothing has run then.
+  for (int tries = 3;; --tries) {
+    errno = 0;
+    const int code = _wsystem(line.c_str());
+    if (code != -1 || errno == 0 || tries == 1) return code;
+    Sleep(1000);
+  }
 }
 
 size_t open_files() {
