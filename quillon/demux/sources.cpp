@@ -7,9 +7,11 @@ namespace quillon {
 
 namespace {
 
-// How far ahead of the packet that is served headers are fetched from memory, and how far the rest of packets
-// that go on to a handler. Both were measured.
+// How far ahead of the packet that is served headers are fetched from memory into the second cache, and from
+// there into the first, which so much would crowd; and how far the rest of packets that go on to a handler.
+// All were measured.
 constexpr int kHeadersAhead = 96 * Demux::packet_size;
+constexpr int kHeadersNear = 12 * Demux::packet_size;
 constexpr int kPayloadsAhead = 8 * Demux::packet_size;
 constexpr ptrdiff_t kCacheLine = 64;
 
@@ -23,7 +25,10 @@ bool DemuxIstream::read_buf(uint8_t* buffer, int size, int& bytes_read) {
 
 void DemuxPush::fetch(const uint8_t* packet, ptrdiff_t left) const {
   if (left <= kHeadersAhead) return;
-  __builtin_prefetch(packet + kHeadersAhead);
+  constexpr int to_read = 0;
+  constexpr int into_second_cache = 2;
+  __builtin_prefetch(packet + kHeadersAhead, to_read, into_second_cache);
+  __builtin_prefetch(packet + kHeadersNear);
   const uint8_t* const next = packet + kPayloadsAhead;
   if (!find((next[1] & 0x1F) << 8 | next[2])) return;
   __builtin_prefetch(next + kCacheLine);
