@@ -19,7 +19,7 @@ bool are_within(const std::vector<int>& values, int last) {
   return std::all_of(values.begin(), values.end(), [last](int value) { return value >= 0 && value <= last; });
 }
 
-void check(const app::Options& options) {
+void check(const app::Options& options, bool may_want_names) {
   const app::Choice& choice = options.choice;
   require(are_within(choice.pids, 0x1FFF) && are_within(choice.tables, 0xFF) &&
           are_within(choice.extensions, 0xFFFF) && are_within(choice.versions, 31));
@@ -28,7 +28,7 @@ void check(const app::Options& options) {
   require(options.begin.has_value() == !options.from.empty());
   require(options.end.has_value() == !options.to.empty());
   require(std::count(options.inputs.begin(), options.inputs.end(), "-") <= 1);
-  require(!options.inputs.empty() || !options.kind.empty());
+  require(!options.inputs.empty() || may_want_names);
 
   // What is said of a choice is a command line that makes it. Names of services may have blanks.
   if (!choice.services.empty()) return;
@@ -53,7 +53,8 @@ void options(const uint8_t* data, size_t size) {
     require(order.text.empty());
   } else {
     require(order.text.empty() == (order.run != nullptr));
-    if (order.run) check(order.options);
+    const bool may_want_names = std::find(arguments.begin(), arguments.end(), "names") != arguments.end();
+    if (order.run) check(order.options, may_want_names);
   }
   set_default_text_table(0);
 }
