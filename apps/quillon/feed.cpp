@@ -215,6 +215,7 @@ Exit read_inputs(const Options& options, Console& console, Receiver& receiver, R
   bool was_wanted = false;
   bool failed = false;
   for (const std::string& input : options.inputs) {
+    // Who interrupts is told what was not reached; who said --seconds wanted no more.
     if (is_interrupted()) {
       console.message(visible(name_of(input)) + ": not read");
       failed = true;
