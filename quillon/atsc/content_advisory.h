@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-// The ratings of an event (A/65, 6.9.3). Of several regions only the first is read, but
-// in the standard reading.
+// The ratings of an event (A/65, 6.9.3). Of several regions only the first is read, but in the
+// standard reading.
 class QUILLON_API DescriptorAtscContentAdvisory final : public DescriptorAtscWireOnly {
  public:
   // The rating in one region.

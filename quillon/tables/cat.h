@@ -6,8 +6,8 @@
 
 namespace quillon {
 
-// Conditional access table (ISO/IEC 13818-1, 2.4.4.6): one loop of CA descriptors, and of any in
-// the standard reading, which no report shows.
+// Conditional access table (ISO/IEC 13818-1, 2.4.4.6): one loop of CA descriptors, and of
+// any in the standard reading, which no report shows.
 class QUILLON_API Cat : public PsiTableBase, public DvbLoop {
  public:
   const char* get_table_id_text() const override { return "conditional_access_section"; }

@@ -6,8 +6,8 @@
 
 namespace quillon {
 
-// Time offset table (EN 300 468, 5.2.6). Its CRC is kept, and tested in the standard
-// reading alone.
+// Time offset table (EN 300 468, 5.2.6). Its CRC is kept, and tested in the standard reading
+// alone.
 //
 //   UTC_time                 40
 //   reserved                  4

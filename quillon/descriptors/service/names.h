@@ -65,9 +65,9 @@ class QUILLON_API DescriptorMultilingualServiceName final : public DescriptorBas
    public:
     MultilingualServiceNameInfo() = default;
     // Throws error(error::length_mismatch, "multilingual_service_name_info_descriptor") if `available` is
-    // under 5, the same with
-    // ":2" if the provider's name does not fit, and with ":3" if the service's lacks more than one byte, in
-    // the standard reading any; `consumed` becomes the lengths of both names plus 5.
+    // under 5, the same with ":2" after the text if the provider's name does not fit, and with ":3" if the
+    // service's lacks more than one byte, in the standard reading any. Otherwise `consumed` becomes the
+    // lengths of both names plus 5.
     MultilingualServiceNameInfo(ByteView bytes, int available, int& consumed);
 
     QUILLON_FIELD(CodeCharacters, iso_639_language_code, get_iso_639_language_code);
