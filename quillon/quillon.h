@@ -42,6 +42,7 @@
 #include <quillon/stream/service_id.h>
 #include <quillon/stream/stream_statistics.h>
 #include <quillon/stream/table_collector.h>
+#include <quillon/stream/table_id.h>
 #include <quillon/stream/table_kinds.h>
 #include <quillon/tables/bat.h>
 #include <quillon/tables/cat.h>

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <optional>
 #include <set>
-#include <tuple>
 
 #include <quillon/platform/utf8.h>
 #include <quillon/report/registries.h>
@@ -162,9 +161,8 @@ std::vector<std::string> troubles_of(const Options& options, const Input& input,
 }
 
 Columns table_columns(const Input& input, const Survey& survey) {
-  std::map<std::tuple<int, int, int>, TableRepetition> repetitions;
-  for (const TableRepetition& r : input.statistics.tables())
-    repetitions[{r.pid, r.table_id, r.extension}] = r;
+  std::map<TableId, TableRepetition> repetitions;
+  for (const TableRepetition& r : input.statistics.tables()) repetitions[r] = r;
   Columns out({5, 6, 7, 8}, {"PID", "table", "extension", "version", "sections", "sent", "smallest", "mean",
                              "largest interval"});
   for (const auto& [id, table] : survey.tables) {
@@ -173,7 +171,7 @@ Columns table_columns(const Input& input, const Survey& survey) {
     if (id.further_id != 0) extension += " of " + hex(id.further_id, 8);
     if (id.original_network_id != 0) extension += " of " + number(id.original_network_id);
     if (id.transport_stream_id != 0) extension += "." + number(id.transport_stream_id);
-    const auto found = repetitions.find({id.pid, id.table_id, id.extension});
+    const auto found = repetitions.find(id);
     const bool is_timed = found != repetitions.end() && found->second.intervals > 0;
     const auto interval = [&](double TableRepetition::*part) {
       return is_timed ? seconds_text(found->second.*part) : std::string();

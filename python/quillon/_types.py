@@ -163,6 +163,14 @@ class TableRepetition:
     pid: int
     table_id: int
     extension: int
+    """0 of a short section."""
+    transport_stream_id: int
+    """Of event information; that of a service description is its extension. 0 of others."""
+    original_network_id: int
+    """Of event information and service descriptions; 0 of others."""
+    further_id: int
+    """ETM_id of an extended text, platform_id of an IP/MAC notification table; 0 of others."""
+    is_current: bool
     count: int
     smallest: float | None
     largest: float | None
@@ -191,4 +199,4 @@ class Statistics:
     pids: dict[int, PidStatistics]
     """By PID, those that have packets."""
     tables: tuple[TableRepetition, ...]
-    """In the order of PID, table id and extension."""
+    """In the order of their ids."""

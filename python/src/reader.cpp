@@ -135,8 +135,11 @@ py::object python_of(const Reader::Counts& counts) {
       return table.intervals > 0 ? std::optional(seconds) : std::nullopt;
     };
     return table_type("pid"_a = table.pid, "table_id"_a = table.table_id, "extension"_a = table.extension,
-                      "count"_a = table.count, "smallest"_a = measured(table.smallest),
-                      "largest"_a = measured(table.largest), "mean"_a = measured(table.mean));
+                      "transport_stream_id"_a = table.transport_stream_id,
+                      "original_network_id"_a = table.original_network_id, "further_id"_a = table.further_id,
+                      "is_current"_a = table.is_current, "count"_a = table.count,
+                      "smallest"_a = measured(table.smallest), "largest"_a = measured(table.largest),
+                      "mean"_a = measured(table.mean));
   });
   py::dict crc_errors;
   for (const auto& [pid, count] : counts.crc_errors) crc_errors[py::cast(known(pid))] = count;

@@ -442,6 +442,9 @@ def test_statistics(sample: Path) -> None:
     table = statistics.tables[0]
     assert (table.pid, table.table_id, table.count) == (0, 0, 125)
     assert table.mean == pytest.approx(0.09, abs=0.001)
+    guides = [table for table in statistics.tables if table.table_id == 0x4F]
+    assert {(table.original_network_id, table.transport_stream_id) for table in guides} == {(0x233A, 0x0452)}
+    assert all(table.is_current and table.further_id == 0 for table in guides)
 
 
 def test_statistics_of_damage(sample: Path) -> None:

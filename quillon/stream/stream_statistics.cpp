@@ -94,28 +94,23 @@ double StreamStatistics::now() const {
 
 void StreamStatistics::on_section(const StreamSection& section) {
   if (section.pid < 0 || (section.has_crc && !section.crc_ok)) return;
-  const auto key = std::make_tuple(section.pid, section.table_id(), section.extension());
-  auto place = tables_.find(key);
+  const TableId id = TableId::of(section);
+  auto place = tables_.find(id);
   if (place == tables_.end()) {
     if (tables_.size() >= kMostTables) return;
-    Table table;
-    table.section_number = section.section_number();
-    table.repetition = {section.pid, section.table_id(), section.extension()};
-    place = tables_.emplace(key, table).first;
+    place = tables_.emplace(id, Table{.section_number = section.section_number()}).first;
   }
   Table& table = place->second;
   if (section.section_number() != table.section_number) return;
-  TableRepetition& repetition = table.repetition;
-  ++repetition.count;
+  ++table.count;
   const double time = now();
   if (table.timed) {
     // Between two PCRs time is an estimate, which the second one may take back a little.
     const double interval = std::max(0.0, time - table.last) / kTicksASecond;
     table.sum += interval;
-    ++repetition.intervals;
-    repetition.smallest = repetition.intervals == 1 ? interval : std::min(repetition.smallest, interval);
-    repetition.largest = std::max(repetition.largest, interval);
-    repetition.mean = table.sum / static_cast<double>(repetition.intervals);
+    table.smallest = table.intervals == 0 ? interval : std::min(table.smallest, interval);
+    table.largest = std::max(table.largest, interval);
+    ++table.intervals;
   }
   table.timed = ticks_a_packet_ > 0;
   table.last = time;
@@ -143,7 +138,10 @@ double StreamStatistics::bit_rate(int pid) const {
 
 std::vector<TableRepetition> StreamStatistics::tables() const {
   std::vector<TableRepetition> out;
-  for (const auto& [key, table] : tables_) out.push_back(table.repetition);
+  for (const auto& [id, table] : tables_) {
+    const double mean = table.intervals == 0 ? 0 : table.sum / static_cast<double>(table.intervals);
+    out.push_back({id, table.count, table.intervals, table.smallest, table.largest, mean});
+  }
   return out;
 }
 

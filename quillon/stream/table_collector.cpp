@@ -15,7 +15,6 @@ constexpr size_t kLeastMemory = size_t{4} << 20;  // a table being replaced take
 // What a section and a table take beside the bytes of sections: blocks of the heap, and what refers to them.
 constexpr size_t kSectionCost = 96;
 constexpr size_t kTableCost = 384;
-constexpr size_t kSmallestLong = 12;
 
 struct LongestInterval {
   int first;
@@ -111,28 +110,12 @@ size_t cost_of(const std::vector<std::vector<uint8_t>>& sections) {
 
 }  // namespace
 
-TableId TableId::of(const StreamSection& section) {
-  TableId out{section.pid, section.table_id(), section.extension()};
-  out.is_current = section.is_current();
-  if (!section.is_long() || section.size < kSmallestLong) return out;
-  const uint32_t ids = detail::further_ids(section.bytes, section.size);
-  if (detail::is_event_information(out.table_id)) {
-    out.transport_stream_id = static_cast<int>(ids >> 16);
-    out.original_network_id = static_cast<int>(ids & 0xFFFF);
-  } else if (out.table_id == 0x42 || out.table_id == 0x46) {
-    out.original_network_id = static_cast<int>(ids);
-  } else {
-    out.further_id = ids;
-  }
-  return out;
-}
-
 TableCollector::TableCollector(Sink sink, const TableCollectorOptions& options)
     : sink_(std::move(sink)), patience_(options.patience), memory_(std::max(options.memory, kLeastMemory)) {}
 
 void TableCollector::push(const StreamSection& section) {
   if (section.has_crc && !section.crc_ok) return;
-  if (section.is_long() && section.size < kSmallestLong) return;
+  if (section.is_long() && section.size < detail::smallest_long_section) return;
   if (section.section_number() > section.last_section_number()) return;
   if (section.table_id() >= 0x3A && section.table_id() <= 0x3F) return;
   collect(find_or_make(TableId::of(section)), section);

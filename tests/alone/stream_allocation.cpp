@@ -75,6 +75,19 @@ TEST(StreamAllocation, IsNoneAPacketOrASectionOnceAStreamWasMet) {
   }
 }
 
+TEST(StreamAllocation, OfStatisticsIsBounded) {
+  const size_t before = live;
+  StreamStatistics statistics;
+  EXPECT_LE(live - before, 450 * 1024);
+  for (uint32_t i = 0; i < 20000; ++i) {
+    const Bytes section = long_section(0xCC, bits({{8, 0, "protocol_version"}, {32, i, "ETM_id"}}));
+    statistics.on_section({0x100, i, section.data(), section.size(), true, true, false});
+  }
+  EXPECT_EQ(statistics.tables().size(), 16384u);
+  std::cout << "statistics: " << (live - before) / 1024 << " KiB\n";
+  EXPECT_LE(live - before, 5 * kMiB / 2);
+}
+
 // Every PID is in use, each with a section in progress, and no section is ever repeated.
 TEST(StreamAllocation, IsBoundedWhateverComes) {
   const size_t before = live;

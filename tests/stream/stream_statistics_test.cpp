@@ -213,6 +213,44 @@ TEST(StreamStatistics, RecordsHowOftenTablesAreSent) {
   EXPECT_NEAR(tables[0].mean, 9.0 / 19, 1e-6);
 }
 
+// By turns every tenth of a second: each is sent every three tenths.
+TEST(StreamStatistics, TellsTablesOfOneExtensionApart) {
+  const auto event_information = [](int transport_stream_id) {
+    return long_section(0x4F,
+                        bits({{16, static_cast<uint64_t>(transport_stream_id), "transport_stream_id"},
+                              {16, 0x233A, "original_network_id"},
+                              {8, 0, "segment_last_section_number"},
+                              {8, 0x4F, "last_table_id"}}),
+                        {.extension = 7});
+  };
+  const auto text = [](uint64_t etm_id) {
+    return long_section(0xCC, bits({{8, 0, "protocol_version"}, {32, etm_id, "ETM_id"}}), {.extension = 7});
+  };
+  const std::vector<std::vector<Bytes>> turns = {
+      {event_information(1), text(0x00010006)},
+      {event_information(2), text(0x0001000A)},
+      {long_section(0x4F, Bytes(6), {.extension = 7, .current_next = 0}), text(0x0001000E)},
+  };
+  CountingReader counting;
+  for (uint64_t i = 0; i < 30; ++i) {
+    counting.push(clock_packet(kClockPid, i * kSecond / 10)).push_null(98);
+    counting.push(packets(turns[i % 3], {.pid = 0x12, .counter = static_cast<int>(i % 16)}));
+  }
+  const std::vector<TableRepetition> tables = counting.statistics.tables();
+  ASSERT_EQ(tables.size(), 6u);
+  for (const TableRepetition& table : tables) {
+    EXPECT_EQ(table.extension, 7);
+    EXPECT_EQ(table.count, 10u);
+    EXPECT_NEAR(table.mean, 0.3, 1e-6);
+    EXPECT_NEAR(table.largest, 0.3, 1e-6);
+  }
+  EXPECT_FALSE(tables[0].is_current);
+  EXPECT_EQ(tables[1].transport_stream_id, 1);
+  EXPECT_EQ(tables[2].transport_stream_id, 2);
+  EXPECT_EQ(tables[2].original_network_id, 0x233A);
+  EXPECT_EQ(tables[5].further_id, 0x0001000Eu);
+}
+
 TEST(StreamStatistics, RecordsABoundedNumberOfTables) {
   StreamStatistics statistics;
   for (int pid = 0; pid < 2; ++pid)

@@ -54,7 +54,7 @@ SipDigest SeenSections::digest_of(const uint8_t* bytes, size_t size) const {
 uint64_t SeenSections::place_of(const StreamSection& section, const SipDigest& digest) const {
   uint8_t place[20] = {static_cast<uint8_t>(section.pid >> 8), static_cast<uint8_t>(section.pid)};
   const uint8_t* const bytes = section.bytes;
-  if (section.is_long() && section.crc_ok && section.size >= 12) {
+  if (section.is_long() && section.crc_ok && section.size >= smallest_long_section) {
     // Of the byte of the version, current_next_indicator alone: the next version is sent beside the current.
     const uint8_t ids[] = {1, bytes[0], bytes[3], bytes[4], static_cast<uint8_t>(bytes[5] & 1), bytes[6]};
     std::copy(std::begin(ids), std::end(ids), place + 2);

@@ -10,6 +10,9 @@ namespace quillon::detail {
 // The PID of ATSC's base tables.
 inline constexpr int psip_base_pid = 0x1FFB;
 
+// A long section's header and CRC, in bytes.
+inline constexpr size_t smallest_long_section = 12;
+
 // Whether a table id is one of DVB's event information: present/following or schedule.
 constexpr bool is_event_information(int table_id) {
   return table_id >= 0x4E && table_id <= 0x6F;
