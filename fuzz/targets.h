@@ -42,6 +42,9 @@ void stream(const uint8_t* data, size_t size);
 void collectors(const uint8_t* data, size_t size);
 // The page that the program makes of such a stream: what the stream says ends no element of it.
 void html(const uint8_t* data, size_t size);
+// A command of the program over such a stream: results and messages are UTF-8, and lines but for reports,
+// twice the same; JSON is JSON, documents load, chains of sections are whole.
+void commands(const uint8_t* data, size_t size);
 // The program's command line, an argument a line, which is parsed and not run.
 void options(const uint8_t* data, size_t size);
 
